@@ -1,0 +1,3 @@
+#include "install/start_up.h"
+
+int main() { return Main(); }

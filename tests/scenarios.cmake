@@ -1,0 +1,1 @@
+# One CTest test for each scenario folder.

@@ -40,5 +40,8 @@ class Descriptor {
 /// Makes a directory's entries durable (fsync on the directory). The path's parent for SyncParent.
 bool SyncDirectory(const SString& path);
 bool SyncParent(const SString& path);
+/// From here on, a program that this process starts gets no descriptors but the three standard ones: also
+/// none that this process was itself started with.
+void KeepFromChildren();
 /// The text's lines, each with its line end; the last one without, where the text ends so.
 class SStringList Lines(const SString& text);

@@ -5,8 +5,9 @@
 
 #include "support/sstring_list.h"
 
-bool FileExists(const SString& path);   // follows links: a dangling link is nothing
-bool EntryExists(const SString& path);  // does not follow: true for a dangling link, and where it cannot be told
+bool FileExists(const SString& path);  // follows links: a dangling link is nothing
+bool EntryExists(
+    const SString& path);  // does not follow: true for a dangling link, and where it cannot be told
 bool IsDirectory(const SString& path);
 bool IsRegular(const SString& path);
 /// Whether the effective user can write, and the file has any write bit at all: root, too, is told that a
@@ -31,5 +32,6 @@ SStringList BaseName(const SStringList& paths, const SString& suffix);
 /// cannot be looked at or the id has no name.
 SString FileOwner(const SString& path);
 SString FileGroup(const SString& path);
-/// path, or path1, path2 ... : the first at which nothing stands, not even a dangling link.
+/// path, or path1, path2 ... : the first at which nothing stands, not even a dangling link. Empty when that
+/// cannot be told of any name.
 SString FreeName(const SString& path);

@@ -1,0 +1,108 @@
+#include "support/process.h"
+
+#include <csignal>
+#include <iterator>
+#include <limits>
+
+#include "support/command.h"
+#include "support/file.h"
+#include "support/identity.h"
+#include "support/pattern.h"
+
+namespace {
+
+constexpr long kLastSystemProcess = 10;
+
+/// A host's tool that answers a question, and the reader of its answer.
+struct Probe {
+    const char* program;
+    const char* arguments;
+    SStringList (*parse)(SStringList);
+};
+
+// Of each table the first row whose program stands on the host is run.
+constexpr Probe kSocketProbes[] = {
+    {"/usr/etc/netstat", "-an", PortsFromNetstat},        // System V and SunOS
+    {"/usr/bin/ss", "-Hltn", PortsFromSs},                // Linux with iproute2
+    {"/bin/ss", "-Hltn", PortsFromSs},                    //
+    {"/usr/sbin/ss", "-Hltn", PortsFromSs},               //
+    {"/usr/bin/netstat", "-ltn", PortsFromLinuxNetstat},  // Linux with net-tools
+    {"/bin/netstat", "-ltn", PortsFromLinuxNetstat},
+};
+constexpr Probe kProcessProbes[] = {
+    {"/usr/bin/ps", "-e", ProcessesFromPs},
+    {"/bin/ps", "-e", ProcessesFromPs},
+};
+
+template <size_t N>
+SStringList RunFirst(const Probe (&probes)[N]) {
+    for (const Probe& probe : probes) {
+        if (!IsRegular(probe.program)) continue;
+        // As root: a host may hide other users' processes.
+        const AsRoot root;
+        return probe.parse(ReadCommand(SString(probe.program) + " " + probe.arguments));
+    }
+    return {};
+}
+
+/// An empty first alternative matches anything, if only the whole compiles.
+bool Compiles(const SString& expression) {
+    return Pattern::Of("|" + expression).Find("").has_value();
+}
+
+}  // namespace
+
+SStringList BoundSockets() {
+    return RunFirst(kSocketProbes);
+}
+
+SStringList ReadProcessInfo() {
+    return RunFirst(kProcessProbes);
+}
+
+bool KillProgram(const SString& name, int signal) {
+    if (!name.Matches("\\w")) return false;
+    return SignalProcesses(ProcessesNamed(ReadProcessInfo(), name), signal);
+}
+
+SStringList ProcessesNamed(const SStringList& entries, const SString& name) {
+    SStringList named;
+    // An unbalanced bracket could break out of the group: what does not compile alone names nothing.
+    if (!Compiles(name)) return named;
+    const Pattern& whole = Pattern::Of("\\A(?:" + name + ")\\z");
+    for (const SString& entry : entries) {
+        const SString process = entry.S("\\A.* ", "");
+        const auto match = whole.Find(process);
+        // "(*ACCEPT)" ends a match where it stands, whatever the expression goes on to ask for.
+        if (match && match->front().end == process.Length()) named.Push(entry);
+    }
+    return named;
+}
+
+bool SignalProcesses(const SStringList& entries, int signal) {
+    const AsRoot root;
+    bool reached = false;
+    for (const SString& entry : entries) {
+        const long id = entry.ToNumber();
+        if (id <= kLastSystemProcess || id > std::numeric_limits<pid_t>::max()) continue;
+        if (kill(static_cast<pid_t>(id), signal) == 0) reached = true;
+    }
+    return reached;
+}
+
+SStringList PortsFromNetstat(SStringList lines) {
+    return lines.Grep(R"(s/^tcp(\s+\S+){3}\.(\d+)\s+.*LISTEN\s*$/$2/)");
+}
+
+SStringList PortsFromSs(SStringList lines) {
+    return lines.Grep(R"(s/^LISTEN(\s+\d+){2}\s+\S*:(\d+)\s.*\s*$/$2/)");
+}
+
+SStringList PortsFromLinuxNetstat(SStringList lines) {
+    return lines.Grep(R"(s/^tcp6?(\s+\d+){2}\s+\S*:(\d+)\s+.*LISTEN\s*$/$2/)");
+}
+
+SStringList ProcessesFromPs(SStringList lines) {
+    lines.Shift();  // the heading
+    return lines.Grep(R"(s/^\s*(\d+).*\s(\S+)\s*$/$1 $2/)");
+}

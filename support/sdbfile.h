@@ -20,6 +20,9 @@ class Sdbfile {
     /// Opens a table; nonzero on success. For writing, a missing database or table is made; for reading, a
     /// missing one answers zero and nothing is made. An open table is closed first.
     int Open(const SString& table_path, int writable);
+    /// After an Open for reading that answered zero: whether there is no such database or table. False when
+    /// it could not be told, because the database is locked, damaged or may not be read.
+    bool IsMissing() const;
     /// The values under the key; empty when there are none or they cannot be read.
     SStringList Get(const SString& key) const;
     /// The same, telling the two apart: false when they cannot be read.
@@ -32,3 +35,8 @@ class Sdbfile {
     struct State;
     std::unique_ptr<State> state_;
 };
+
+/// Makes a database's file complete by itself, so that it can be renamed: works off the journal or the log
+/// that a killed process left beside it. False when something is still beside it (another process uses it, or
+/// it may not be written); true where there is no such database. No handle of this process may have it open.
+bool SettleDatabase(const SString& database);

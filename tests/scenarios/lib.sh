@@ -1,0 +1,170 @@
+# What scenarios share: the host that every one of them starts from, and words for their scripts. Read by
+# "run" before a scenario's own scripts, inside the view; $BUILD is the build directory.
+# shellcheck shell=bash
+
+DATA=/var/opt/tern.harbor
+PROGRAMS=/opt/tern.harbor
+SCREEN=/tmp/scenario/screen
+
+# --- the host ---------------------------------------------------------------------------------------------------
+
+# The same small host wherever the tests run: its name, its logins, its mail directories, no mail programs.
+make_host() {
+    cat >/etc/passwd <<-'END'
+	root:x:0:0:root:/root:/bin/bash
+	daemon:x:1:1:daemon:/usr/sbin:/usr/sbin/nologin
+	bin:x:2:2:bin:/bin:/usr/sbin/nologin
+	sys:x:3:3:sys:/dev:/usr/sbin/nologin
+	mail:x:8:8:mail:/var/mail:/usr/sbin/nologin
+	nobody:x:65534:65534:nobody:/nonexistent:/usr/sbin/nologin
+	mailtern:x:150:150:Mail system:/var/opt/tern.harbor:/usr/sbin/nologin
+	anna:x:1001:1001:Anna Berg,Room 4,,:/home/anna:/bin/bash
+	bruno:x:1002:1002:Bruno Keller,,,:/home/bruno:/bin/bash
+	END
+    cat >/etc/group <<-'END'
+	root:x:0:
+	daemon:x:1:
+	bin:x:2:
+	sys:x:3:
+	adm:x:4:
+	tty:x:5:
+	mail:x:8:
+	shadow:x:42:
+	utmp:x:43:
+	users:x:100:
+	nogroup:x:65534:
+	mailtern:x:150:
+	anna:x:1001:
+	bruno:x:1002:
+	END
+    sed 's/:.*/:*:19000:0:99999:7:::/' /etc/passwd >/etc/shadow
+    sed 's/:.*/:*::/' /etc/group >/etc/gshadow
+    chmod 644 /etc/passwd /etc/group
+    chmod 640 /etc/shadow /etc/gshadow
+    printf '%s: files\n' passwd group shadow gshadow hosts services >/etc/nsswitch.conf
+    printf '%s\n' '127.0.0.1 localhost' '::1 localhost ip6-localhost' '192.0.2.25 mail.example.com mail' >/etc/hosts
+    printf '%s\n' 'smtp 25/tcp mail' 'finger 79/tcp' 'http 80/tcp www' 'pop3 110/tcp pop-3' >/etc/services
+    echo mail >/etc/hostname
+    hostname mail
+    ip address add 192.0.2.25/32 dev lo
+
+    rm -rf /etc/inetd.conf* /usr/lib/sendmail* /usr/sbin/sendmail /etc/sendmail.cf /usr/etc \
+        /var/spool/mqueue /var/mail /var/spool/mail "$DATA" "$PROGRAMS"
+    make_home anna
+    make_home bruno
+    mkdir /var/mail
+    chown root:mail /var/mail
+    chmod 2775 /var/mail
+    ln -s ../mail /var/spool/mail
+}
+
+# make_home LOGIN: an empty home directory.
+make_home() {
+    rm -rf "/home/${1:?}"
+    mkdir -p "/home/$1"
+    chown "$1:$1" "/home/$1"
+    chmod 755 "/home/$1"
+}
+
+# add_login LOGIN ID FULL-NAME: a further login, with a home directory.
+add_login() {
+    echo "$1:x:$2:$2:$3:/home/$1:/bin/bash" >>/etc/passwd
+    echo "$1:x:$2:" >>/etc/group
+    make_home "$1"
+}
+
+# The mail system as its packages leave it, ready for Install.
+make_site() {
+    local directory
+    configure DomainName=example.com TernHarbor="$DATA" ProgramDir="$PROGRAMS" MailboxDir="$DATA/mailboxes" \
+        MailUserName=mailtern
+    for directory in "" /config /control /messages /deferred /mailboxes; do
+        install -d -o mailtern -g mailtern -m 750 "$DATA$directory"
+    done
+    make_databases
+    mkdir -p "$PROGRAMS/bin"
+    # A stand-in for the server program: a line at its start, then it stays, and notes each SIGHUP in a file.
+    cat >"$PROGRAMS/tern.harbor" <<-'END'
+	#!/bin/sh
+	echo "tern.harbor: ready."
+	trap 'echo SIGHUP >>/run/tern.harbor.signals' HUP
+	while :; do sleep 1; done
+	END
+    printf '#!/bin/sh\ncat >/dev/null\n' >"$PROGRAMS/bin/sendmail"
+    chmod 755 "$PROGRAMS/tern.harbor" "$PROGRAMS/bin/sendmail"
+}
+
+# configure LINE...: the lines of the system configuration file.
+configure() { printf '%s\n' "$@" >/etc/tern.harbor.conf; }
+
+# The module databases that come with the mail system.
+make_databases() { :; }
+
+# install_packages: puts the programs of the scenario's "packages" file in place, without running the packages'
+# own scripts: nothing starts, nothing is configured.
+install_packages() {
+    local package
+    for package in "$SOURCE/build/packages/$NAME"/*.deb; do dpkg-deb --extract "$package" /; done
+    ldconfig
+}
+
+# --- for "run": a dialogue with a program that waits -----------------------------------------------------------
+
+# start COMMAND...: starts it with a pipe as its input, which "answer" and "end_of_input" feed; $PROCESS is its id.
+start() {
+    mkfifo /tmp/scenario/answers
+    env --default-signal=INT,QUIT "$@" </tmp/scenario/answers &
+    PROCESS=$!
+    exec 9>/tmp/scenario/answers
+}
+
+answer() { printf '%s\n' "$@" >&9; }
+
+end_of_input() { exec 9>&-; }
+
+# wait_for COMMAND...: until it succeeds. The limit is there to end a test that hangs, not to measure.
+wait_for() {
+    local _
+    for _ in $(seq 2400); do
+        if "$@" >/dev/null 2>&1; then return; fi
+        sleep 0.05
+    done
+    echo "waited in vain for: $*" >&2
+    return 1
+}
+
+on_screen() { grep -qF -- "$1" "$SCREEN"; }
+
+# finish: waits for the program's end; the scenario's exit status is then the program's.
+finish() { wait "$PROCESS"; }
+
+# fault SYSTEM-CALL:error=NAME[:when=N] [STRACE-OPTION...]: runs Install with that fault put in its way.
+fault() {
+    local inject=$1
+    shift
+    strace -qq -f -o /tmp/scenario/trace -e "trace=${inject%%:*}" -e "inject=$inject" "$@" "$BUILD/Install"
+}
+
+# --- for "check" ------------------------------------------------------------------------------------------------
+
+fail() { echo "check: $*" >&2; exit 1; }
+
+# is WHAT GOT WANTED
+is() { [ "$2" = "$3" ] || fail "$1 is \"$2\", not \"$3\""; }
+
+# has_mode PATH "OWNER:GROUP MODE"
+has_mode() { is "$1" "$(stat -c '%U:%G %a' "$1")" "$2"; }
+
+exists() { [ -e "$1" ] || fail "$1 does not exist"; }
+
+absent() { if [ -e "$1" ] || [ -L "$1" ]; then fail "$1 exists"; fi; }
+
+# has_line FILE LINE
+has_line() { grep -qxF -- "$2" "$1" || fail "$1 has no line \"$2\""; }
+
+running() { pgrep -x "$1" >/dev/null || fail "$1 does not run"; }
+
+not_running() { ! pgrep -x "$1" >/dev/null || fail "$1 runs"; }
+
+# The accounts that exist, one a line.
+accounts() { sqlite3 "$DATA/config/MTA-Accounts" "$1"; }

@@ -20,11 +20,21 @@ class Pattern {
     };
     using Match = std::vector<Group>;  // [0] is the whole match
 
-    /// The compiled expression; one that does not compile is kept as one that matches nothing.
+    /// What matching may still cost, in characters looked at. A loop of matches over one text shares one, so
+    /// that the loop, too, is bounded.
+    struct Work {
+        explicit Work(const SString& subject);
+        size_t left;
+    };
+
+    /// The compiled expression; one that does not compile is kept as one that matches nothing. The reference
+    /// stays good while fewer than a hundred other expressions are asked for.
     static const Pattern& Of(const SString& expression);
 
+    bool IsValid() const;
     /// The first match at or after from.
     std::optional<Match> Find(const SString& subject, size_t from = 0) const;
+    std::optional<Match> Find(const SString& subject, size_t from, Work* work) const;
 
     ~Pattern();
     Pattern(const Pattern&) = delete;
@@ -33,5 +43,6 @@ class Pattern {
   private:
     explicit Pattern(const SString& expression);
     struct Compiled;
+    class Cache;
     std::unique_ptr<Compiled> compiled_;
 };

@@ -1,0 +1,107 @@
+#include "install/console.h"
+
+#include <algorithm>
+#include <iostream>
+
+namespace {
+
+constexpr int kWidth = 75;
+
+SString Repeat(char c, long count) {
+    return SString(c, static_cast<size_t>(std::max(count, 0L)));
+}
+
+SString Rule(long width) {
+    return Repeat('=', width);
+}
+
+SString Frame(long width) {
+    return "=" + Repeat(' ', width - 2) + "=\n";
+}
+
+SString Centred(const SString& text, long width) {
+    const long blanks = width - static_cast<long>(text.Length()) - 2;
+    const long left = blanks / 2;
+    return "=" + Repeat(' ', left) + text + Repeat(' ', blanks - left) + "=\n";
+}
+
+bool EndsSentence(const SString& line) {
+    return SString("!.:?").Index(line[-1]) >= 0;
+}
+
+/// One line of the paragraph, taken from the words.
+SString FillLine(SStringList* words, long room, int indent) {
+    SString line = Repeat(' ', indent) + words->Shift();
+    while (!words->IsEmpty() && static_cast<long>(line.Length()) < room) {
+        // The separator is not counted, so a line may run a little past the room.
+        const size_t length = line.Length() + (*words)[0].Length();
+        if (static_cast<long>(length) >= room) break;
+        if (EndsSentence(line)) line += ' ';
+        line += ' ' + words->Shift();
+    }
+    return line;
+}
+
+char FirstLetter(SString answer) {
+    return answer.LowerCase()[0];
+}
+
+}  // namespace
+
+SString Format(const SString& text, int width, int indent, const SString& line_end) {
+    SStringList words = text.Split(' ');
+    SString paragraph;
+    while (!words.IsEmpty())
+        paragraph += FillLine(&words, static_cast<long>(width) - indent, indent) + line_end;
+    return paragraph;
+}
+
+void ClearScreen() {
+    Print("\n" + Rule(kWidth) + "\n\f\n");
+}
+
+void PrintHeader(int width, SStringList lines) {
+    SString header = "\n" + Rule(width) + "\n" + Frame(width);
+    while (!lines.IsEmpty()) header += Centred(lines.Shift(), width) + Frame(width);
+    Print(header + Rule(width) + "\n");
+}
+
+SString GetInput(const SString& default_answer, int show) {
+    if (show != 0) Print("[" + default_answer + "] ");
+    SString answer;
+    std::cin >> answer;
+    answer.ChopLineEnd();
+    Print("\n");
+    return answer.IsEmpty() ? default_answer : answer;
+}
+
+bool AskToContinue() {
+    char answer = Ask("Do you want to continue? yes/no/quit ", "yes");
+    while (answer != 'y' && answer != 'n' && answer != 'q') {
+        answer = Ask("Please enter 'yes', 'no', or 'quit': ", "yes");
+    }
+    return answer == 'y';
+}
+
+void Print(const SString& text) {
+    std::cout << text << std::flush;
+}
+
+void PrintParagraph(const SString& text) {
+    Print(Format(text, kWidth, 0, "\n"));
+}
+
+char Ask(const SString& prompt, const SString& default_answer) {
+    Print(prompt);
+    return FirstLetter(GetInput(default_answer, 1));
+}
+
+// A last line without a line end is still an answer: only a read that found nothing at all fails.
+bool InputHasEnded() {
+    return std::cin.fail();
+}
+
+bool AbortAtEndOfInput() {
+    Print("Installation aborted.\n");
+    return false;
+}

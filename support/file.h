@@ -5,9 +5,10 @@
 
 #include "support/sstring_list.h"
 
-bool FileExists(const SString& path);  // follows links: a dangling link is nothing
-bool EntryExists(
-    const SString& path);  // does not follow: true for a dangling link, and where it cannot be told
+/// Follows links: a dangling link is nothing.
+bool FileExists(const SString& path);
+/// Does not follow: true for a dangling link, and where it cannot be told.
+bool EntryExists(const SString& path);
 bool IsDirectory(const SString& path);
 bool IsRegular(const SString& path);
 /// Whether the effective user can write, and the file has any write bit at all: root, too, is told that a

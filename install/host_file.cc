@@ -111,6 +111,7 @@ bool RewriteHostFile(const SString& path, const LineEdit& edit) {
     const AsRoot root;
     const std::optional<Original> original = OpenOriginal(path);
     if (!original) return false;
+    const SString changed = edit(Lines(original->bytes)).Join();
     Backup backup(path);
     if (!backup.Fill(*original)) return false;
     const WriteAccess access(path, *original);
@@ -118,7 +119,7 @@ bool RewriteHostFile(const SString& path, const LineEdit& edit) {
     const Descriptor file = OpenForWriting(path, *original);
     if (!file) return false;
     backup.Keep();
-    if (ReplaceContents(file, edit(Lines(original->bytes)).Join())) return true;
+    if (ReplaceContents(file, changed)) return true;
     ReplaceContents(file, original->bytes);
     return false;
 }

@@ -1,0 +1,42 @@
+// A fresh folder for one test, removed with everything in it at the end of its scope.
+#pragma once
+
+#include <sys/stat.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+
+#include "support/sstring.h"
+
+class TemporaryFolder {
+  public:
+    TemporaryFolder() {
+        if (mkdtemp(path_) == nullptr) {
+            perror(path_);
+            abort();
+        }
+    }
+    ~TemporaryFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    /// The path of an entry of this name in the folder.
+    SString operator/(const SString& name) const { return SString(path_) + "/" + name; }
+
+    /// Writes a file of the folder, with this mode whatever the mask is; gives its path.
+    SString Write(const SString& name, const SString& bytes, mode_t mode = 0644) const {
+        const SString path = *this / name;
+        std::ofstream(path.Bytes(), std::ios::binary) << bytes.Bytes();
+        chmod(path.CString(), mode);
+        return path;
+    }
+
+  private:
+    char path_[32] = "/tmp/install-test.XXXXXX";
+};

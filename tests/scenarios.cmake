@@ -10,7 +10,7 @@ foreach(screen ${screens})
     endif()
     math(EXPR limit "${seconds} + 60")
     add_test(NAME scenario.${name} COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/scenarios/run ${CMAKE_BINARY_DIR} ${name})
-    set_tests_properties(scenario.${name} PROPERTIES TIMEOUT ${limit} COST ${seconds} LABELS scenario)
+    set_tests_properties(scenario.${name} PROPERTIES TIMEOUT ${limit} COST ${seconds} LABELS host)
     if(TERN_SANITIZE)
         # The program ends under another identity than it began with: the leak detector may not look at it then.
         set_tests_properties(scenario.${name} PROPERTIES ENVIRONMENT "TERN_QUICK=1;ASAN_OPTIONS=detect_leaks=0")

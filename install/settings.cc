@@ -47,6 +47,11 @@ void Remind(const SStringList& lines) {
     gstrl_Reminders.Push("");
 }
 
+SString SupportLine() {
+    return "If you have difficulty resolving this problem, please contact Ardenvale, Inc. at " +
+           gstr_SupportAddress + " or at " + gstr_SupportPhone + ".";
+}
+
 SString ContactMessage() {
     return "Contact Ardenvale at " + gstr_SupportAddress + " or at " + gstr_SupportPhone +
            " if you need help resolving this problem.";

@@ -53,6 +53,7 @@ extern volatile std::sig_atomic_t gf_Killed;        // 0; a signal came while it
 /// Adds a group of reminders: the lines, then the empty entry that closes the group.
 void Remind(const SStringList& lines);
 /// Sentences that several errors share.
+SString SupportLine();  // "If you have difficulty resolving this problem, please contact ..."
 SString ContactMessage();  // "Contact Ardenvale at ADDRESS or at PHONE if you need help resolving this problem."
 /// "The directory should be owned by OWNER with group GROUP and mode 750. Each database ..."
 SString OwnershipMessage();

@@ -1,0 +1,31 @@
+#include "install/settings.h"
+#include "install/steps.h"
+#include "support/file.h"
+
+namespace {
+
+/// Resolved, so that a rewrite reaches the file itself; as named where nothing stands, for the messages.
+SString Resolved(const SString& path) {
+    const SString real = RealPath(path);
+    return real.IsEmpty() ? path : real;
+}
+
+void AddService(const SString& name, const SString& port) {
+    gstrl_Services.Push(name);
+    gstrl_ServicePorts.Push(port);
+}
+
+}  // namespace
+
+bool Initialize() {
+    gstr_PasswdFile = "/etc/passwd";
+    gstr_InetdConf = Resolved("/etc/inetd.conf");
+    gstr_ServicesFile = Resolved("/etc/services");
+    gstr_MaildropDir = "/var/spool/mail/";
+    gstr_Sendmail = "/usr/lib/sendmail";
+    gstr_SendmailCF = "/etc/sendmail.cf";
+    AddService("smtp", "25");
+    AddService("pop3", "110");
+    AddService("finger", "79");
+    return true;
+}

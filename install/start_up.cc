@@ -1,0 +1,74 @@
+#include "install/start_up.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <ctime>
+
+#include "install/console.h"
+#include "install/settings.h"
+#include "install/signals.h"
+#include "install/site.h"
+#include "install/steps.h"
+#include "support/identity.h"
+
+namespace {
+
+constexpr int kComplete = 0;
+constexpr int kStopped = 2;
+constexpr int kHeaderWidth = 75;
+
+/// A process may be started without standard descriptors. The next file to be opened would then take the
+/// place of one, and what is meant for the screen would be written into it.
+void OpenMissingDescriptors() {
+    for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; fd++) {
+        const bool is_missing = fcntl(fd, F_GETFD) < 0;
+        if (is_missing && open("/dev/null", O_RDWR | O_NOCTTY) < 0) _exit(kStopped);
+    }
+}
+
+/// A full disk quota or a reader of the screen that has gone must make a write fail, where the step can tell
+/// and undo, not end the program in the middle of a file. Commands are waited for, whatever the parent chose.
+void SetSignalDefaults() {
+    std::signal(SIGXFSZ, SIG_IGN);
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGCHLD, SIG_DFL);
+}
+
+bool IsStartedByRoot() {
+    if (getuid() == 0) return true;
+    PrintParagraph("You must be root to run the installation program.");
+    return false;
+}
+
+void SeedRandom() {
+    const auto now = static_cast<unsigned>(std::time(nullptr));
+    std::srand(now + static_cast<unsigned>(getpid()) + static_cast<unsigned>(getppid()));
+}
+
+bool LowerPrivileges() {
+    const auto uid = static_cast<uid_t>(gn_MailUID);
+    const auto gid = static_cast<gid_t>(gn_MailGID);
+    if (BecomeMailOwner(gstr_MailOwner, uid, gid)) return true;
+    PrintParagraph("Couldn't take on the user and group ID of the owner of the mail system (" +
+                   Printable(gstr_MailOwner) + "). " + SupportLine());
+    return false;
+}
+
+}  // namespace
+
+int Main() {
+    OpenMissingDescriptors();
+    SetSignalDefaults();
+    RememberGroups();
+    if (!IsStartedByRoot()) return kStopped;
+    umask(007);
+    SetupSignalHandler();
+    ClearScreen();
+    PrintHeader(kHeaderWidth, gstr_ContactAddress);
+    SeedRandom();
+    return DetermineSite() && LowerPrivileges() && FullInstall() ? kComplete : kStopped;
+}

@@ -60,15 +60,19 @@ bool LowerPrivileges() {
 
 }  // namespace
 
-int Main() {
+bool StartUp() {
     OpenMissingDescriptors();
     SetSignalDefaults();
     RememberGroups();
-    if (!IsStartedByRoot()) return kStopped;
+    if (!IsStartedByRoot()) return false;
     umask(007);
     SetupSignalHandler();
     ClearScreen();
     PrintHeader(kHeaderWidth, gstr_ContactAddress);
     SeedRandom();
-    return DetermineSite() && LowerPrivileges() && FullInstall() ? kComplete : kStopped;
+    return DetermineSite() && LowerPrivileges();
+}
+
+int Main() {
+    return StartUp() && FullInstall() ? kComplete : kStopped;
 }

@@ -1,0 +1,49 @@
+// run_steps STEP...
+//
+// Starts up as Install does, initializes, and runs the named steps instead of the whole sequence, in the
+// order given, until one stops the installation. Their screens and its exit status are Install's.
+#include <algorithm>
+#include <iostream>
+#include <iterator>
+#include <vector>
+
+#include "install/sequence.h"
+#include "install/start_up.h"
+#include "install/steps.h"
+#include "support/sstring.h"
+
+namespace {
+
+constexpr int kComplete = 0;
+constexpr int kStopped = 2;
+constexpr int kMisused = 64;
+
+std::vector<Step> AllSteps() {
+    std::vector<Step> steps(Sequence().begin(), Sequence().end());
+    steps.push_back({"AddServices", AddServices});
+    return steps;
+}
+
+/// The steps of these names; fewer when a name is none.
+std::vector<Step> Named(const std::vector<SString>& names) {
+    const std::vector<Step> all = AllSteps();
+    std::vector<Step> steps;
+    for (const SString& name : names) {
+        std::ranges::copy_if(all, std::back_inserter(steps),
+                             [&](const Step& step) { return name == step.name; });
+    }
+    return steps;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const std::vector<SString> names(argv + 1, argv + argc);
+    const std::vector<Step> steps = Named(names);
+    if (names.empty() || steps.size() != names.size()) {
+        std::cerr << "run_steps: of the names given, only " << steps.size() << " are steps\n";
+        return kMisused;
+    }
+    if (!StartUp() || !Initialize()) return kStopped;
+    return std::ranges::all_of(steps, [](const Step& step) { return step.run(); }) ? kComplete : kStopped;
+}

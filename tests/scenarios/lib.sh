@@ -104,9 +104,15 @@ make_databases() { :; }
 # own scripts: nothing starts, nothing is configured.
 install_packages() {
     local package
-    for package in "$SOURCE/build/packages/$NAME"/*.deb; do dpkg-deb --extract "$package" /; done
+    for package in "$SOURCE/build/packages/$NAME"/*.deb; do
+        # dpkg-deb --extract would put a directory in the place of the link /lib.
+        dpkg-deb --fsys-tarfile "$package" | tar --extract --keep-directory-symlink --directory=/
+    done
     ldconfig
 }
+
+# steps STEP...: for "run": those steps alone, started up as Install is, with the scenario's answers.
+steps() { "$BUILD/tests/run_steps" "$@" <"$SCENARIO/answers"; }
 
 # --- for "run": a dialogue with a program that waits -----------------------------------------------------------
 
@@ -132,6 +138,8 @@ wait_for() {
     echo "waited in vain for: $*" >&2
     return 1
 }
+
+listening() { ss -Hltn "sport = :$1" | grep -q .; }
 
 on_screen() { grep -qF -- "$1" "$SCREEN"; }
 

@@ -41,7 +41,7 @@ bool RenameByLink(const SString& from, const SString& to) {
         errno = EEXIST;
         return false;
     }
-    return link(from.CString(), to.CString()) == 0 && RemoveFile(from);
+    return AddName(from, to) && RemoveFile(from);
 }
 
 }  // namespace
@@ -103,6 +103,10 @@ bool Rename(const SString& from, const SString& to) {
 bool RenameNoReplace(const SString& from, const SString& to) {
     if (renameat2(AT_FDCWD, from.CString(), AT_FDCWD, to.CString(), RENAME_NOREPLACE) == 0) return true;
     return (errno == EINVAL || errno == ENOSYS) && RenameByLink(from, to);
+}
+
+bool AddName(const SString& path, const SString& name) {
+    return link(path.CString(), name.CString()) == 0;
 }
 
 bool RemoveFile(const SString& path) {

@@ -24,6 +24,8 @@ SString RealPath(const SString& path);
 bool Rename(const SString& from, const SString& to);
 /// As Rename, but fails (EEXIST) where anything stands at the target.
 bool RenameNoReplace(const SString& from, const SString& to);
+/// A second name for the same file (a hard link); fails where anything stands at the new name.
+bool AddName(const SString& path, const SString& name);
 bool RemoveFile(const SString& path);
 /// The whole contents; empty when it cannot be read.
 SString MapFileRead(const SString& path);

@@ -1,0 +1,97 @@
+#include "install/set_up_mails.h"
+
+#include "install/forward_notice.h"
+#include "install/results_mail.h"
+#include "install/settings.h"
+#include "support/host.h"
+#include "support/pending_file.h"
+#include "support/queue.h"
+
+namespace {
+
+const char kBodySuffix[] = "-Body";
+
+SString Stem(const char* tag, const char* suffix) {
+    return MessageIdDate() + tag + ProcessIdString() + suffix;
+}
+
+SString HeaderText(const SStringList& lines) {
+    SString text;
+    for (const SString& line : lines) text += Printable(line) + "\r\n";
+    return text;
+}
+
+SString MessageId(const char* tag, const SString& host) {
+    return "Message-ID: <" + MessageIdDate() + tag + "@" + host + ">";
+}
+
+bool WriteMail(const SString& stem, const SString& path, const SString& header, const SString& body,
+               SControl* control) {
+    if (!control->Prepare(stem)) return false;
+    PendingFile header_file(path + gstr_HeaderSuffix);
+    PendingFile body_file(path + kBodySuffix);
+    if (!header_file.IsOpen() || !body_file.IsOpen()) return false;
+    return header_file.Write(header) && body_file.Write(body) && header_file.Publish() &&
+           body_file.Publish() && control->Publish();
+}
+
+/// The mail exists only once its text is on the disk; otherwise nothing of it stays.
+void QueueMail(const SString& stem, const SString& message_directory, const SString& header,
+               const SString& body, SControl* control) {
+    if (!WriteMail(stem, message_directory + stem, header, body, control)) control->RemoveMessage();
+}
+
+/// Asks for a greeting to every new account, which tells its owner the UID and the password.
+void QueueGreetingRequest(const SStringList& uids_and_passwords) {
+    SControl control;
+    control["Function:"] = "Account-Manager";
+    control["Control-Type:"] = "Request";
+    control["Priority:"] = "1";
+    control["Request-Type:"] = "Greet";
+    control["Account-To:"] = uids_and_passwords;
+    static_cast<void>(control.Write(Stem(".AA", ".NewAccounts")));
+}
+
+void QueueResultsMail(const AccountResults& results, const SString& host, const SString& message_directory) {
+    SControl control;
+    control["Function:"] = "Account-Handler";
+    control["Control-Type:"] = "Mail";
+    control["Priority:"] = "1";
+    control["Account-To:"] = "Postmaster";
+    control["Host-From:"] = host;
+    control["User-From:"] = "SMTP<>";
+    SString header = HeaderText({"Date: " + RFC822Date(), "From: \"tern.harbor Installation Program\" <>",
+                                 "To: Mail Administrator <Postmaster@" + host + ">",
+                                 "Subject: tern.harbor Installation Results", MessageId(".AB", host)});
+    QueueMail(Stem(".AB", ".Notify"), message_directory, header, ResultsMailBody(results), &control);
+}
+
+void QueueForwardNotice(const SStringList& forward_users, const SString& host,
+                        const SString& message_directory) {
+    SStringList recipients = forward_users;
+    recipients.Grep("s/(.*)/SMTP <$1>/");
+    SControl control;
+    control["Function:"] = "Account-Handler";
+    control["Control-Type:"] = "Mail";
+    control["Priority:"] = "1";
+    control["Channel-To:"] = recipients;
+    control["Host-From:"] = host;
+    control["User-From:"] = "SMTP<Postmaster@" + host + ">";
+    SString header =
+        HeaderText({"Date: " + RFC822Date(), "From: Mail Administrator <Postmaster@" + host + ">",
+                    "To: Users with forward files: ;", "Subject: NOTICE: \".forward\" File Deactivated",
+                    MessageId(".AC", host)});
+    SString body = pz_ForwardMessage1 + Printable(host) + pz_ForwardMessage2;
+    QueueMail(Stem(".AC", ".Notify"), message_directory, header, body, &control);
+}
+
+}  // namespace
+
+void QueueSetUpMails(const AccountResults& results, const SString& host, const SString& data_directory) {
+    const SString message_directory = data_directory + "messages/";
+    const bool has_forwards = !results.forward_users.IsEmpty();
+    const bool has_results = !results.created.IsEmpty() || !results.skipped_logins.IsEmpty() || has_forwards;
+    if (!results.created.IsEmpty()) QueueGreetingRequest(results.uids_and_passwords);
+    if (has_results) QueueResultsMail(results, host, message_directory);
+    if (has_forwards) QueueForwardNotice(results.forward_users, host, message_directory);
+}

@@ -67,7 +67,7 @@ void PrintHeader(int width, SStringList lines) {
 }
 
 SString GetInput(const SString& default_answer, int show) {
-    if (show != 0) Print("[" + default_answer + "] ");
+    if (show != 0) Print("[" + Printable(default_answer) + "] ");
     SString answer;
     std::cin >> answer;
     answer.ChopLineEnd();

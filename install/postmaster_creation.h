@@ -1,9 +1,8 @@
-// Creating the Postmaster's account, told line by line, with its mail going to root's account.
+// Creating the Postmaster's account, with its mail going to root's, told line by line.
 #pragma once
 
 #include "support/account.h"
 
-/// Makes root's account, too, where there is none. All of it becomes lasting at once. False, the reason told,
-/// when the installation cannot go on; a Postmaster without a delivery is told and can be mended in the
-/// dialogue.
+/// False, the reason told, when the installation cannot go on. A Postmaster without a delivery is told as
+/// well, but the dialogue can mend it.
 bool CreatePostmasterWithRoot(SAccountDBMod* accounts);

@@ -26,6 +26,7 @@ class SAccount : public virtual SAccountBase {
 
   private:
     friend class SAccountDB;
+    friend class SAccountDBMod;
     SString uid_;
     SNamedStringList fields_;
     bool locked_ = false;
@@ -56,12 +57,13 @@ class SAccountDBMod : public SAccountDB {
   public:
     /// Binds the modification to the account, making it when it does not exist yet.
     int ModifyAccount(const SString& uid, SAccountMod* mod);
+    /// Zero, too, when there is no such account.
     int DeleteAccount(const SString& uid);
 };
 
 /// A pending modification of one account. Each Set is lasting at once (against a killed process) unless an
 /// AccountTransaction is open.
-class SAccountMod : public virtual SAccountBase {
+class SAccountMod : public virtual SAccount {
   public:
     /// Replaces the values of one field.
     int Set(const SString& field, const SStringList& values);
@@ -71,15 +73,16 @@ class SAccountMod : public virtual SAccountBase {
 
   private:
     friend class SAccountDBMod;
-    long id_ = 0;
+    int64_t id_ = 0;
     bool is_new_ = false;
 };
 
-/// Several account operations as one: all of them or none, also after kill -9. Rolled back with the scope
-/// unless Commit succeeded. Scopes may nest: only the outermost commits.
+/// Several account operations as one: all of them or none, also after kill -9. Taken back with the scope
+/// unless Commit succeeded. Scopes may nest: only the outermost commits, and an inner one that fails, a
+/// refused operation included, takes back the whole. Inside a scope that is not open nothing is written.
 class AccountTransaction {
   public:
-    AccountTransaction();  // takes the write lock
+    AccountTransaction();  // takes the write lock, waiting up to 5 s
     ~AccountTransaction();
     AccountTransaction(const AccountTransaction&) = delete;
     AccountTransaction& operator=(const AccountTransaction&) = delete;
@@ -87,7 +90,8 @@ class AccountTransaction {
     bool Commit();
 
   private:
-    bool open_ = false;
+    bool open_;
+    bool ended_ = false;
 };
 
 /// Brings everything committed to the disk. False when the system refused.

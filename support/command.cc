@@ -1,5 +1,6 @@
 #include "support/command.h"
 
+#include <array>
 #include <csignal>
 #include <cstdio>
 
@@ -14,28 +15,38 @@ constexpr size_t kLongestPiece = 511;
 // the screen. The variables would make ps print other columns, or cut them.
 const SString kSurroundings =
     "exec </dev/null 2>/dev/null; unset COLUMNS LINES PS_FORMAT PS_PERSONALITY CMD_ENV; "
-    "LC_ALL=C.UTF-8; export LC_ALL; ";
+    "LC_ALL=C.UTF-8; export LC_ALL\n";
 
-/// The terminal's signals blocked for a scope. A child started in it keeps them blocked for its life, so that
-/// a Ctrl-C, which reaches the whole foreground group, never cuts a probe short.
-class TerminalSignalsBlocked {
+constexpr std::array kTerminalSignals = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
+
+/// The terminal's signals ignored for a scope. A child started in it ignores them for its life, so that a
+/// Ctrl-C, which reaches the whole foreground group, never cuts a probe short. They are blocked as well: what
+/// comes in the meantime stays pending (on Linux, although ignored) and reaches this process afterwards.
+class TerminalSignalsIgnored {
   public:
-    TerminalSignalsBlocked() {
+    TerminalSignalsIgnored() {
         sigset_t terminal;
         sigemptyset(&terminal);
-        for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) sigaddset(&terminal, signal);
-        sigprocmask(SIG_BLOCK, &terminal, &before_);
+        for (const int number : kTerminalSignals) sigaddset(&terminal, number);
+        sigprocmask(SIG_BLOCK, &terminal, &mask_before_);
+        struct sigaction ignore {};
+        ignore.sa_handler = SIG_IGN;
+        for (size_t i = 0; i < before_.size(); ++i) sigaction(kTerminalSignals[i], &ignore, &before_[i]);
     }
-    ~TerminalSignalsBlocked() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
-    TerminalSignalsBlocked(const TerminalSignalsBlocked&) = delete;
-    TerminalSignalsBlocked& operator=(const TerminalSignalsBlocked&) = delete;
+    ~TerminalSignalsIgnored() {
+        for (size_t i = 0; i < before_.size(); ++i) sigaction(kTerminalSignals[i], &before_[i], nullptr);
+        sigprocmask(SIG_SETMASK, &mask_before_, nullptr);
+    }
+    TerminalSignalsIgnored(const TerminalSignalsIgnored&) = delete;
+    TerminalSignalsIgnored& operator=(const TerminalSignalsIgnored&) = delete;
 
   private:
-    sigset_t before_{};
+    sigset_t mask_before_{};
+    std::array<struct sigaction, kTerminalSignals.size()> before_{};
 };
 
 FILE* Start(const SString& command) {
-    const TerminalSignalsBlocked blocked;
+    const TerminalSignalsIgnored ignored;
     return popen((kSurroundings + command).CString(), "re");
 }
 

@@ -22,7 +22,7 @@ struct Probe {
 
 // Of each table the first row whose program stands on the host is run.
 constexpr Probe kSocketProbes[] = {
-    {"/usr/etc/netstat", "-an", PortsFromNetstat},        // System V and SunOS
+    {"/usr/etc/netstat", "-an", PortsFromNetstat},        // SunOS and IRIX
     {"/usr/bin/ss", "-Hltn", PortsFromSs},                // Linux with iproute2
     {"/bin/ss", "-Hltn", PortsFromSs},                    //
     {"/usr/sbin/ss", "-Hltn", PortsFromSs},               //
@@ -45,11 +45,6 @@ SStringList RunFirst(const Probe (&probes)[N]) {
     return {};
 }
 
-/// An empty first alternative matches anything, if only the whole compiles.
-bool Compiles(const SString& expression) {
-    return Pattern::Of("|" + expression).Find("").has_value();
-}
-
 }  // namespace
 
 SStringList BoundSockets() {
@@ -68,7 +63,7 @@ bool KillProgram(const SString& name, int signal) {
 SStringList ProcessesNamed(const SStringList& entries, const SString& name) {
     SStringList named;
     // An unbalanced bracket could break out of the group: what does not compile alone names nothing.
-    if (!Compiles(name)) return named;
+    if (!Pattern::Of(name).IsValid()) return named;
     const Pattern& whole = Pattern::Of("\\A(?:" + name + ")\\z");
     for (const SString& entry : entries) {
         const SString process = entry.S("\\A.* ", "");

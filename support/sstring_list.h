@@ -10,6 +10,9 @@
 
 class SStringList {
   public:
+    using iterator = std::deque<SString>::iterator;
+    using const_iterator = std::deque<SString>::const_iterator;
+
     SStringList() = default;
     SStringList(const SString& only) : items_{only} {}
     SStringList(const char* only) : items_{SString(only)} {}

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/install/dialogue.h"
+#include "tests/dialogue.h"
 
 namespace {
 

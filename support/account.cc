@@ -41,42 +41,46 @@ SStringList SAccountDB::GetLocalMailDomains() {
     return Store().Domains();
 }
 
-// A look-up that failed must never pass for "there is none": the account would be written over.
+namespace {
+
+/// A change as a transaction of its own, or as a part of the scope that is open.
+template <typename Work>
+bool Change(AccountStore& store, const Work& work) {
+    if (!store.IsInScope()) {
+        AccountTransaction own;
+        return own.IsOpen() && work() && own.Commit();
+    }
+    const bool is_done = store.IsWritable() && work();
+    if (!is_done && store.IsWritable()) {
+        store.Break();
+    }
+    return is_done;
+}
+
+}  // namespace
+
 int SAccountDBMod::ModifyAccount(const SString& uid, SAccountMod* mod) {
-    mod->id_ = 0;
-    AccountTransaction transaction;
-    if (uid.IsEmpty() || !transaction.IsOpen()) {
-        return 0;
-    }
-    const AccountStore::Binding binding = Store().Bind(uid);
-    if (binding.id == 0 || !transaction.Commit()) {
-        return 0;
-    }
-    mod->id_ = binding.id;
+    AccountStore::Binding binding;
+    const bool is_bound = !uid.IsEmpty() && Change(Store(), [&] {
+        binding = Store().Bind(uid);
+        return binding.id != 0;
+    });
     mod->uid_ = uid;
-    mod->is_new_ = binding.is_new;
-    return 1;
+    mod->id_ = is_bound ? binding.id : 0;
+    mod->is_new_ = is_bound && binding.is_new;
+    return is_bound;
 }
 
 int SAccountDBMod::DeleteAccount(const SString& uid) {
-    AccountTransaction transaction;
-    return transaction.IsOpen() && Store().Delete(uid) && transaction.Commit();
+    return Change(Store(), [&] { return Store().Delete(uid); });
 }
 
 int SAccountMod::Set(const SString& field, const SStringList& values) {
-    if (id_ == 0) {
-        return 0;
-    }
-    AccountTransaction transaction;
-    return transaction.IsOpen() && Store().SetField(id_, Uid(), field, values) && transaction.Commit();
+    return id_ != 0 && Change(Store(), [&] { return Store().SetField(id_, Uid(), field, values); });
 }
 
 int SAccountMod::Lock() {
-    if (id_ == 0) {
-        return 0;
-    }
-    AccountTransaction transaction;
-    return transaction.IsOpen() && Store().Lock(id_, Uid()) && transaction.Commit();
+    return id_ != 0 && Change(Store(), [&] { return Store().Lock(id_, Uid()); });
 }
 
 AccountTransaction::AccountTransaction() : open_(AccountStore::Shared().Begin()) {}

@@ -78,8 +78,9 @@ class SAccountMod : public virtual SAccount {
 };
 
 /// Several account operations as one: all of them or none, also after kill -9. Taken back with the scope
-/// unless Commit succeeded. Scopes may nest: only the outermost commits, and an inner one that fails, a
-/// refused operation included, takes back the whole. Inside a scope that is not open nothing is written.
+/// unless Commit succeeded, and when one of the operations in it was refused. A scope inside another is taken
+/// back by itself; what it committed lasts once the outermost has committed. Inside a scope that is not open
+/// nothing is written.
 class AccountTransaction {
   public:
     AccountTransaction();  // takes the write lock, waiting up to 5 s

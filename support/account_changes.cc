@@ -1,6 +1,8 @@
 // The account store's transactions and what is written inside them.
 #include <fcntl.h>
 
+#include <algorithm>
+
 #include "support/account_session.h"
 #include "support/descriptor.h"
 
@@ -14,29 +16,55 @@ const SString kAddressField = "SMTP-Address";
 }  // namespace
 
 bool AccountStore::Begin() {
-    if (depth_++ == 0) {
-        is_broken_ = OpenSession(true) != DatabaseState::Ready;
-        if (!is_broken_) {
-            transaction_.emplace(*session_->connection);
-            is_broken_ = !transaction_->IsOpen();
-        }
+    ++depth_;
+    if (IsWritable() && !(depth_ == 1 ? BeginTransaction() : Execution(session_->begin_part).Run())) {
+        broken_from_ = std::max(1, depth_ - 1);  // a part without its mark cannot be taken back by itself
     }
-    return !is_broken_;
+    return IsWritable();
 }
 
-// After a failure nothing inside the outermost transaction may write any more: it would be lasting at once,
-// since the transaction around it is gone.
+bool AccountStore::BeginTransaction() {
+    if (OpenSession(true) != DatabaseState::Ready) {
+        return false;
+    }
+    transaction_.emplace(*session_->connection);
+    return transaction_->IsOpen();
+}
+
+// On a full disk and its like the library gives up the whole transaction by itself. What is still written
+// then would be lasting at once, without the rest: the outermost scope has to count as broken.
 bool AccountStore::End(bool commit) {
-    const bool is_outermost = --depth_ == 0;
-    is_broken_ =
-        is_broken_ || !commit || !transaction_->IsOpen() || (is_outermost && !transaction_->Commit());
-    if (is_broken_) {
-        ++epoch_;
+    if (transaction_ && !transaction_->IsOpen()) {
+        broken_from_ = 1;
     }
-    if (is_broken_ || is_outermost) {
-        transaction_.reset();
+    if (!commit && IsWritable()) {
+        Break();
     }
-    return !is_broken_;
+    const bool is_done = depth_ == 1 ? EndTransaction() : EndPart();
+    epoch_ += is_done ? 0 : 1;
+    --depth_;
+    if (broken_from_ > depth_) {
+        broken_from_ = INT_MAX;
+    }
+    return is_done;
+}
+
+bool AccountStore::EndTransaction() {
+    const bool is_done = IsWritable() && transaction_->Commit();
+    transaction_.reset();
+    return is_done;
+}
+
+bool AccountStore::EndPart() {
+    if (broken_from_ < depth_) {
+        return false;  // goes with the scope around it
+    }
+    const bool is_whole = IsWritable();
+    if ((is_whole || Execution(session_->take_back_part).Run()) && Execution(session_->end_part).Run()) {
+        return is_whole;
+    }
+    broken_from_ = depth_ - 1;
+    return false;
 }
 
 // A checkpoint brings the log into the database and syncs both. While another process reads, a part of the
@@ -54,6 +82,8 @@ bool AccountStore::Sync() {
     return (!file || file.Sync()) && SyncParent(session_->path);
 }
 
+// The account is made where there is none and found where there is one. A look-up that failed must never pass
+// for "there is none": somebody's account would be written over.
 AccountStore::Binding AccountStore::Bind(const SString& uid) {
     if (Execution(session_->add, uid).Run() && session_->connection->HasChanged()) {
         return {session_->connection->LastId(), true};

@@ -2,6 +2,8 @@
 // the whole process, opened on demand, its statements prepared once. Used by account.cc and account_uid.cc.
 #pragma once
 
+#include <climits>
+
 #include "support/account.h"
 #include "support/database_file.h"
 
@@ -26,13 +28,18 @@ class AccountStore {
     /// here, and no other process has written.
     uint64_t Epoch();
 
-    // --- transactions: only the outermost End commits; a part that ends without commit takes back the whole
+    // --- scopes of writing: the outermost is a transaction, an inner one can be taken back by itself
     bool Begin();
     bool End(bool commit);
+    bool IsInScope() const { return depth_ > 0; }
+    /// Whether the innermost scope is sound; nothing may be written otherwise.
+    bool IsWritable() const { return depth_ > 0 && depth_ < broken_from_; }
+    /// After a change that failed half-way: the innermost scope will be taken back.
+    void Break() { broken_from_ = depth_; }
     /// Brings everything committed to the disk.
     bool Sync();
 
-    // --- writing, inside a transaction
+    // --- changes, inside a writable scope; false after a failure that may have left half of the change
     struct Binding {
         int64_t id = 0;  // 0: refused
         bool is_new = false;
@@ -46,13 +53,16 @@ class AccountStore {
   private:
     struct Session;  // the connection, its statements and the file that it has open
     DatabaseState OpenSession(bool for_writing);
+    bool BeginTransaction();
+    bool EndTransaction();
+    bool EndPart();
     bool Holds(int64_t id, const SString& uid);
     bool AddAddresses(int64_t id, const SStringList& values);
     bool RemoveAddresses(int64_t id);
 
     std::unique_ptr<Session> session_;
     std::optional<sqlite::Transaction> transaction_;
-    int depth_ = 0;           // of nested transactions
-    bool is_broken_ = false;  // a part of the open transaction failed: nothing in it counts
+    int depth_ = 0;              // of nested scopes
+    int broken_from_ = INT_MAX;  // the outermost scope that failed: nothing in it or inside it counts
     uint64_t epoch_ = 0;
 };

@@ -1,6 +1,9 @@
 #include "support/sdbfile.h"
 
 #include "support/database_file.h"
+#include "support/file.h"
+
+using sqlite::Step;
 
 namespace {
 
@@ -26,6 +29,7 @@ struct Sdbfile::State {
     SString name;
     SString table;
     bool writable = false;
+    bool missing = false;
     std::unique_ptr<sqlite::Connection> connection;
 };
 
@@ -44,14 +48,14 @@ void Sdbfile::Init(const SString& database, int /*flag*/) {
 
 void Sdbfile::CloseDB() {
     state_->connection.reset();
-    state_->writable = false;
+    state_->writable = state_->missing = false;
 }
 
 namespace {
 
-bool HasTable(sqlite::Connection& connection, const SString& table) {
+Step FindTable(sqlite::Connection& connection, const SString& table) {
     sqlite::Statement statement = connection.Prepare("SELECT 1 FROM tables WHERE path = ?1");
-    return sqlite::Execution(statement, table).Next() == sqlite::Step::Row;
+    return sqlite::Execution(statement, table).Next();
 }
 
 bool MakeTable(sqlite::Connection& connection, const SString& table) {
@@ -82,18 +86,25 @@ bool AddValues(sqlite::Connection& connection, const SString& table, const SStri
 
 int Sdbfile::Open(const SString& table_path, int writable) {
     CloseDB();
-    const SString path = DatabasePath(state_->name);
-    OpenedDatabase database = writable != 0 ? OpenForWriting(path, kFormat) : OpenForReading(path, kFormat);
-    const SString table = Normal(table_path);
-    if (database.state != DatabaseState::Ready ||
-        !(HasTable(*database.connection, table) ||
-          (writable != 0 && MakeTable(*database.connection, table)))) {
-        return 0;
-    }
-    state_->table = table;
+    state_->table = Normal(table_path);
     state_->writable = writable != 0;
-    state_->connection = std::move(database.connection);
-    return 1;
+    const SString path = DatabasePath(state_->name);
+    OpenedDatabase database =
+        state_->writable ? OpenForWriting(path, kFormat) : OpenForReading(path, kFormat);
+    Step table = database.state == DatabaseState::Ready ? FindTable(*database.connection, state_->table)
+                                                        : Step::Failed;
+    if (table == Step::Done && state_->writable && MakeTable(*database.connection, state_->table)) {
+        table = Step::Row;
+    }
+    state_->missing = database.state == DatabaseState::Missing || table == Step::Done;
+    if (table == Step::Row) {
+        state_->connection = std::move(database.connection);
+    }
+    return table == Step::Row;
+}
+
+bool Sdbfile::IsMissing() const {
+    return state_->missing;
 }
 
 SStringList Sdbfile::Get(const SString& key) const {
@@ -109,11 +120,11 @@ bool Sdbfile::Read(const SString& key, SStringList* values) const {
     sqlite::Statement statement = state_->connection->Prepare(
         "SELECT value FROM settings WHERE path = ?1 AND key = ?2 ORDER BY position");
     sqlite::Execution query(statement, state_->table, key);
-    sqlite::Step step = query.Next();
-    for (; step == sqlite::Step::Row; step = query.Next()) {
+    Step step = query.Next();
+    for (; step == Step::Row; step = query.Next()) {
         values->Push(query.Text(0));
     }
-    return step == sqlite::Step::Done;
+    return step == Step::Done;
 }
 
 int Sdbfile::Set(const SString& key, const SStringList& values) {
@@ -124,4 +135,30 @@ int Sdbfile::Set(const SString& key, const SStringList& values) {
     sqlite::Transaction transaction(connection);
     return transaction.IsOpen() && RemoveValues(connection, state_->table, key) &&
            AddValues(connection, state_->table, key, values) && transaction.Commit();
+}
+
+namespace {
+
+/// A transaction that changes nothing.
+bool Rewrite(sqlite::Connection& connection) {
+    const SString mark = SString("PRAGMA application_id = ") + kFormat.application_id;
+    return connection.Execute(mark.CString());
+}
+
+bool HasSomethingBeside(const SString& path) {
+    return EntryExists(path + "-journal") || EntryExists(path + "-wal");
+}
+
+}  // namespace
+
+bool SettleDatabase(const SString& database) {
+    const SString path = DatabasePath(database);
+    if (path.IsEmpty() || !HasSomethingBeside(path)) {
+        return !path.IsEmpty();
+    }
+    // Opening works off what a transaction has left; a journal that was begun, but holds nothing yet, only
+    // goes with the next one.
+    const OpenedDatabase opened = OpenForWriting(path, kFormat);
+    return opened.state == DatabaseState::Ready &&
+           (!HasSomethingBeside(path) || Rewrite(*opened.connection)) && !HasSomethingBeside(path);
 }

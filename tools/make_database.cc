@@ -1,0 +1,113 @@
+// make_database TEXT DATABASE: makes a module database from readable text, a line for each value:
+//
+//   # The port of the web administration.
+//   /Config Socket: 80
+//   /Config WWWAccess: example.com
+//   /Config WWWAccess: example.net
+//   /Statistics
+//
+// A table path, a blank, the key, ": " and the value as it stands, to the end of the line; a further line
+// with the same path and key adds a value. A path alone makes an empty table. The database appears whole or
+// not at all. Exit status 0, 1 for a text or file that is no good, 2 for a wrong call.
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+
+#include "support/file.h"
+#include "support/host.h"
+#include "support/named_list.h"
+#include "support/sdbfile.h"
+
+namespace {
+
+using Tables = std::map<SString, SNamedStringList>;
+
+bool Complain(const SString& what) {
+    std::cerr << "make_database: " << what << "\n";
+    return false;
+}
+
+bool ReadLine(const SString& line, Tables* tables) {
+    if (line.Matches("^\\s*(#|$)")) {
+        return true;
+    }
+    const SStringList setting = line.M("^(/\\S*)[ \\t]+([^:]*[^: \\t]):(?: (.*))?$");
+    const SStringList table = line.M("^(/\\S*)\\s*$");
+    if (!setting.IsEmpty()) {
+        (*tables)[setting[0]][setting[1]].Push(setting.Get(2));
+    } else if (!table.IsEmpty()) {
+        (*tables)[table[0]];
+    }
+    return !setting.IsEmpty() || !table.IsEmpty();
+}
+
+bool ReadText(const SString& path, Tables* tables) {
+    std::ifstream file(path.CString(), std::ios::binary);
+    if (!file) {
+        return Complain("cannot read " + path);
+    }
+    SString line;  // of a directory nothing can be read, and so nothing is in it
+    for (int number = 1; file >> line; ++number) {
+        if (!ReadLine(line.ChopLineEnd(), tables)) {
+            return Complain(path + ":" + SString(number) +
+                            ": neither \"TABLE-PATH KEY: value\" nor a table path");
+        }
+    }
+    return tables->empty() ? Complain(path + ": no table in it") : true;
+}
+
+bool WriteTables(const SString& name, const Tables& tables) {
+    Sdbfile database(name, 0);
+    for (const auto& [path, settings] : tables) {
+        if (database.Open(path, 1) == 0) {
+            return false;
+        }
+        for (const SString& key : settings.Keys()) {
+            if (database.Set(key, settings.Get(key)) == 0) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+/// A data directory of its own beside the database, so that the finished file only needs to be renamed.
+class Workshop {
+  public:
+    explicit Workshop(const SString& database) : path_((database + ".XXXXXX").Bytes()) {
+        is_ready_ = mkdtemp(path_.data()) != nullptr && MakeDir(SString(path_) + "/config", 0700);
+        PutEnv("TernHarbor", SString(path_));
+    }
+    ~Workshop() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    Workshop(const Workshop&) = delete;
+    Workshop& operator=(const Workshop&) = delete;
+    bool IsReady() const { return is_ready_; }
+    SString Product(const SString& name) const { return SString(path_) + "/config/" + name; }
+
+  private:
+    std::string path_;
+    bool is_ready_;
+};
+
+bool WriteDatabase(const SString& path, const Tables& tables) {
+    const Workshop workshop(path);
+    const SString name = BaseName(path, "");
+    return (workshop.IsReady() && WriteTables(name, tables) && Rename(workshop.Product(name), path)) ||
+           Complain("cannot write " + path);
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    if (count != 3) {
+        std::cerr << "usage: make_database TEXT DATABASE\n";
+        return 2;
+    }
+    Tables tables;
+    return ReadText(arguments[1], &tables) && WriteDatabase(arguments[2], tables) ? EXIT_SUCCESS
+                                                                                  : EXIT_FAILURE;
+}

@@ -11,6 +11,17 @@ namespace {
 
 using Outcome = AdminAccounts::Outcome;
 
+/// Makes the database refuse rows, as a full disk would, in a place of the test's choice.
+SString Refusing(const SString& table, const SString& condition) {
+    return "CREATE TRIGGER refuse BEFORE INSERT ON " + table + " WHEN " + condition +
+           " BEGIN SELECT RAISE(ABORT, 'refused'); END;";
+}
+
+// For the case that has root's account made, but cannot find the Postmaster's again.
+const SString kLosing =
+    "CREATE TRIGGER lose AFTER INSERT ON accounts WHEN NEW.uid = 'Root'"
+    " BEGIN DELETE FROM accounts WHERE uid = 'Postmaster'; END;";
+
 class PostmasterAccounts : public testing::Test {
   protected:
     PostmasterAccounts() {
@@ -23,17 +34,14 @@ class PostmasterAccounts : public testing::Test {
         ASSERT_TRUE(accounts_.ModifyAccount(uid, &account) && account.Set("SMTP-Address", address));
     }
 
-    /// Makes the database refuse rows, as a full disk would, in a place of the test's choice.
-    void Refuse(const SString& directory, const SString& table, const SString& condition) {
+    /// Begins anew in this directory, with a database that has these triggers.
+    void Use(const SString& directory, const SString& triggers) {
         MakeDir(directory + "/config", 0700);
         PutEnv("TernHarbor", directory);
         AddAccount("Somebody", "somebody@else.example");  // so that there is a database
         const auto connection =
             sqlite::Connection::Open(directory + "/config/MTA-Accounts", sqlite::Mode::Shared);
-        ASSERT_NE(connection, nullptr);
-        const SString trigger = "CREATE TRIGGER refuse BEFORE INSERT ON " + table + " WHEN " + condition +
-                                " BEGIN SELECT RAISE(ABORT, 'refused'); END";
-        ASSERT_TRUE(connection->Execute(trigger.CString()));
+        ASSERT_TRUE(connection != nullptr && connection->Execute(triggers.CString()));
     }
 
     AdminAccounts Make() { return MakeAdminAccounts(&accounts_, "mail.example.com", "example.com"); }
@@ -107,23 +115,22 @@ TEST_F(PostmasterAccounts, AreNeverWrittenOver) {
 
 TEST_F(PostmasterAccounts, StandTogetherOrNotAtAll) {
     const struct {
-        const char* table;
-        const char* condition;
+        SString triggers;
         Outcome outcome;
         bool stand;
     } cases[] = {
-        {"accounts", "NEW.uid = 'Postmaster'", Outcome::NoPostmaster, false},
-        {"fields", "NEW.value = 'Mail Administrator'", Outcome::NoPostmaster, false},
-        {"accounts", "NEW.uid = 'Root'", Outcome::NoRoot, false},
-        {"fields", "NEW.value = 'UNIX'", Outcome::NoRoot, false},
-        {"accounts", "NEW.uid = 'Postmaster' AND EXISTS (SELECT 1 FROM accounts WHERE uid = 'Root')",
+        {Refusing("accounts", "NEW.uid = 'Postmaster'"), Outcome::NoPostmaster, false},
+        {Refusing("fields", "NEW.value = 'Mail Administrator'"), Outcome::NoPostmaster, false},
+        {Refusing("accounts", "NEW.uid = 'Root'"), Outcome::NoRoot, false},
+        {Refusing("fields", "NEW.value = 'UNIX'"), Outcome::NoRoot, false},
+        {kLosing + Refusing("accounts", "EXISTS (SELECT 1 FROM accounts WHERE uid = 'Root')"),
          Outcome::NotReopened, false},
-        {"fields", "NEW.name = 'Account-Delivery'", Outcome::NotDelivered, true},
+        {Refusing("fields", "NEW.name = 'Account-Delivery'"), Outcome::NotDelivered, true},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.condition);
+        SCOPED_TRACE(c.triggers.CString());
         const TemporaryFolder folder;
-        Refuse(folder / "", c.table, c.condition);
+        Use(folder / "", c.triggers);
         EXPECT_EQ(Make().outcome, c.outcome);
         EXPECT_EQ(Exists("Postmaster"), c.stand);
         EXPECT_EQ(Exists("Root"), c.stand);

@@ -65,6 +65,9 @@ class SAccountDBMod : public SAccountDB {
 /// AccountTransaction is open.
 class SAccountMod : public virtual SAccount {
   public:
+    SAccountMod() = default;
+    SAccountMod(const SAccountMod&) = default;  // a move would move the virtual base twice
+    SAccountMod& operator=(const SAccountMod&) = default;
     /// Replaces the values of one field.
     int Set(const SString& field, const SStringList& values);
     int Lock();

@@ -98,7 +98,20 @@ make_site() {
 configure() { printf '%s\n' "$@" >/etc/tern.harbor.conf; }
 
 # The module databases that come with the mail system.
-make_databases() { :; }
+make_databases() {
+    database WWW-Server "/Config Socket: 80"
+    database Dispatch "/Config EmailConfig: yes"
+}
+
+# database NAME LINE...: a database in the config directory, from lines as tools/make_database reads them.
+database() {
+    local path=$DATA/config/$1
+    shift
+    printf '%s\n' "$@" >/tmp/scenario/database
+    "$BUILD/tools/make_database" /tmp/scenario/database "$path"
+    chown mailtern:mailtern "$path"
+    chmod 640 "$path"
+}
 
 # install_packages: puts the programs of the scenario's "packages" file in place, without running the packages'
 # own scripts: nothing starts, nothing is configured.
@@ -174,5 +187,17 @@ running() { pgrep -x "$1" >/dev/null || fail "$1 does not run"; }
 
 not_running() { ! pgrep -x "$1" >/dev/null || fail "$1 runs"; }
 
-# The accounts that exist, one a line.
+# setting DATABASE TABLE KEY: the values, separated by commas.
+setting() {
+    sqlite3 "$DATA/config/$1" "SELECT value FROM settings WHERE path = '$2' AND key = '$3' ORDER BY position" |
+        paste -sd,
+}
+
+# field UID NAME: the values of an account's field, separated by commas.
+field() {
+    accounts "SELECT value FROM fields JOIN accounts ON account = id WHERE uid = '$1' AND name = '$2'
+        ORDER BY position" | paste -sd,
+}
+
+# accounts SQL: what the account database answers.
 accounts() { sqlite3 "$DATA/config/MTA-Accounts" "$1"; }

@@ -121,16 +121,18 @@ AccountLoop::Visit AccountLoop::MakeVisit(const Candidate& candidate, const Iden
     return visit;
 }
 
-/// All of the visited in one transaction, each for itself within it.
-void AccountLoop::Write(Visits* visits) {
+/// All accounts in one transaction. False when one was refused, which takes back the others.
+bool AccountLoop::WriteTogether(Visits* visits) {
     AccountTransaction transaction;
-    for (Visit& visit : *visits)
-        visit.outcome = MakeAccount(transaction, visit.account, &visit.uid_and_password);
-    bool committed = transaction.IsOpen() && transaction.Commit();
-    for (Visit& visit : *visits) {
-        if (visit.outcome == Outcome::Created && !committed) visit.outcome = Outcome::Failed;
-        Record(visit);
+    for (Visit& visit : *visits) visit.outcome = MakeAccount(visit.account, &visit.uid_and_password);
+    return transaction.Commit() || !transaction.IsOpen();
+}
+
+void AccountLoop::Write(Visits* visits) {
+    if (visits->size() == 1 || !WriteTogether(visits)) {
+        for (Visit& visit : *visits) visit.outcome = MakeAccount(visit.account, &visit.uid_and_password);
     }
+    for (const Visit& visit : *visits) Record(visit);
 }
 
 void AccountLoop::Record(const Visit& visit) {

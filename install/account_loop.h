@@ -48,6 +48,7 @@ class AccountLoop {
     SStringList Addresses(const SString& login) const;
     SString MaildropPath(const SString& login) const { return site_.maildrop_directory + login; }
     Visit MakeVisit(const Candidate& candidate, const Identity& user);
+    static bool WriteTogether(Visits* visits);
     void Write(Visits* visits);
     void Record(const Visit& visit);
 

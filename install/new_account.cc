@@ -1,5 +1,7 @@
 #include "install/new_account.h"
 
+#include <array>
+
 #include "support/address.h"
 
 namespace {
@@ -14,13 +16,58 @@ Lookup FindOwner(SAccountDB* database, const SStringList& addresses) {
     return Lookup::Missing;
 }
 
-bool SetFields(const NewAccount& account, const SString& password, SAccountMod* mod) {
-    return mod->Set("Name", account.full_name) != 0 && mod->Set("Password", password) != 0 &&
-           mod->Set("Local-Delivery", "UNIX") != 0 && mod->Set("UNIX-UserName", account.login) != 0 &&
-           mod->Set("SMTP-Address", account.addresses) != 0 &&
-           mod->Set("SMTP-RewriteStyle", "comment") != 0 &&
-           mod->Set("Access-Domains", account.access_domain) != 0 &&
-           mod->Set("Finger-Info", account.finger_info) != 0;
+struct Field {
+    const char* name;
+    SStringList values;
+};
+
+constexpr size_t kFields = 8;
+
+std::array<Field, kFields> Fields(const NewAccount& account, const SString& password) {
+    return {{
+        {"Name", account.full_name},
+        {"Password", password},
+        {"Local-Delivery", "UNIX"},
+        {"UNIX-UserName", account.login},
+        {"SMTP-Address", account.addresses},
+        {"SMTP-RewriteStyle", "comment"},
+        {"Access-Domains", account.access_domain},
+        {"Finger-Info", account.finger_info},
+    }};
+}
+
+/// Sets the account's first count fields; gives how many of them were accepted.
+size_t SetFields(const std::array<Field, kFields>& fields, size_t count, SAccountMod* mod) {
+    size_t accepted = 0;
+    while (accepted < count && mod->Set(fields[accepted].name, fields[accepted].values) != 0) ++accepted;
+    return accepted;
+}
+
+/// The account with its first *count fields, in one transaction. Where one is refused nothing is written, and
+/// *count becomes the number of those in front of it.
+Outcome Attempt(const NewAccount& account, size_t* count, SString* uid_and_password) {
+    AccountTransaction transaction;
+    SAccountDBMod database;
+    const Lookup owner = FindOwner(&database, account.addresses);
+    if (owner == Lookup::Found || !IsLocalPart(account.login)) {
+        transaction.Commit();  // of nothing: the caller's goes on
+        return owner == Lookup::Found ? Outcome::Exists : Outcome::Failed;
+    }
+    if (owner == Lookup::Failed || !transaction.IsOpen()) return Outcome::Failed;
+
+    const SString uid = GenerateAccountUID(account.full_name);
+    const SString password = GeneratePassword();
+    SAccountMod mod;
+    // Where the look-up behind the UID failed, it may be somebody's: that account stays as it was.
+    if (database.ModifyAccount(uid, &mod) == 0 || !mod.IsNew()) return Outcome::Failed;
+    const size_t accepted = SetFields(Fields(account, password), *count, &mod);
+    if (accepted < *count) {
+        *count = accepted;
+        return Outcome::Failed;
+    }
+    if (!transaction.Commit()) return Outcome::Failed;
+    *uid_and_password = uid + " " + password;
+    return Outcome::Created;
 }
 
 }  // namespace
@@ -31,22 +78,10 @@ bool IsLocalPart(const SString& login) {
            address.LocalPart() == login;
 }
 
-Outcome MakeAccount(const AccountTransaction& transaction, const NewAccount& account,
-                    SString* uid_and_password) {
-    SAccountDBMod database;
-    Lookup owner = FindOwner(&database, account.addresses);
-    if (owner == Lookup::Found) return Outcome::Exists;
-    if (owner == Lookup::Failed || !transaction.IsOpen() || !IsLocalPart(account.login))
-        return Outcome::Failed;
-
-    AccountTransaction own;
-    SString uid = GenerateAccountUID(account.full_name);
-    SString password = GeneratePassword();
-    SAccountMod mod;
-    // Where the look-up behind the UID failed, it may be somebody's: that account stays as it was.
-    if (!own.IsOpen() || database.ModifyAccount(uid, &mod) == 0 || !mod.IsNew()) return Outcome::Failed;
-    bool is_whole = SetFields(account, password, &mod);
-    if (!own.Commit() || !is_whole) return Outcome::Failed;
-    *uid_and_password = uid + " " + password;
-    return Outcome::Created;
+Outcome MakeAccount(const NewAccount& account, SString* uid_and_password) {
+    size_t count = kFields;
+    const Outcome outcome = Attempt(account, &count, uid_and_password);
+    const bool is_partly_accepted = count > 0 && count < kFields;
+    if (is_partly_accepted) Attempt(account, &count, uid_and_password);
+    return outcome;
 }

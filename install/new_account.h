@@ -17,11 +17,10 @@ enum class Outcome {
     Failed
 };
 
-/// Makes the account within the caller's transaction, which also keeps a second installer from making one for
-/// the same addresses meanwhile; where that is not open, only looks whether there is one. Fields that were
-/// written before a refused one stay. uid_and_password gets "UID PASSWORD" of an account that was made.
-Outcome MakeAccount(const AccountTransaction& transaction, const NewAccount& account,
-                    SString* uid_and_password);
+/// Makes the account in a transaction of its own or within the caller's, which also keeps a second installer
+/// from making one for the same addresses meanwhile. Fields in front of a refused one stay written.
+/// uid_and_password gets "UID PASSWORD" of an account that was made.
+Outcome MakeAccount(const NewAccount& account, SString* uid_and_password);
 
 /// Whether mail could be addressed to the login as it stands (an RFC 821 local part).
 bool IsLocalPart(const SString& login);

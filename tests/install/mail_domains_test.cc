@@ -62,7 +62,7 @@ TEST(AskMailDomains, TakesTheHostNameAsItIsWritten) {
 TEST(AskMailDomains, ReadsAsADialogue) {
     Dialogue dialogue("bad_one \x1b[2J,News.Example.org\nn\nn\n\nyes\n\n");
     ASSERT_TRUE(AskMailDomains(kHost, kDomain));
-    EXPECT_EQ(dialogue.Screen(),
+    EXPECT_EQ(dialogue.Screen().Bytes(),
               "Please list all of the mail domains that each user should receive mail for,\n"
               "listing the most important one first (i.e.  the one that should show up on\n"
               "outgoing mail).\n"
@@ -78,8 +78,8 @@ TEST(AskMailDomains, ReadsAsADialogue) {
               "Invalid syntax for domain: bad_one\n"
               "Invalid syntax for domain: ?[2J\n"
               "You didn't specify the hostname of this machine.  You will probably see a\n"
-              "lot of errors for misaddressed mail without it, so you are encouraged to add\n"
-              "it to the list.\n"
+              "lot of errors for misaddressed mail without it, so you are encouraged to\n"
+              "add it to the list.\n"
               "Add mail.example.com to the list? yes/no/quit [yes] \n"
               "The following domains will be used for addresses in each user's account:\n"
               "     News.Example.org\n"
@@ -89,8 +89,8 @@ TEST(AskMailDomains, ReadsAsADialogue) {
               "Mail domains: [news.example.org] \n"
               "Checking domains....\n"
               "You didn't specify the hostname of this machine.  You will probably see a\n"
-              "lot of errors for misaddressed mail without it, so you are encouraged to add\n"
-              "it to the list.\n"
+              "lot of errors for misaddressed mail without it, so you are encouraged to\n"
+              "add it to the list.\n"
               "Add mail.example.com to the list? yes/no/quit [yes] \n"
               "The following domains will be used for addresses in each user's account:\n"
               "     news.example.org\n"

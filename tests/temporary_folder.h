@@ -31,7 +31,7 @@ class TemporaryFolder {
 
     /// Writes a file of the folder, with this mode whatever the mask is; gives its path.
     SString Write(const SString& name, const SString& bytes, mode_t mode = 0644) const {
-        const SString path = *this / name;
+        SString path = *this / name;
         std::ofstream(path.Bytes(), std::ios::binary) << bytes.Bytes();
         chmod(path.CString(), mode);
         return path;

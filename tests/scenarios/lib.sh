@@ -145,7 +145,7 @@ end_of_input() { exec 9>&-; }
 wait_for() {
     local _
     for _ in $(seq 2400); do
-        if "$@" >/dev/null 2>&1; then return; fi
+        if ("$@") >/dev/null 2>&1; then return; fi    # a "fail" in it ends only the try
         sleep 0.05
     done
     echo "waited in vain for: $*" >&2

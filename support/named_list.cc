@@ -12,9 +12,8 @@ SStringList SNamedStringList::Get(const SString& name) const {
 }
 
 void SNamedStringList::Delete(const SString& name) {
-    const SString copy = name;  // it may be one of Keys(), which goes
-    lists_.erase(copy);
-    names_.Delete(copy);
+    lists_.erase(name);
+    names_.Delete(name);
 }
 
 void SNamedStringList::Reset() {

@@ -10,7 +10,7 @@ namespace {
 
 constexpr size_t kCacheSize = 128;
 constexpr size_t kShortText = 256;
-constexpr size_t kLeastWork = 16 * 1024 * 1024;
+constexpr size_t kLeastWork = 16UL * 1024 * 1024;
 constexpr size_t kWorkPerCharacter = 16;
 
 }  // namespace

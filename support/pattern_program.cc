@@ -6,8 +6,8 @@ constexpr size_t kLongestExpression = 65536;
 // A short text has so few starting points that this limit, which holds for each of them, bounds the whole.
 constexpr uint32_t kMatchLimit = 1000000;
 constexpr uint32_t kHeapLimitKiB = 65536;
-constexpr size_t kJitStackStart = 32 * 1024;
-constexpr size_t kJitStackLimit = 8 * 1024 * 1024;
+constexpr size_t kJitStackStart = 32UL * 1024;
+constexpr size_t kJitStackLimit = 8UL * 1024 * 1024;
 
 struct FreeCompileContext {
     void operator()(pcre2_compile_context* context) const { pcre2_compile_context_free(context); }

@@ -36,9 +36,9 @@ SString SStringList::Shift() {
 }
 
 void SStringList::Insert(const SStringList& items, int at) {
-    const SStringList copy = items;  // it may be this very list
+    const std::vector<SString> copies(items.begin(), items.end());  // it may be this very list
     const long place = std::clamp(static_cast<long>(at), 0L, static_cast<long>(Count()));
-    items_.insert(items_.begin() + place, copy.begin(), copy.end());
+    items_.insert(items_.begin() + place, copies.begin(), copies.end());
 }
 
 void SStringList::Splice(int at, int count) {
@@ -58,8 +58,8 @@ bool SStringList::Contains(const SString& item) const {
 }
 
 void SStringList::Delete(const SString& item) {
-    const SString copy = item;  // it may be an element, which moves
-    std::erase(items_, copy);
+    // A copy is compared with, as the item may be an element, which moves.
+    std::erase_if(items_, [copy = item](const SString& element) { return element == copy; });
 }
 
 SStringList SStringList::Grep(const SString& expression, SStringList* /*unused*/) {

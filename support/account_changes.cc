@@ -98,6 +98,7 @@ bool AccountStore::Holds(int64_t id, const SString& uid) {
 }
 
 bool AccountStore::Delete(const SString& uid) {
+    ++epoch_;
     const int64_t id = [&] {
         Execution query(session_->find, uid);
         return query.Next() == Step::Row ? query.Number(0) : 0;

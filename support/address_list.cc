@@ -46,8 +46,9 @@ class Splitter {
     }
 
     void AddToken(char c) {
-        if (c == '<' && text_.find('<') == std::string::npos) {
+        if (c == '<' && !has_brackets_) {
             text_.clear();  // what came before was a display name
+            has_brackets_ = true;
         }
         is_in_brackets_ = c == '<' || (is_in_brackets_ && c != '>');
         const bool stands_apart =
@@ -96,7 +97,7 @@ class Splitter {
         at_ = std::min(at_ + 1, list_.size());
         piece_begin_ = at_;
         text_.clear();
-        is_in_brackets_ = is_after_blank_ = false;
+        has_brackets_ = is_in_brackets_ = is_after_blank_ = false;
     }
 
     void FinishPiece() {
@@ -114,6 +115,7 @@ class Splitter {
     size_t at_ = 0;
     size_t piece_begin_ = 0;
     std::string text_;  // the piece without comments, and without blanks where they mean nothing
+    bool has_brackets_ = false;
     bool is_in_brackets_ = false;
     bool is_after_blank_ = false;
     SStringList addresses_;

@@ -8,10 +8,10 @@ const SString gstr_ContactAddress = "info@ardenvale.example";
 const SString gstr_ControlSuffix = "-Control";
 const SString gstr_HeaderSuffix = "-Header";
 
-const char* const gppz_BadUsers[] = {"adm",    "audit",  "sysadm",  "diag",     "auditor", "dbadmin",  "rfindd",
-                                     "EZsetup", "demos", "OutOfBox", "4Dgifts", "bin",     "daemon",   "ftp",
-                                     "ingres", "listen", "lp",      "noaccess", "nobody",  "nuucp",    "smtp",
-                                     "sundiag", "sync",  "sys",     "sysdiag",  "uucp",    nullptr};
+const char* const gppz_BadUsers[] = {
+    "adm",      "audit",   "sysadm", "diag",    "auditor", "dbadmin", "rfindd",  "EZsetup", "demos",
+    "OutOfBox", "4Dgifts", "bin",    "daemon",  "ftp",     "ingres",  "listen",  "lp",      "noaccess",
+    "nobody",   "nuucp",   "smtp",   "sundiag", "sync",    "sys",     "sysdiag", "uucp",    nullptr};
 
 SString gstr_HostName;
 SString gstr_IpAddress;

@@ -1,7 +1,12 @@
 #include "install/inetd.h"
 
+#include <arpa/inet.h>
+#include <netdb.h>
+
+#include <algorithm>
 #include <csignal>
 
+#include "install/await.h"
 #include "install/console.h"
 #include "install/critical_section.h"
 #include "install/host_file.h"
@@ -47,6 +52,15 @@ Outcome TakeOver(const SStringList& conflicts) {
     return KillProgram("inetd", SIGHUP) ? Outcome::kDone : Outcome::kNotReset;
 }
 
+/// The ports under which the daemon has looked the services up, as far as they are bound.
+bool AreBound(const SStringList& services) {
+    const SStringList bound = BoundSockets();
+    return std::ranges::any_of(services, [&](const SString& name) {
+        const servent* service = getservbyname(name.CString(), "tcp");
+        return service != nullptr && bound.Contains(SString(ntohs(static_cast<uint16_t>(service->s_port))));
+    });
+}
+
 void ReportNotReset(const SStringList& conflicts) {
     PrintParagraph(
         "WARNING: Couldn't reset inetd by sending it a HUP signal. You will be reminded to do this when the "
@@ -77,6 +91,8 @@ bool DisableConflicts(const SStringList& conflicts) {
         Print("\n");
     }
     if (CriticalSection::WasInterrupted()) return false;
+    // The daemon lets go of the ports in its own time, and a later step looks who holds them.
+    if (outcome == Outcome::kDone) Await([&] { return !AreBound(conflicts); });
     return outcome != Outcome::kFailed || LeaveToAdministrator(conflicts);
 }
 

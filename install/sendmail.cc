@@ -5,6 +5,7 @@
 
 #include <csignal>
 
+#include "install/await.h"
 #include "install/console.h"
 #include "install/critical_section.h"
 #include "install/settings.h"
@@ -18,8 +19,6 @@ namespace {
 
 constexpr size_t kLongestListing = 20;
 constexpr size_t kLinesShown = 15;
-constexpr int kTenthsForTheEnd = 50;
-constexpr useconds_t kTenth = 100'000;
 
 const SString kSendmail = "/usr/lib/sendmail";
 
@@ -30,14 +29,10 @@ void RemindOfDaemon() {
     gf_ShowStoppers = 1;
 }
 
-/// The mail port is free only when the daemon has ended, and it takes its time to close its connections.
-void AwaitEnd(const SStringList& processes) {
-    for (int i = 0; i < kTenthsForTheEnd && SignalProcesses(processes, 0); ++i) usleep(kTenth);
-}
-
 void Kill(const SStringList& processes) {
     if (SignalProcesses(processes, SIGTERM)) {
-        AwaitEnd(processes);
+        // The mail port is free only when they have ended; a signal of 0 just asks.
+        Await([&] { return !SignalProcesses(processes, 0); });
         Print("Sendmail killed successfully.\n\n");
         return;
     }

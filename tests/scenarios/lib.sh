@@ -127,6 +127,9 @@ install_packages() {
 # steps STEP...: for "run": those steps alone, started up as Install is, with the scenario's answers.
 steps() { "$BUILD/tests/run_steps" "$@" <"$SCENARIO/answers"; }
 
+# without_header: a screen from its first line after the header on.
+without_header() { sed 1,9d; }
+
 # --- for "run": a dialogue with a program that waits -----------------------------------------------------------
 
 # start COMMAND...: starts it with a pipe as its input, which "answer" and "end_of_input" feed; $PROCESS is its id.

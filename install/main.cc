@@ -1,3 +1,5 @@
 #include "install/start_up.h"
 
-int main() { return Main(); }
+int main() {
+    return Main();
+}

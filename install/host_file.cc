@@ -83,13 +83,14 @@ class WriteAccess {
     bool granted_;
 };
 
-/// Opened without truncating: first it must be the very file that was read.
+/// Opened without truncating: first it must be the very file that was read. Both are looked at anew, as an
+/// overlay file system gives a file another number at its first change.
 Descriptor OpenForWriting(const SString& path, const Original& original) {
     Descriptor file = Descriptor::Open(path, O_WRONLY | O_NONBLOCK);
     if (!file) return file;
-    const std::optional<struct stat> status = file.Stat();
-    const bool same =
-        status && status->st_dev == original.status.st_dev && status->st_ino == original.status.st_ino;
+    const std::optional<struct stat> opened = file.Stat();
+    const std::optional<struct stat> read = original.file.Stat();
+    const bool same = opened && read && opened->st_dev == read->st_dev && opened->st_ino == read->st_ino;
     return same ? std::move(file) : Descriptor();
 }
 

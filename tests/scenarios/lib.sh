@@ -130,6 +130,12 @@ steps() { "$BUILD/tests/run_steps" "$@" <"$SCENARIO/answers"; }
 # without_header: a screen from its first line after the header on.
 without_header() { sed 1,9d; }
 
+# play STEP... <<END: for a "run" of several dialogues: those steps with the answers that follow, and their exit status.
+play() {
+    "$BUILD/tests/run_steps" "$@" | without_header
+    echo "(status ${PIPESTATUS[0]})"
+}
+
 # --- for "run": a dialogue with a program that waits -----------------------------------------------------------
 
 # start COMMAND...: starts it with a pipe as its input, which "answer" and "end_of_input" feed; $PROCESS is its id.

@@ -113,6 +113,16 @@ database() {
     chmod 640 "$path"
 }
 
+# make_accounts: the account database, with the special accounts in it.
+make_accounts() { "$BUILD/tests/run_steps" SetupSpecialAccounts </dev/null >/dev/null; }
+
+# add_account UID ADDRESS: a further account in it.
+add_account() {
+    accounts "INSERT INTO accounts (uid) VALUES ('$1');
+        INSERT INTO fields SELECT id, 'SMTP-Address', 0, '$2' FROM accounts WHERE uid = '$1';
+        INSERT INTO addresses SELECT lower('$2'), id FROM accounts WHERE uid = '$1'"
+}
+
 # install_packages: puts the programs of the scenario's "packages" file in place, without running the packages'
 # own scripts: nothing starts, nothing is configured.
 install_packages() {

@@ -34,7 +34,7 @@ class S821Address {
 class S822Parser {
   public:
     explicit S822Parser(const SString& list);
-    const SStringList& Addresses() const { return addresses_; }
+    SStringList Addresses() const { return addresses_; }
 
   private:
     SStringList addresses_;

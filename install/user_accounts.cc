@@ -112,8 +112,8 @@ std::optional<std::deque<Candidate>> ReadCandidates(Method method, AccountResult
     return SelectCandidates(&entries, results);
 }
 
-void SyncNewAccounts() {
-    if (SyncAccounts()) return;
+void SyncNewAccounts(const AccountResults& results) {
+    if (results.created.IsEmpty() || SyncAccounts()) return;
     PrintParagraph(
         "WARNING: the system reported an error when the account database was written to the disk. The new "
         "accounts "
@@ -130,7 +130,7 @@ bool CreateAccounts(std::deque<Candidate> candidates, const AccountSite& site, A
         CriticalSection section;
         AccountLoop(site, results).Run(std::move(candidates));
         Print("\n");
-        SyncNewAccounts();
+        SyncNewAccounts(*results);
         if (!CriticalSection::WasInterrupted()) QueueSetUpMails(*results, gstr_HostName, gstr_TernHarbor);
     }
     if (!CriticalSection::WasInterrupted()) return true;

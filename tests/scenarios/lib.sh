@@ -220,3 +220,13 @@ field() {
 
 # accounts SQL: what the account database answers.
 accounts() { sqlite3 "$DATA/config/MTA-Accounts" "$1"; }
+
+# The queued messages, in their order, what differs from run to run masked and line ends shown (^M is the CR).
+show_queue() {
+    local file
+    for file in "$DATA"/control/* "$DATA"/messages/*; do
+        [ -e "$file" ] || continue
+        echo "--- ${file#"$DATA/"}"
+        cat --show-nonprinting "$file"
+    done | sed -E 's/[0-9]{20}/STAMP/g; s/(^---.*\.A[ABC]|NewAccountForm\.)[0-9]+/\1ID/'
+}

@@ -68,7 +68,7 @@ bool SField::Read() {
     auto text = RegularContents(path_);
     auto fields = text ? ParseFieldText(*text) : std::nullopt;
     if (!fields) return false;
-    static_cast<SNamedStringList&>(*this) = std::move(*fields);
+    static_cast<SNamedStringList&>(*this) = *fields;
     return true;
 }
 

@@ -150,7 +150,7 @@ SString FreeName(const SString& path) {
     if (!EntryExists(path)) return path;
     // Bounded, as in a directory that cannot be looked into every name counts as taken.
     for (int number = 1; number < kMostNames; ++number) {
-        const SString name = path + SString(number);
+        SString name = path + SString(number);
         if (!EntryExists(name)) return name;
     }
     return "";

@@ -1,7 +1,6 @@
 #include "support/process.h"
 
 #include <csignal>
-#include <iterator>
 #include <limits>
 
 #include "support/command.h"
@@ -22,11 +21,14 @@ struct Probe {
 
 // Of each table the first row whose program stands on the host is run.
 constexpr Probe kSocketProbes[] = {
-    {"/usr/etc/netstat", "-an", PortsFromNetstat},        // SunOS and IRIX
-    {"/usr/bin/ss", "-Hltn", PortsFromSs},                // Linux with iproute2
-    {"/bin/ss", "-Hltn", PortsFromSs},                    //
-    {"/usr/sbin/ss", "-Hltn", PortsFromSs},               //
-    {"/usr/bin/netstat", "-ltn", PortsFromLinuxNetstat},  // Linux with net-tools
+    // SunOS and IRIX
+    {"/usr/etc/netstat", "-an", PortsFromNetstat},
+    // Linux with iproute2
+    {"/usr/bin/ss", "-Hltn", PortsFromSs},
+    {"/bin/ss", "-Hltn", PortsFromSs},
+    {"/usr/sbin/ss", "-Hltn", PortsFromSs},
+    // Linux with net-tools
+    {"/usr/bin/netstat", "-ltn", PortsFromLinuxNetstat},
     {"/bin/netstat", "-ltn", PortsFromLinuxNetstat},
 };
 constexpr Probe kProcessProbes[] = {

@@ -11,9 +11,8 @@ SStringList ReadProcessInfo();
 /// Sends the signal to every process of exactly this name (an expression, bound to the whole name) with an id
 /// above 10, as root. True when one was reached.
 bool KillProgram(const SString& name, int signal);
-/// The entries of exactly this name. A name that does not compile as an expression names none.
+/// Its two halves, on entries of ReadProcessInfo. A name that does not compile as an expression names none.
 SStringList ProcessesNamed(const SStringList& entries, const SString& name);
-/// The same for entries of ReadProcessInfo.
 bool SignalProcesses(const SStringList& entries, int signal);
 
 SStringList PortsFromNetstat(SStringList lines);       // "tcp 0 0 *.25 *.* 0 0 LISTEN" (System V)

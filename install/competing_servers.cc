@@ -1,8 +1,7 @@
 // Other servers that hold the mail system's ports are found and, as the administrator says, stopped.
-#include <unistd.h>
-
 #include <csignal>
 
+#include "install/await.h"
 #include "install/console.h"
 #include "install/server_lists.h"
 #include "install/settings.h"
@@ -13,6 +12,10 @@ namespace {
 
 const SString kIndent(' ', 8);
 const SString kServiceIndent(' ', 20);
+
+SStringList BusyNow() {
+    return BusyServices(gstrl_Services, gstrl_ServicePorts, BoundSockets());
+}
 
 /// Process listers cut names to 8, 9 or 10 characters.
 int32_t CountMailSystem() {
@@ -58,46 +61,45 @@ void LeaveServers(const SStringList& busy) {
 }
 
 /// The super-server is not stopped: it reads its changed configuration again and lets go of the ports.
-void HangUpInetd() {
+bool HangUpInetd() {
     if (KillProgram("inetd", SIGHUP)) {
         Print(kIndent + "Killed (with -HUP) inetd\n");
-        return;
+        return true;
     }
     Print(kIndent + "Couldn't 'kill -HUP [inetd-pid]'\n");
     gstrl_Reminders.Push("Kill -HUP [inetd-pid]");
+    return false;
 }
 
-void StopServer(const SString& name) {
+bool StopServer(const SString& name) {
     const SString shown = Printable(name);
     if (KillProgram(name, SIGTERM)) {
         Print(kIndent + "Killed " + shown + "\n");
         gstrl_Reminders.Push("Prevent boot startup of '" + shown + "'");
-        return;
+        return true;
     }
     Print(kIndent + "Couldn't kill " + shown + "\n");
     gstrl_Reminders.Push("Kill program (and prevent boot startup): " + shown);
     gf_ShowStoppers = 1;
+    return false;
 }
 
 void StopServers(const SStringList& names) {
+    bool reached = false;
     for (const SString& name : names) {
-        if (name == "inetd") {
-            HangUpInetd();
-        } else {
-            StopServer(name);
-        }
+        if (name == "inetd" ? HangUpInetd() : StopServer(name)) reached = true;
     }
     Print("\n");
     gstrl_Reminders.Push("");
-    // The ports are free only when their servers have ended, and the mail system is started next.
-    sleep(1);
+    // A server lets go of its port in its own time, and the mail system is started next.
+    if (reached) Await([] { return BusyNow().IsEmpty(); });
 }
 
 }  // namespace
 
 bool KillServers() {
     Print("Checking for active server processes.... ");
-    const SStringList busy = BusyServices(gstrl_Services, gstrl_ServicePorts, BoundSockets());
+    const SStringList busy = BusyNow();
     if (busy.IsEmpty()) {
         Print("none found (that's good)\n");
         return true;

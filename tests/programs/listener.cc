@@ -2,7 +2,7 @@
 //
 // A server for scenarios: a process of this name that listens on these TCP ports (IPv4 or IPv6 addresses). As
 // a super-server whose services were taken away does, it lets go of them on SIGHUP, of which it adds a line
-// to /run/NAME.signals.
+// to /run/NAME.signals. SIGTERM ends it, as many seconds later as $LINGER says.
 #include <fcntl.h>
 #include <netdb.h>
 #include <sys/prctl.h>
@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "support/descriptor.h"
+#include "support/host.h"
 
 namespace {
 
@@ -35,10 +36,11 @@ Descriptor Listen(const char* address, const char* port) {
 
 int main(int argc, char** argv) {
     if (argc < 4 || argc % 2 != 0) return kMisused;
-    sigset_t hang_up;
-    sigemptyset(&hang_up);
-    sigaddset(&hang_up, SIGHUP);
-    sigprocmask(SIG_BLOCK, &hang_up, nullptr);
+    sigset_t awaited;
+    sigemptyset(&awaited);
+    sigaddset(&awaited, SIGHUP);
+    sigaddset(&awaited, SIGTERM);
+    sigprocmask(SIG_BLOCK, &awaited, nullptr);
     std::vector<Descriptor> sockets;
     for (int i = 2; i < argc; i += 2) sockets.push_back(Listen(argv[i], argv[i + 1]));
     for (const Descriptor& listening : sockets) {
@@ -47,9 +49,10 @@ int main(int argc, char** argv) {
     // Only now the name: who waits for it waits for the ports, too.
     prctl(PR_SET_NAME, argv[1]);
     const SString notes = "/run/" + SString(argv[1]) + ".signals";
-    for (int signal = 0; sigwait(&hang_up, &signal) == 0;) {
+    for (int signal = 0; sigwait(&awaited, &signal) == 0 && signal == SIGHUP;) {
         sockets.clear();
         if (!Descriptor::Open(notes, O_WRONLY | O_CREAT | O_APPEND, 0644).WriteAll("SIGHUP\n")) return 1;
     }
+    sleep(static_cast<unsigned>(GetEnv("LINGER").ToNumber()));
     return 0;
 }

@@ -12,41 +12,35 @@ namespace {
 constexpr size_t kLongestPiece = 511;
 
 // Standard input may hold the administrator's next answers, and nothing of a probe's complaints belongs on
-// the screen. The variables would make ps print other columns, or cut them.
+// the screen. A Ctrl-C reaches the whole foreground group and must not cut a probe short. The variables would
+// make ps print other processes or columns, or cut them.
 const SString kSurroundings =
-    "exec </dev/null 2>/dev/null; unset COLUMNS LINES PS_FORMAT PS_PERSONALITY CMD_ENV; "
+    "trap '' HUP INT QUIT TERM; exec </dev/null 2>/dev/null; "
+    "unset COLUMNS LINES PS_FORMAT PS_PERSONALITY CMD_ENV I_WANT_A_BROKEN_PS; "
     "LC_ALL=C.UTF-8; export LC_ALL\n";
 
 constexpr std::array kTerminalSignals = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
 
-/// The terminal's signals ignored for a scope. A child started in it ignores them for its life, so that a
-/// Ctrl-C, which reaches the whole foreground group, never cuts a probe short. They are blocked as well: what
-/// comes in the meantime stays pending (on Linux, although ignored) and reaches this process afterwards.
-class TerminalSignalsIgnored {
+/// The terminal's signals blocked for a scope: a child started in it is safe from them until it ignores them
+/// itself. What comes in the meantime reaches this process afterwards.
+class TerminalSignalsBlocked {
   public:
-    TerminalSignalsIgnored() {
+    TerminalSignalsBlocked() {
         sigset_t terminal;
         sigemptyset(&terminal);
         for (const int number : kTerminalSignals) sigaddset(&terminal, number);
-        sigprocmask(SIG_BLOCK, &terminal, &mask_before_);
-        struct sigaction ignore {};
-        ignore.sa_handler = SIG_IGN;
-        for (size_t i = 0; i < before_.size(); ++i) sigaction(kTerminalSignals[i], &ignore, &before_[i]);
+        sigprocmask(SIG_BLOCK, &terminal, &before_);
     }
-    ~TerminalSignalsIgnored() {
-        for (size_t i = 0; i < before_.size(); ++i) sigaction(kTerminalSignals[i], &before_[i], nullptr);
-        sigprocmask(SIG_SETMASK, &mask_before_, nullptr);
-    }
-    TerminalSignalsIgnored(const TerminalSignalsIgnored&) = delete;
-    TerminalSignalsIgnored& operator=(const TerminalSignalsIgnored&) = delete;
+    ~TerminalSignalsBlocked() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
+    TerminalSignalsBlocked(const TerminalSignalsBlocked&) = delete;
+    TerminalSignalsBlocked& operator=(const TerminalSignalsBlocked&) = delete;
 
   private:
-    sigset_t mask_before_{};
-    std::array<struct sigaction, kTerminalSignals.size()> before_{};
+    sigset_t before_{};
 };
 
 FILE* Start(const SString& command) {
-    const TerminalSignalsIgnored ignored;
+    const TerminalSignalsBlocked blocked;
     return popen((kSurroundings + command).CString(), "re");
 }
 

@@ -41,6 +41,21 @@ TEST(ReadCommand, IsNotCutShortByTheTerminal) {
     }
 }
 
+TEST(ReadCommand, LosesNoSignalThatComesMeanwhile) {
+    const auto run = [] {
+        std::signal(SIGTERM, [](int) { _exit(77); });
+        sigset_t terminal;
+        sigemptyset(&terminal);
+        sigaddset(&terminal, SIGTERM);
+        sigprocmask(SIG_BLOCK, &terminal, nullptr);
+        raise(SIGTERM);
+        ReadCommand("true");
+        sigprocmask(SIG_UNBLOCK, &terminal, nullptr);
+        _exit(1);
+    };
+    EXPECT_EXIT(run(), testing::ExitedWithCode(77), "");
+}
+
 TEST(ReadCommand, LeavesThisProcessesSignalsAsTheyWere) {
     struct sigaction before {};
     sigaction(SIGINT, nullptr, &before);
@@ -62,11 +77,12 @@ TEST(ReadCommand, LeavesTheAnswersAlone) {
 }
 
 TEST(ReadCommand, HidesWhatChangesThePrintedColumns) {
-    for (const char* name : {"COLUMNS", "LINES", "PS_FORMAT", "PS_PERSONALITY", "CMD_ENV"})
-        setenv(name, "7", 1);
-    EXPECT_EQ(ReadCommand("echo $COLUMNS$LINES$PS_FORMAT$PS_PERSONALITY$CMD_ENV $LC_ALL"),
+    const char* const names[] = {"COLUMNS",        "LINES",   "PS_FORMAT",
+                                 "PS_PERSONALITY", "CMD_ENV", "I_WANT_A_BROKEN_PS"};
+    for (const char* name : names) setenv(name, "7", 1);
+    EXPECT_EQ(ReadCommand("echo $COLUMNS$LINES$PS_FORMAT$PS_PERSONALITY$CMD_ENV$I_WANT_A_BROKEN_PS $LC_ALL"),
               SStringList("C.UTF-8\n"));
-    for (const char* name : {"COLUMNS", "LINES", "PS_FORMAT", "PS_PERSONALITY", "CMD_ENV"}) unsetenv(name);
+    for (const char* name : names) unsetenv(name);
 }
 
 TEST(ReadCommand, HandsDownOnlyTheStandardDescriptors) {

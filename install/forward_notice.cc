@@ -39,9 +39,9 @@ const char pz_ForwardMessage2[] =
 SString ForwardNoticeFile(const SString& host) {
     return "##### Important Notice #####\n\nDate: " + RFC822Date() + "\n\n" +
            Format("A new mail system, named tern.harbor, has been installed on " + Printable(host) +
-                      ". One effect of this transition is that .forward files are no longer used for mail "
-                      "forwarding -- please contact your postmaster or system administrator for more "
-                      "information.",
+                      ". One effect of this transition is that .forward files are no longer used for "
+                      "mail forwarding -- please contact your postmaster or system administrator for "
+                      "more information.",
                   60, 0, "\n") +
            "\n";
 }

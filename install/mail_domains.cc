@@ -8,8 +8,7 @@ namespace {
 void ExplainMailDomains(const SString& host, const SString& domain) {
     PrintParagraph(
         "Please list all of the mail domains that each user should receive mail for, listing the most "
-        "important "
-        "one first (i.e. the one that should show up on outgoing mail).");
+        "important one first (i.e. the one that should show up on outgoing mail).");
     PrintParagraph(
         "For example, if you want all of your users to receive mail addressed to <user@" + domain +
         "> as well as <user@" + host +
@@ -37,8 +36,7 @@ bool OfferHostName(const SString& host, SStringList* accepted) {
     if (LowerCase(*accepted).Contains(SString(host).LowerCase())) return true;
     PrintParagraph(
         "You didn't specify the hostname of this machine. You will probably see a lot of errors for "
-        "misaddressed "
-        "mail without it, so you are encouraged to add it to the list.");
+        "misaddressed mail without it, so you are encouraged to add it to the list.");
     char answer = Ask("Add " + host + " to the list? yes/no/quit ", "yes");
     if (answer == 'y') accepted->Push(host);
     return answer != 'q';

@@ -2,14 +2,11 @@
 
 #include "install/forward_notice.h"
 #include "install/results_mail.h"
-#include "install/settings.h"
 #include "support/host.h"
 #include "support/pending_file.h"
 #include "support/queue.h"
 
 namespace {
-
-const char kBodySuffix[] = "-Body";
 
 SString Stem(const char* tag, const char* suffix) {
     return MessageIdDate() + tag + ProcessIdString() + suffix;
@@ -25,20 +22,18 @@ SString MessageId(const char* tag, const SString& host) {
     return "Message-ID: <" + MessageIdDate() + tag + "@" + host + ">";
 }
 
-bool WriteMail(const SString& stem, const SString& path, const SString& header, const SString& body,
-               SControl* control) {
+bool WriteMail(const SString& stem, const SString& header, const SString& body, SControl* control) {
     if (!control->Prepare(stem)) return false;
-    PendingFile header_file(path + gstr_HeaderSuffix);
-    PendingFile body_file(path + kBodySuffix);
+    PendingFile header_file(control->HeaderPath());
+    PendingFile body_file(control->BodyPath());
     if (!header_file.IsOpen() || !body_file.IsOpen()) return false;
     return header_file.Write(header) && body_file.Write(body) && header_file.Publish() &&
            body_file.Publish() && control->Publish();
 }
 
 /// The mail exists only once its text is on the disk; otherwise nothing of it stays.
-void QueueMail(const SString& stem, const SString& message_directory, const SString& header,
-               const SString& body, SControl* control) {
-    if (!WriteMail(stem, message_directory + stem, header, body, control)) control->RemoveMessage();
+void QueueMail(const SString& stem, const SString& header, const SString& body, SControl* control) {
+    if (!WriteMail(stem, header, body, control)) control->RemoveMessage();
 }
 
 /// Asks for a greeting to every new account, which tells its owner the UID and the password.
@@ -52,7 +47,7 @@ void QueueGreetingRequest(const SStringList& uids_and_passwords) {
     static_cast<void>(control.Write(Stem(".AA", ".NewAccounts")));
 }
 
-void QueueResultsMail(const AccountResults& results, const SString& host, const SString& message_directory) {
+void QueueResultsMail(const AccountResults& results, const SString& host) {
     SControl control;
     control["Function:"] = "Account-Handler";
     control["Control-Type:"] = "Mail";
@@ -63,11 +58,10 @@ void QueueResultsMail(const AccountResults& results, const SString& host, const 
     SString header = HeaderText({"Date: " + RFC822Date(), "From: \"tern.harbor Installation Program\" <>",
                                  "To: Mail Administrator <Postmaster@" + host + ">",
                                  "Subject: tern.harbor Installation Results", MessageId(".AB", host)});
-    QueueMail(Stem(".AB", ".Notify"), message_directory, header, ResultsMailBody(results), &control);
+    QueueMail(Stem(".AB", ".Notify"), header, ResultsMailBody(results), &control);
 }
 
-void QueueForwardNotice(const SStringList& forward_users, const SString& host,
-                        const SString& message_directory) {
+void QueueForwardNotice(const SStringList& forward_users, const SString& host) {
     SStringList recipients = forward_users;
     recipients.Grep("s/(.*)/SMTP <$1>/");
     SControl control;
@@ -82,16 +76,15 @@ void QueueForwardNotice(const SStringList& forward_users, const SString& host,
                     "To: Users with forward files: ;", "Subject: NOTICE: \".forward\" File Deactivated",
                     MessageId(".AC", host)});
     SString body = pz_ForwardMessage1 + Printable(host) + pz_ForwardMessage2;
-    QueueMail(Stem(".AC", ".Notify"), message_directory, header, body, &control);
+    QueueMail(Stem(".AC", ".Notify"), header, body, &control);
 }
 
 }  // namespace
 
-void QueueSetUpMails(const AccountResults& results, const SString& host, const SString& data_directory) {
-    const SString message_directory = data_directory + "messages/";
+void QueueSetUpMails(const AccountResults& results, const SString& host) {
     const bool has_forwards = !results.forward_users.IsEmpty();
     const bool has_results = !results.created.IsEmpty() || !results.skipped_logins.IsEmpty() || has_forwards;
     if (!results.created.IsEmpty()) QueueGreetingRequest(results.uids_and_passwords);
-    if (has_results) QueueResultsMail(results, host, message_directory);
-    if (has_forwards) QueueForwardNotice(results.forward_users, host, message_directory);
+    if (has_results) QueueResultsMail(results, host);
+    if (has_forwards) QueueForwardNotice(results.forward_users, host);
 }

@@ -6,5 +6,5 @@
 
 #include "install/account_results.h"
 
-/// Queues those of the three messages that have something to say. The data directory ends in "/".
-void QueueSetUpMails(const AccountResults& results, const SString& host, const SString& data_directory);
+/// Queues those of the three messages that have something to say.
+void QueueSetUpMails(const AccountResults& results, const SString& host);

@@ -2,6 +2,7 @@
 
 #include "install/account_form.h"
 #include "install/account_loop.h"
+#include "install/account_method.h"
 #include "install/console.h"
 #include "install/critical_section.h"
 #include "install/mail_domains.h"
@@ -14,8 +15,6 @@ namespace {
 
 constexpr long kOwnAccounts = 8;  // that the mail system itself has at most
 
-enum class Method { AllSources, PasswordFile, None, Quit };
-
 /// The group that owns users' maildrop files.
 const struct group* MailGroup() {
     const struct group* group = getgrnam("mail");
@@ -24,57 +23,17 @@ const struct group* MailGroup() {
 
 void ExplainMissingMailGroup() {
     PrintParagraph(
-        "ERROR: couldn't find the 'mail' group in the group database. This is assumed to be the group owner "
-        "of "
-        "users' mailboxes, and must exist for tern.harbor to deliver mail to local users.");
+        "ERROR: couldn't find the 'mail' group in the group database. This is assumed to be the group "
+        "owner of users' mailboxes, and must exist for tern.harbor to deliver mail to local users.");
     PrintParagraph("Please contact Ardenvale at " + gstr_SupportAddress + " or at " + gstr_SupportPhone +
                    " so that we can support your non-standard configuration in the future.");
     PrintParagraph("Installation aborted.");
 }
 
-void ExplainMethods(bool accounts_exist) {
-    if (!accounts_exist) {
-        PrintParagraph(
-            "Electronic mail accounts can be created automatically for the users that currently have UNIX "
-            "login "
-            "accounts. Please select one of the following methods for setting up the accounts:");
-    } else {
-        PrintParagraph(
-            "There are already some electronic mail accounts in the tern.harbor account database. If you "
-            "would "
-            "like to synchronize your UNIX password database with the internal tern.harbor database, you can "
-            "do "
-            "that now.");
-        PrintParagraph(
-            "The UNIX password database will be searched for users that currently don't have accounts in "
-            "tern.harbor, and accounts for those users will be created.");
-        PrintParagraph("Please select one of the following methods for setting up the accounts:");
-    }
-    Print(
-        " [A] Search for all users, including those\n"
-        " in the /etc/passwd file and NIS/NIS+.\n\n"
-        " [P] Search through /etc/passwd only.\n\n"
-        " [N] Don't automatically set up any accounts.\n\n");
-}
-
-Method AskMethod(bool accounts_exist) {
-    ExplainMethods(accounts_exist);
-    switch (Ask("Which method? All/Passwd/None/Quit ", accounts_exist ? "N" : "P")) {
-        case 'a':
-            return Method::AllSources;
-        case 'q':
-            return Method::Quit;
-        case 'n':
-            return Method::None;
-        default:
-            return Method::PasswordFile;
-    }
-}
-
 void OfferAccountForm(const char* use) {
     PrintParagraph(
         SString("Would you like to have an account form sent to your mailbox? It can be used to ") + use +
-        " users to the system. Alternately you can use the World-Wide-Web interface for all your "
+        "users to the system. Alternately you can use the World-Wide-Web interface for all your "
         "administration of tern.harbor.");
     if (Ask("Send an E-mail account form? yes/no ", "no") == 'y') SendNewAccountForm();
 }
@@ -100,8 +59,8 @@ std::deque<Candidate> SelectCandidates(PasswordEntries* entries, AccountResults*
 }
 
 /// The users who are to have accounts. Nothing when the password file cannot be opened.
-std::optional<std::deque<Candidate>> ReadCandidates(Method method, AccountResults* results) {
-    if (method == Method::AllSources) {
+std::optional<std::deque<Candidate>> ReadCandidates(AccountMethod method, AccountResults* results) {
+    if (method == AccountMethod::AllSources) {
         Print("Searching for users.... \n\n");
         PasswordEntries entries;
         return SelectCandidates(&entries, results);
@@ -115,9 +74,8 @@ std::optional<std::deque<Candidate>> ReadCandidates(Method method, AccountResult
 void SyncNewAccounts(const AccountResults& results) {
     if (results.created.IsEmpty() || SyncAccounts()) return;
     PrintParagraph(
-        "WARNING: the system reported an error when the account database was written to the disk. The new "
-        "accounts "
-        "may be lost if the system goes down now.");
+        "WARNING: the system reported an error when the account database was written to the disk. The "
+        "new accounts may be lost if the system goes down now.");
     Remind({"Check the disk that holds " + gstr_TernHarbor + "config/ for errors,",
             "then run this installation program again to add any missing accounts."});
 }
@@ -131,7 +89,7 @@ bool CreateAccounts(std::deque<Candidate> candidates, const AccountSite& site, A
         AccountLoop(site, results).Run(std::move(candidates));
         Print("\n");
         SyncNewAccounts(*results);
-        if (!CriticalSection::WasInterrupted()) QueueSetUpMails(*results, gstr_HostName, gstr_TernHarbor);
+        if (!CriticalSection::WasInterrupted()) QueueSetUpMails(*results, gstr_HostName);
     }
     if (!CriticalSection::WasInterrupted()) return true;
     Print("\nExiting.\n\n");
@@ -143,7 +101,7 @@ void PrintCount(size_t count, bool accounts_exist) {
           (accounts_exist ? " (Existing accounts will not be modified.)" : "") + "\n\n");
 }
 
-int AddAccounts(Method method, gid_t mail_group, AccountResults results) {
+int AddAccounts(AccountMethod method, gid_t mail_group, AccountResults results) {
     auto candidates = ReadCandidates(method, &results);
     if (!candidates) {
         PrintParagraph("WARNING: couldn't open " + gstr_PasswdFile + " to determine the user accounts.");
@@ -173,9 +131,9 @@ int AddUserAccounts() {
     const gid_t mail_gid = mail_group->gr_gid;
     AccountResults results;
     results.accounts_existed = SAccountDB().AccountCount() > kOwnAccounts;
-    const Method method = AskMethod(results.accounts_existed);
-    if (method == Method::Quit) return 0;
-    if (method != Method::None) return AddAccounts(method, mail_gid, std::move(results));
+    const AccountMethod method = AskAccountMethod(results.accounts_existed);
+    if (method == AccountMethod::Quit) return 0;
+    if (method != AccountMethod::None) return AddAccounts(method, mail_gid, std::move(results));
     if (!results.accounts_existed) OfferAccountForm("begin adding");
     return 1;
 }

@@ -53,8 +53,6 @@ std::optional<SString> RegularContents(const SString& path) {
 }  // namespace
 
 SField::SField(const SString& line_end) : line_end_(line_end) {}
-SField::SField(SField&&) noexcept = default;
-SField& SField::operator=(SField&&) noexcept = default;
 SField::~SField() = default;
 
 void SField::SetPath(const SString& path) {
@@ -129,14 +127,21 @@ bool SControl::Prepare(const SString& name) {
     return Prepare();
 }
 
+SString SControl::HeaderPath() const {
+    return message_directory_ + GetFilename() + kHeaderSuffix;
+}
+
+SString SControl::BodyPath() const {
+    return message_directory_ + GetFilename() + kBodySuffix;
+}
+
 void SControl::RemoveMessage() {
     Discard();
-    SString stem = GetFilename();
-    if (stem.IsEmpty()) return;
+    if (GetFilename().IsEmpty()) return;
     DirectoryLock lock(control_directory_, LOCK_EX);
     RemoveFile(Path());  // first: without it there is no message
-    RemoveFile(message_directory_ + stem + kHeaderSuffix);
-    RemoveFile(message_directory_ + stem + kBodySuffix);
+    RemoveFile(HeaderPath());
+    RemoveFile(BodyPath());
 }
 
 SHeader::SHeader() : SField("\r\n"), directory_(MessageDirectory()) {}

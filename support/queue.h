@@ -26,8 +26,6 @@ class SField : public SNamedStringList {
 
   protected:
     explicit SField(const SString& line_end);
-    SField(SField&&) noexcept;
-    SField& operator=(SField&&) noexcept;
     void SetPath(const SString& path);  // what was prepared for another one is dropped
     const SString& Path() const { return path_; }
     void Discard();  // what was prepared
@@ -50,6 +48,9 @@ class SControl : public SField {
     bool Read(const SString& name);
     bool Write(const SString& name);
     bool Prepare(const SString& name);
+    /// Where the text of the message belongs, if it has one.
+    SString HeaderPath() const;
+    SString BodyPath() const;
     /// Withdraws the message: its control, header and body files.
     void RemoveMessage();
 

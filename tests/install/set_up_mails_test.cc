@@ -32,7 +32,7 @@ class SetUpMails : public testing::Test {
         MakeDir(folder_ / "messages", 0770);
     }
 
-    void Queue(const AccountResults& results) { QueueSetUpMails(results, kHost, folder_ / ""); }
+    void Queue(const AccountResults& results) { QueueSetUpMails(results, kHost); }
 
     /// The names without the stamps in them, sorted.
     SStringList Names(const SString& directory) const {

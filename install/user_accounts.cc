@@ -30,11 +30,10 @@ void ExplainMissingMailGroup() {
     PrintParagraph("Installation aborted.");
 }
 
-void OfferAccountForm(const char* use) {
-    PrintParagraph(
-        SString("Would you like to have an account form sent to your mailbox? It can be used to ") + use +
-        "users to the system. Alternately you can use the World-Wide-Web interface for all your "
-        "administration of tern.harbor.");
+void OfferAccountForm(const SString& use) {
+    PrintParagraph("Would you like to have an account form sent to your mailbox? It can be used to " + use +
+                   " users to the system. Alternately you can use the World-Wide-Web interface for all your "
+                   "administration of tern.harbor.");
     if (Ask("Send an E-mail account form? yes/no ", "no") == 'y') SendNewAccountForm();
 }
 

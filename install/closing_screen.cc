@@ -14,7 +14,7 @@ void PrintUnfinishedTasks() {
         "unfinished tasks, and re-run this installation program.");
     Print("\n");
     PrintParagraph("The following tasks still need to be done:");
-    Print("\n    " + gstrl_Reminders.Join("\n    ") + "\n");
+    Print("\n" + ReminderLines());
 }
 
 SString WebAddress() {

@@ -88,7 +88,7 @@ void Print(const SString& text) {
 }
 
 void PrintParagraph(const SString& text) {
-    Print(Format(text, kWidth, 0, "\n"));
+    Print(Format(Printable(text), kWidth, 0, "\n"));
 }
 
 char Ask(const SString& prompt, const SString& default_answer) {

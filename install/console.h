@@ -16,7 +16,7 @@ bool AskToContinue();
 
 /// Writes the text as it stands and flushes.
 void Print(const SString& text);
-/// Format at the program's width (75, no indent), written.
+/// Format at the program's width (75, no indent), written without control characters.
 void PrintParagraph(const SString& text);
 /// The prompt, then GetInput with its default shown; the first character of the answer, lower-cased, or NUL.
 char Ask(const SString& prompt, const SString& default_answer);

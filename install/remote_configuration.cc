@@ -44,7 +44,7 @@ void AdviseAgainstPort80() {
 char ConfirmPort(const SString& typed, int port) {
     const bool standard = port == 80;
     if (!standard) Print("\n");
-    PrintParagraph("tern.harbor will use port " + Printable(typed) +
+    PrintParagraph("tern.harbor will use port " + typed +
                    " for WWW configuration, so you will need to connect to the server using the URL:");
     Print("\n\thttp://" + gstr_HostName + (standard ? SString() : ":" + SString(port)) + "\n\n");
     return Ask(standard ? "Are you sure you want to use port 80? yes/no/quit " : "Is this OK? yes/no/quit ",

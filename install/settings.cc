@@ -47,6 +47,12 @@ void Remind(const SStringList& lines) {
     gstrl_Reminders.Push("");
 }
 
+SString ReminderLines() {
+    SStringList shown = gstrl_Reminders;
+    for (SString& reminder : shown) reminder = Printable(reminder);
+    return "    " + shown.Join("\n    ") + "\n";
+}
+
 SString SupportLine() {
     return "If you have difficulty resolving this problem, please contact Ardenvale, Inc. at " +
            gstr_SupportAddress + " or at " + gstr_SupportPhone + ".";

@@ -57,6 +57,8 @@ extern volatile std::sig_atomic_t gf_Killed;        // 0; a signal came while it
 
 /// Adds a group of reminders: the lines, then the empty entry that closes the group.
 void Remind(const SStringList& lines);
+/// The reminders as they are shown: each on an indented line, not wrapped, without control characters.
+SString ReminderLines();
 /// Sentences that several errors share.
 SString SupportLine();  // "If you have difficulty resolving this problem, please contact ..."
 SString

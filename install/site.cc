@@ -71,7 +71,7 @@ bool FindAddress() {
     gstr_IpAddress = "[" + addresses.Get(0) + "]";
     // Without a domain the name cannot resolve; that the domain is missing is then the better message.
     if (!addresses.Get(0).IsEmpty() || gstr_DomainName.IsEmpty()) return true;
-    return Fail("Couldn't determine the IP address of " + Printable(gstr_HostName) +
+    return Fail("Couldn't determine the IP address of " + gstr_HostName +
                     " using the gethostbyname function. If your domain name is incorrect, correct it in " +
                     gstr_ConfigFile + ".",
                 SupportLine());
@@ -111,7 +111,7 @@ bool FindOwner() {
         gn_MailGID = static_cast<int32_t>(owner->pw_gid);
         return true;
     }
-    return Fail("The user ID specified as the owner of the mail system (" + Printable(gstr_MailOwner) +
+    return Fail("The user ID specified as the owner of the mail system (" + gstr_MailOwner +
                     ") is not in the password database. Please create the user and run this program again.",
                 "If the user is already in the password database then there is a problem. " + SupportLine());
 }

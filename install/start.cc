@@ -20,7 +20,7 @@ bool StartAnyway() {
         "installation procedure. If you don't, the system may not function properly.");
     Print("\n");
     PrintParagraph("The unresolved items are:");
-    Print("\n    " + gstrl_Reminders.Join("\n    ") + "\n");
+    Print("\n" + ReminderLines());
     return Ask("Do you want to try to start the system anyway? yes/no/quit ", "no") == 'y';
 }
 

@@ -54,7 +54,7 @@ bool LowerPrivileges() {
     const auto gid = static_cast<gid_t>(gn_MailGID);
     if (BecomeMailOwner(gstr_MailOwner, uid, gid)) return true;
     PrintParagraph("Couldn't take on the user and group ID of the owner of the mail system (" +
-                   Printable(gstr_MailOwner) + "). " + SupportLine());
+                   gstr_MailOwner + "). " + SupportLine());
     return false;
 }
 

@@ -157,6 +157,12 @@ TEST(PrintParagraph, HasTheProgramsWidth) {
     EXPECT_EQ(dialogue.Screen(), SString('a', 37) + " " + SString('b', 37) + "\n" + SString('c', 75) + "\n");
 }
 
+TEST(PrintParagraph, ShowsNoControlCharacters) {
+    const Dialogue dialogue;
+    PrintParagraph("Couldn't create \x1b[2J/mail\r\xc2\x9b:\ta b\xc3\xa9\x7f");
+    EXPECT_EQ(dialogue.Screen(), "Couldn't create ?[2J/mail??:  a b\xc3\xa9?\n");
+}
+
 TEST(AbortAtEndOfInput, SaysSoAndStopsTheStep) {
     const Dialogue dialogue;
     EXPECT_FALSE(AbortAtEndOfInput());

@@ -46,4 +46,10 @@ TEST(Remind, ClosesTheGroup) {
     gstrl_Reminders.Reset();
 }
 
+TEST(ReminderLines, ShowNoControlCharacters) {
+    gstrl_Reminders = {"Create mailbox directory: /mail\x1b[2J", "", "last"};
+    EXPECT_EQ(ReminderLines(), "    Create mailbox directory: /mail?[2J\n    \n    last\n");
+    gstrl_Reminders.Reset();
+}
+
 }  // namespace

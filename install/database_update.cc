@@ -1,5 +1,7 @@
 #include "install/database_update.h"
 
+#include <utility>
+
 #include "support/descriptor.h"
 #include "support/file.h"
 #include "support/sdbfile.h"
@@ -27,12 +29,12 @@ bool CarryOver(Sdbfile* from, Sdbfile* to, const Setting& setting) {
            to->Set(setting.key, values) != 0;
 }
 
-bool CarryOverAll(const SString& from, const SString& to, const SStringList& addresses) {
+bool CarryOverAll(const SString& from, const SString& to, SStringList addresses) {
     Sdbfile old_database(from, 0);
     Sdbfile new_database(to, 0);
     bool all = true;
-    for (const SString& address : addresses) {
-        if (!CarryOver(&old_database, &new_database, SettingAt(address))) all = false;
+    while (!addresses.IsEmpty()) {
+        if (!CarryOver(&old_database, &new_database, SettingAt(addresses.Shift()))) all = false;
     }
     return all;
 }
@@ -73,7 +75,8 @@ SNamedStringList ReadPreserveMap(const SStringList& lines) {
 }
 
 bool UpdateDatabase(const SString& new_database, const SString& old_database, SStringList addresses) {
-    return Settle(new_database, old_database) && CarryOverAll(old_database, new_database, addresses) &&
+    return Settle(new_database, old_database) &&
+           CarryOverAll(old_database, new_database, std::move(addresses)) &&
            Settle(new_database, old_database);
 }
 

@@ -30,6 +30,15 @@ void OpenMissingDescriptors() {
     }
 }
 
+/// Another program may have left the terminal or pipe non-blocking. Input would then seem to have ended where
+/// no answer is typed yet, and every default would be taken for the administrator's consent.
+void MakeDescriptorsWait() {
+    for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; fd++) {
+        const int flags = fcntl(fd, F_GETFL);
+        if (flags >= 0 && (flags & O_NONBLOCK) != 0) fcntl(fd, F_SETFL, flags & ~O_NONBLOCK);
+    }
+}
+
 /// A full disk quota or a reader of the screen that has gone must make a write fail, where the step can tell
 /// and undo, not end the program in the middle of a file. Commands are waited for, whatever the parent chose.
 void SetSignalDefaults() {
@@ -62,6 +71,7 @@ bool LowerPrivileges() {
 
 bool StartUp() {
     OpenMissingDescriptors();
+    MakeDescriptorsWait();
     SetSignalDefaults();
     RememberGroups();
     if (!IsStartedByRoot()) return false;

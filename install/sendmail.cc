@@ -29,7 +29,18 @@ void RemindOfDaemon() {
     gf_ShowStoppers = 1;
 }
 
-void Kill(const SStringList& processes) {
+/// The administrator may have taken a while to answer: an id can be another program's by now.
+SStringList StillRunning(const SStringList& processes) {
+    const SStringList now = ReadProcessInfo();
+    SStringList running;
+    for (const SString& process : processes) {
+        if (now.Contains(process)) running.Push(process);
+    }
+    return running;
+}
+
+void Kill(const SStringList& found) {
+    const SStringList processes = StillRunning(found);
     if (SignalProcesses(processes, SIGTERM)) {
         // The mail port is free only when they have ended; a signal of 0 just asks.
         Await([&] { return !SignalProcesses(processes, 0); });

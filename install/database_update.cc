@@ -1,5 +1,8 @@
 #include "install/database_update.h"
 
+#include <fcntl.h>
+
+#include <optional>
 #include <utility>
 
 #include "support/descriptor.h"
@@ -7,6 +10,8 @@
 #include "support/sdbfile.h"
 
 namespace {
+
+constexpr mode_t kDatabaseMode = 0640;
 
 struct Setting {
     SString table;
@@ -43,11 +48,21 @@ bool Settle(const SString& new_database, const SString& old_database) {
     return SettleDatabase(old_database) && SettleDatabase(new_database);
 }
 
+/// For a file that can have no second name: somebody else's, or one on a file system without hard links.
+bool CopyTo(const SString& file, const SString& copy) {
+    const Descriptor from = Descriptor::Open(file, O_RDONLY | O_NONBLOCK | O_NOFOLLOW);
+    const std::optional<SString> bytes = from ? from.ReadAll() : std::nullopt;
+    if (!bytes) return false;
+    const Descriptor to = Descriptor::Open(copy, O_WRONLY | O_CREAT | O_EXCL, kDatabaseMode);
+    return to && to.WriteAll(*bytes) && to.Sync();
+}
+
 /// The backup is a second name for the database in use, so that this one is never without its own.
 bool KeepPrevious(const SString& file) {
     const SString second_name = file + ".backup.new";
     RemoveFile(second_name);  // left by a run that was killed just here
-    const bool kept = AddName(file, second_name) && Rename(second_name, file + ".backup") && SyncParent(file);
+    const bool kept = (AddName(file, second_name) || CopyTo(file, second_name)) &&
+                      Rename(second_name, file + ".backup") && SyncParent(file);
     // Where the backup was a name of this very file already (a run killed before the exchange), the rename
     // did nothing, as POSIX has it for two names of one file.
     RemoveFile(second_name);

@@ -1,0 +1,143 @@
+// accounts [DIRECTORY [N...]]: how fast AddUserAccounts gives accounts to N logins (1,000, 10,000 and 100,000
+// where none are named), in fresh folders under DIRECTORY (/var/tmp), against the floor: the same rows in one
+// SQLite transaction. Needs root: "/etc/passwd" is another one for the processes that measure.
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <iostream>
+#include <map>
+#include <sstream>
+
+#include "bench/bare_visits.h"
+#include "bench/floor.h"
+#include "bench/measure.h"
+#include "bench/throw_away_site.h"
+#include "install/settings.h"
+#include "install/steps.h"
+#include "support/account.h"
+
+namespace {
+
+constexpr double kMostFloors = 5;
+constexpr double kMostGrowth = 1.3;
+constexpr double kMostBytes = 600;
+
+struct Case {
+    const char* name;
+    ThrowAwaySite::Names names;
+    const char* answers;   // method, mail domains, "is this what you want"
+    bool reads_the_hosts;  // the password file is "/etc/passwd" itself
+};
+
+constexpr Case kCases[] = {
+    {"distinct names", ThrowAwaySite::Names::Distinct, "p\n\n\n", false},
+    {"one name for all", ThrowAwaySite::Names::Same, "p\n\n\n", false},
+    {"/etc/passwd", ThrowAwaySite::Names::Distinct, "p\n\n\n", true},
+};
+
+struct Result {
+    Measurement step;
+    Measurement floor;
+    Measurement visits;
+    double Ratio() const { return step.seconds / floor.seconds; }
+};
+
+bool Answer(const Case& c) {
+    static std::istringstream answers;
+    answers.str(c.answers);
+    std::cin.rdbuf(answers.rdbuf());
+    if (c.reads_the_hosts) {
+        gstr_PasswdFile = "/etc/passwd";
+    }
+    return freopen("/dev/null", "w", stdout) != nullptr;
+}
+
+bool MakeAccounts(int logins) {
+    return AddUserAccounts() == 1 && SAccountDB().AccountCount() == logins;
+}
+
+Result MeasureOnce(const SString& directory, const Case& c, int logins) {
+    Result result;
+    {
+        const ThrowAwaySite site(directory, logins, c.names);
+        result.step =
+            MeasureApart([&] { return site.Enter() && Answer(c); }, [&] { return MakeAccounts(logins); });
+        std::vector<AccountRows> rows;
+        const auto read = [&] {
+            rows = ReadRows(site.Database());
+            return !rows.empty();
+        };
+        result.floor = MeasureApart(read, [&] { return WriteRows(site.Folder() + "/floor", rows); });
+    }
+    const ThrowAwaySite site(directory, logins, c.names);
+    result.visits = MeasureApart([&] { return site.Enter(); }, [&] { return VisitBare(site, logins); });
+    return result;
+}
+
+/// Small numbers are over too soon to be measured once.
+Result MeasureCase(const SString& directory, const Case& c, int logins) {
+    const int times = logins <= 1000 ? 7 : logins <= 10000 ? 3 : 1;
+    std::vector<Measurement> steps;
+    std::vector<Measurement> floors;
+    std::vector<Measurement> visits;
+    for (int i = 0; i < times; ++i) {
+        const Result result = MeasureOnce(directory, c, logins);
+        if (!result.step.is_done || !result.floor.is_done || !result.visits.is_done) {
+            std::cerr << "a measurement failed\n";
+            exit(1);
+        }
+        steps.push_back(result.step);
+        floors.push_back(result.floor);
+        visits.push_back(result.visits);
+    }
+    return {Median(steps), Median(floors), Median(visits)};
+}
+
+void PrintRow(const Case& c, int logins, const Result& result) {
+    const double count = logins;
+    printf("%-17s %7d %8.3f %10.0f %8.3f %8.1f %9.3f %8.1f %9.0f\n", c.name, logins, result.step.seconds,
+           count / result.step.seconds, result.floor.seconds, result.Ratio(), result.visits.seconds,
+           result.visits.seconds / result.floor.seconds, result.step.peak_bytes / count);
+    fflush(stdout);
+}
+
+void PrintVerdict(const char* what, double value, double most) {
+    printf("  %-46s %7.2f  at most %6.2f: %s\n", what, value, most, value <= most ? "reached" : "MISSED");
+}
+
+void PrintVerdicts(const Case& c, const std::map<int, Result>& results) {
+    const auto& [largest, last] = *results.rbegin();
+    printf("%s:\n", c.name);
+    PrintVerdict(("floors at " + std::to_string(largest) + " logins").c_str(), last.Ratio(), kMostFloors);
+    PrintVerdict("memory for each login, bytes", last.step.peak_bytes / largest, kMostBytes);
+    if (results.size() > 1) {
+        PrintVerdict("growth of the ratio from the fewest logins",
+                     last.Ratio() / results.begin()->second.Ratio(), kMostGrowth);
+    }
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    const SString directory = count > 1 ? arguments[1] : "/var/tmp";
+    std::vector<int> sizes;
+    for (int i = 2; i < count; ++i) {
+        sizes.push_back(std::max(1, atoi(arguments[i])));
+    }
+    if (sizes.empty()) {
+        sizes = {1000, 10000, 100000};
+    }
+    std::map<std::string, std::map<int, Result>> results;
+    printf("%-17s %7s %8s %10s %8s %8s %9s %8s %9s\n", "case", "logins", "seconds", "accounts/s", "floor, s",
+           "floors", "visits, s", "floors", "B/login");
+    for (const int logins : sizes) {
+        for (const Case& c : kCases) {
+            PrintRow(c, logins, results[c.name][logins] = MeasureCase(directory, c, logins));
+        }
+    }
+    printf("\n");
+    for (const Case& c : kCases) {
+        PrintVerdicts(c, results[c.name]);
+    }
+    return 0;
+}

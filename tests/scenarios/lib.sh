@@ -230,3 +230,6 @@ show_queue() {
         cat --show-nonprinting "$file"
     done | sed -E 's/[0-9]{20}/STAMP/g; s/(^---.*\.A[ABC]|NewAccountForm\.)[0-9]+/\1ID/'
 }
+
+# What stands in the view's upper layers, where every change to the host lands.
+upper_layers() { find /run/view/layers/*/upper -printf '%p %y %m %U:%G %s %T@\n' | sort; }

@@ -32,7 +32,7 @@ class Numbers {
 }  // namespace
 
 SString GenerateAccountUID(const SString& name) {
-    const SString base = name.S("\\W+", "_", "g");
+    SString base = name.S("\\W+", "_", "g");
     if (IsFree(base)) {
         return base;
     }

@@ -61,7 +61,7 @@ TEST_F(DatabaseFileTest, ReadingMakesNothing) {
 
 TEST_F(DatabaseFileTest, WritingMakesTheFileWithItsOwnerAndMode) {
     data_.GiveTo(kOwner, kGroup);
-    for (const mode_t mask : {0000, 0007, 0077}) {
+    for (const mode_t mask : {0000U, 0007U, 0077U}) {
         const mode_t before = umask(mask);
         {
             const AsUser owner(kOwner, kGroup, {kGroup});

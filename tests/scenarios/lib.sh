@@ -163,7 +163,7 @@ end_of_input() { exec 9>&-; }
 # wait_for COMMAND...: until it succeeds. The limit is there to end a test that hangs, not to measure.
 wait_for() {
     local _
-    for _ in $(seq 2400); do
+    for _ in $(seq 6000); do
         if ("$@") >/dev/null 2>&1; then return; fi    # a "fail" in it ends only the try
         sleep 0.05
     done

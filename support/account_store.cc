@@ -99,8 +99,10 @@ SStringList AccountStore::Domains() {
     if (OpenSession(false) == DatabaseState::Ready) {
         Execution query(session_->addresses);
         while (query.Next() == Step::Row) {
-            const std::string address = query.Text(0).Bytes();
-            domains.insert(address.substr(address.rfind('@') + 1));
+            const SString domain = S821Address(query.Text(0)).Domain();
+            if (!domain.IsEmpty()) {
+                domains.insert(domain.Bytes());
+            }
         }
     }
     SStringList list;

@@ -10,8 +10,8 @@ constexpr int kUsualPort = 80;
 void PrintUnfinishedTasks() {
     PrintParagraph(
         "The installation is complete but there are some tasks that you still need to do. If the system "
-        "generated any warnings when it started up (or if you didn't start it), then you should perform the "
-        "unfinished tasks, and re-run this installation program.");
+        "generated any warnings when it started up (or if you didn't start it), "
+        "then you should perform the unfinished tasks, and re-run this installation program.");
     Print("\n");
     PrintParagraph("The following tasks still need to be done:");
     Print("\n" + ReminderLines());
@@ -32,8 +32,8 @@ void PrintAdministration() {
                    ">. The body of the message should contain a list of the forms you want to retrieve. "
                    "Account management forms include the \"Account\", \"List\", and \"SMTP aliases\" forms. "
                    "Configuration forms include the \"System\", \"Security\", \"SMTP\", and \"Queue\" forms. "
-                   "For a complete list and detailed instructions, please refer to the tern.harbor "
-                   "documentation.");
+                   "For a complete list and detailed instructions, "
+                   "please refer to the tern.harbor documentation.");
 }
 
 }  // namespace

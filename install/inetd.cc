@@ -63,8 +63,8 @@ bool AreBound(const SStringList& services) {
 
 void ReportNotReset(const SStringList& conflicts) {
     PrintParagraph(
-        "WARNING: Couldn't reset inetd by sending it a HUP signal. You will be reminded to do this when the "
-        "installation is finished.");
+        "WARNING: Couldn't reset inetd by sending it a HUP signal. "
+        "You will be reminded to do this when the installation is finished.");
     Print("\n");
     Remind({kHangUp});
     NoteShowStopper(conflicts);

@@ -68,8 +68,7 @@ bool TellMaildropMissing() {
 bool TellMaildropUnknown() {
     Print("failed!\n\n");
     PrintParagraph("Couldn't stat(2) the user maildrop directory, " + gstr_MaildropDir +
-                   ", to determine permissions. Perhaps running this program again will fix the "
-                   "problem....");
+                   ", to determine permissions. Perhaps running this program again will fix the problem....");
     Print("\n");
     PrintContact();
     PrintParagraph("Installation aborted.");
@@ -93,14 +92,14 @@ void ExplainSetgid() {
     Print("\n\n");
     PrintParagraph("The user maildrop directory, " + gstr_MaildropDir +
                    ", does not have the setgid flag set. Without this set, any file created in that "
-                   "directory will be assigned the group of the creating user, rather than the 'mail' "
-                   "group.");
+                   "directory will be assigned the group of the creating user, "
+                   "rather than the 'mail' group.");
     Print("\n");
     PrintParagraph(
         "Since tern.harbor does not invoke /usr/bin/mail as root, it is important that every user's "
         "maildrop file has the proper group ownership (any improper permissions on existing maildrop files "
-        "will be corrected later in this installation). The long-term solution is to make sure the setgid "
-        "bit is set.");
+        "will be corrected later in this installation). "
+        "The long-term solution is to make sure the setgid bit is set.");
     Print("\n");
 }
 

@@ -35,8 +35,8 @@ bool WarnNotUpdated(const SString& module) {
     Warn({"WARNING: couldn't update the configuration database for the " + module + " module.",
           "This is most likely due to a permission problem in the " + gstr_TernHarbor +
               "config directory, or a filled hard disk.",
-          "After you correct the problem, run this installation program again to update the "
-          "configuration database."});
+          "After you correct the problem, run this installation program again "
+          "to update the configuration database."});
     return false;
 }
 

@@ -31,16 +31,16 @@ void IntroduceNewAccount() {
     Print("\n");
     PrintParagraph(
         "The Postmaster account needs to be set up with a password and with delivery to one or more "
-        "human recipients. You can also change the Access-Domains of the account (which is currently set "
-        "up to be only your domain).");
+        "human recipients. You can also change the Access-Domains of the account "
+        "(which is currently set up to be only your domain).");
 }
 
 void IntroducePostmasters() {
     PrintParagraph(
         "Please list the E-mail addresses of the people that are to have Postmaster privileges. By "
         "specifying someone's address here, and supplying them with the Postmaster password, you give "
-        "them control over every aspect of tern.harbor. Such responsibility should be given only to the "
-        "appropriate person(s).");
+        "them control over every aspect of tern.harbor. "
+        "Such responsibility should be given only to the appropriate person(s).");
     PrintParagraph(
         "If you want to have multiple Postmasters, list their E-mail addresses here, separated by commas.");
 }
@@ -55,8 +55,8 @@ void Store(SAccountMod* postmaster, const SString& field, const SString& what, c
 
 bool TellOldRetained() {
     PrintParagraph(
-        "WARNING: An error occurred while editing the postmaster account. The old delivery information "
-        "has been retained.");
+        "WARNING: An error occurred while editing the postmaster account. "
+        "The old delivery information has been retained.");
     PrintParagraph(LikelyCause());
     PrintParagraph(OwnershipMessage());
     Print("\n");
@@ -68,8 +68,8 @@ bool TellOldLost() {
         "ERROR: The new deliveries specified for the postmaster account failed to be set up, and the old "
         "delivery information couldn't be retained.");
     PrintParagraph(
-        "Run this program again to set up the postmaster account. If it fails a second time, contact "
-        "Ardenvale, Inc. at " +
+        "Run this program again to set up the postmaster account. "
+        "If it fails a second time, contact Ardenvale, Inc. at " +
         gstr_SupportAddress + " or at " + gstr_SupportPhone + " so that we can help find the problem.");
     return false;
 }

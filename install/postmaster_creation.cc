@@ -11,8 +11,8 @@ using Outcome = AdminAccounts::Outcome;
 
 SString Error(Outcome outcome) {
     if (outcome == Outcome::NoRoot) {
-        return "ERROR: Couldn't create a mail account for root. There is probably a problem with the "
-               "permissions of " +
+        return "ERROR: Couldn't create a mail account for root. "
+               "There is probably a problem with the permissions of " +
                gstr_TernHarbor + "config or the disk is full.";
     }
     if (outcome == Outcome::NotReopened) {

@@ -68,12 +68,12 @@ std::optional<SString> AskPassword() {
 
 void ExplainAccessDomains(const SString& host, const SString& domain) {
     PrintParagraph(
-        "Please enter the list of Access-Domains for the Postmaster account. These are the domains (such "
-        "as " +
+        "Please enter the list of Access-Domains for the Postmaster account. "
+        "These are the domains (such as " +
         domain + ") or hosts (such as " + host +
         ") from which the Postmaster can configure tern.harbor. Specifying a single host such as " + host +
-        " is the most restrictive and therefore safest setting; however, to configure tern.harbor "
-        "remotely from any computer in " +
+        " is the most restrictive and therefore safest setting; "
+        "however, to configure tern.harbor remotely from any computer in " +
         domain + ", you can list it here. If there is more than one, separate them with commas or spaces.");
     PrintParagraph(
         "For more information about Access-Domains and general Security issues, please refer to the manual.");

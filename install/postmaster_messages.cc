@@ -18,7 +18,6 @@ bool AbortSetup(const SString& error) {
 
 bool AbortInaccessible() {
     return AbortSetup(
-        "ERROR: Couldn't access the Postmaster account! This is probably a permission problem with "
-        "the " +
+        "ERROR: Couldn't access the Postmaster account! This is probably a permission problem with the " +
         gstr_TernHarbor + "config directory.");
 }

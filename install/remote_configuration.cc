@@ -86,8 +86,8 @@ bool ChangeAccess(Sdbfile* www_server) {
 bool ChangeEmail(Sdbfile* dispatch, bool allowed) {
     Print("\n");
     PrintParagraph(
-        "You can enable or disable the ability to configure tern.harbor using E-mail forms. If disabled, "
-        "mail sent to <accounts@" +
+        "You can enable or disable the ability to configure tern.harbor using E-mail forms. "
+        "If disabled, mail sent to <accounts@" +
         gstr_HostName + "> or <configuration@" + gstr_HostName +
         "> will be returned to sender with an error message.");
     Print("\n");

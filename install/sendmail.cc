@@ -60,18 +60,16 @@ void ShowQueue(const SStringList& listing) {
     for (const SString& line : CutListing(listing)) Print(Printable(line));
     Print("\n");
     PrintParagraph(
-        "You should have sendmail deliver its queued messages before continuing with this installation or "
-        "the "
-        "messages will never be delivered!");
+        "You should have sendmail deliver its queued messages before continuing with this installation "
+        "or the messages will never be delivered!");
     Print("\n");
 }
 
 void TellHowToDeliver() {
     PrintParagraph(
         "Try 'sendmail -q' to deliver the queue. This may take a long time, so you may want to check "
-        "sendmail's progress periodically with the 'mailq' command. When the queue is empty, run this "
-        "program "
-        "again.");
+        "sendmail's progress periodically with the 'mailq' command. "
+        "When the queue is empty, run this program again.");
     Print("\n");
     PrintParagraph("Note: you may have to run 'sendmail -q' several times to completely empty the queue.");
     Print("\n");
@@ -166,9 +164,8 @@ bool KillSendmail() {
     }
     Print("found\n\n");
     PrintParagraph(
-        "Sendmail needs to be shutdown for tern.harbor to have access to the mail port. Do you want the "
-        "server "
-        "killed now?");
+        "Sendmail needs to be shutdown for tern.harbor to have access to the mail port. "
+        "Do you want the server killed now?");
     Print("\n");
     const char answer = Ask("Kill sendmail daemon process? yes/no/quit ", "yes");
     if (answer == 'q') return false;

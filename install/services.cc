@@ -17,8 +17,8 @@ void ListMissing(const SStringList& missing) {
     PrintParagraph("Your services database is missing the following entries:");
     Print("\n    " + missing.Join("\n    ") + "\n\n");
     PrintParagraph(
-        "If you use NIS or NIS+ you will need to update those databases by hand. However if you want them "
-        "added to the " +
+        "If you use NIS or NIS+ you will need to update those databases by hand. "
+        "However if you want them added to the " +
         gstr_ServicesFile + " file, that can be done automatically.");
     Print("\n");
 }

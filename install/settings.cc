@@ -5,8 +5,6 @@ const SString gstr_ProductName = "tern.harbor";
 const SString gstr_SupportAddress = "support@ardenvale.example";
 const SString gstr_SupportPhone = "+1 555 0100";
 const SString gstr_ContactAddress = "info@ardenvale.example";
-const SString gstr_ControlSuffix = "-Control";
-const SString gstr_HeaderSuffix = "-Header";
 
 const char* const gppz_BadUsers[] = {
     "adm",      "audit",   "sysadm", "diag",    "auditor", "dbadmin", "rfindd",  "EZsetup", "demos",
@@ -65,6 +63,6 @@ SString ContactMessage() {
 
 SString OwnershipMessage() {
     return "The directory should be owned by " + gstr_MailOwner + " with group " + gstr_MailGroup +
-           " and mode 750. Each database in the directory should have the same owner and group, and have "
-           "mode 640.";
+           " and mode 750. Each database in the directory should have the same owner and group, "
+           "and have mode 640.";
 }

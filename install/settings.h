@@ -8,18 +8,15 @@
 
 #include "support/sstring_list.h"
 
-// --- constants ---------------------------------------------------------------------------------------------
+// --- constants
 extern const SString gstr_ConfigFile;      // "/etc/tern.harbor.conf"
 extern const SString gstr_ProductName;     // "tern.harbor"
 extern const SString gstr_SupportAddress;  // "support@ardenvale.example"
 extern const SString gstr_SupportPhone;    // "+1 555 0100"
 extern const SString gstr_ContactAddress;  // "info@ardenvale.example"
-extern const SString gstr_ControlSuffix;   // "-Control"
-extern const SString gstr_HeaderSuffix;    // "-Header"
 extern const char* const gppz_BadUsers[];  // system logins of several Unix vendors, null-terminated
 
 // --- the site, set by start-up (site.cc)
-// --------------------------------------------------------------------
 extern SString gstr_HostName;    // fully qualified host name
 extern SString gstr_IpAddress;   // the host's first IP address in square brackets
 extern SString gstr_DomainName;  // configuration key "DomainName"
@@ -32,7 +29,6 @@ extern int32_t gn_MailUID;       // its user id
 extern int32_t gn_MailGID;       // its primary group's id
 
 // --- the host's files and services, set by Initialize
-// -------------------------------------------------------
 extern SString gstr_PasswdFile;         // "/etc/passwd"
 extern SString gstr_InetdConf;          // "/etc/inetd.conf", links resolved
 extern SString gstr_ServicesFile;       // "/etc/services", links resolved
@@ -43,7 +39,6 @@ extern SStringList gstrl_Services;      // "smtp", "pop3", "finger"
 extern SStringList gstrl_ServicePorts;  // "25", "110", "79", index for index
 
 // --- what the steps tell each other
-// -------------------------------------------------------------------------
 extern SStringList gstrl_Reminders;     // tasks left for the administrator; every step, shown by WarnAdmin
 extern SStringList gstrl_BadUsers;      // gppz_BadUsers and the mail owner: never given accounts
 extern int32_t gn_WWWPort;              // 80; port of the web administration, set by ConfigureFeatures
@@ -51,7 +46,6 @@ extern int32_t gf_ShowStoppers;         // 0; a problem that keeps the mail syst
 extern int32_t gf_TernHarborIsRunning;  // 0; processes of the mail system found by KillServers
 
 // --- signals (signals.cc)
-// -----------------------------------------------------------------------------------
 extern volatile std::sig_atomic_t gf_OkToBeKilled;  // 1; whether a signal may end the program at once
 extern volatile std::sig_atomic_t gf_Killed;        // 0; a signal came while it might not
 
@@ -59,9 +53,11 @@ extern volatile std::sig_atomic_t gf_Killed;        // 0; a signal came while it
 void Remind(const SStringList& lines);
 /// The reminders as they are shown: each on an indented line, not wrapped, without control characters.
 SString ReminderLines();
-/// Sentences that several errors share.
-SString SupportLine();  // "If you have difficulty resolving this problem, please contact ..."
-SString
-ContactMessage();  // "Contact Ardenvale at ADDRESS or at PHONE if you need help resolving this problem."
+
+// --- sentences that several errors share
+/// "If you have difficulty resolving this problem, please contact ..."
+SString SupportLine();
+/// "Contact Ardenvale at ADDRESS or at PHONE if you need help resolving this problem."
+SString ContactMessage();
 /// "The directory should be owned by OWNER with group GROUP and mode 750. Each database ..."
 SString OwnershipMessage();

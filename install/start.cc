@@ -38,8 +38,8 @@ bool StartDaemon() {
     Print("\n");
     if (!StartServer(gstr_ProgramDir + gstr_ProductName)) {
         PrintParagraph(
-            "ERROR: Couldn't create a new process with the fork(2) system call. Try again when the system is "
-            "less loaded.");
+            "ERROR: Couldn't create a new process with the fork(2) system call. "
+            "Try again when the system is less loaded.");
         return false;
     }
     // The server's start-up messages come first on the terminal.

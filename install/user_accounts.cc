@@ -32,8 +32,8 @@ void ExplainMissingMailGroup() {
 
 void OfferAccountForm(const SString& use) {
     PrintParagraph("Would you like to have an account form sent to your mailbox? It can be used to " + use +
-                   " users to the system. Alternately you can use the World-Wide-Web interface for all your "
-                   "administration of tern.harbor.");
+                   " users to the system. Alternately you can use the World-Wide-Web interface "
+                   "for all your administration of tern.harbor.");
     if (Ask("Send an E-mail account form? yes/no ", "no") == 'y') SendNewAccountForm();
 }
 
@@ -73,8 +73,8 @@ std::optional<std::deque<Candidate>> ReadCandidates(AccountMethod method, Accoun
 void SyncNewAccounts(const AccountResults& results) {
     if (results.created.IsEmpty() || SyncAccounts()) return;
     PrintParagraph(
-        "WARNING: the system reported an error when the account database was written to the disk. The "
-        "new accounts may be lost if the system goes down now.");
+        "WARNING: the system reported an error when the account database was written to the disk. "
+        "The new accounts may be lost if the system goes down now.");
     Remind({"Check the disk that holds " + gstr_TernHarbor + "config/ for errors,",
             "then run this installation program again to add any missing accounts."});
 }

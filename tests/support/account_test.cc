@@ -117,7 +117,8 @@ TEST_F(Accounts, AreListedInTheOrderOfCreation) {
 }
 
 TEST_F(Accounts, OwnTheirAddresses) {
-    ASSERT_TRUE(Make("Ann", {"Ann@Example.com", "ann@mail.example.com", "no address", "", "localname", "\"a@b\""}));
+    ASSERT_TRUE(
+        Make("Ann", {"Ann@Example.com", "ann@mail.example.com", "no address", "", "localname", "\"a@b\""}));
     ASSERT_TRUE(Make("Bob", {"bob@example.com", "ANN@example.com", "bob@example.com"}));
     EXPECT_EQ(Owner("ann@EXAMPLE.com"), "Ann");
     EXPECT_EQ(Owner("<@relay.example:ann@mail.example.com>"), "Ann");

@@ -56,10 +56,10 @@ bool MakeAccounts(int logins) {
     return AddUserAccounts() == 1 && SAccountDB().AccountCount() == logins;
 }
 
-Result MeasureOnce(const SString& directory, const Case& c, int logins) {
+Result MeasureOnce(const RunFolder& run, const Case& c, int logins) {
     Result result;
     {
-        const ThrowAwaySite site(directory, logins, c.names);
+        const ThrowAwaySite site(run, logins, c.names);
         result.step =
             MeasureApart([&] { return site.Enter() && Answer(c); }, [&] { return MakeAccounts(logins); });
         std::vector<AccountRows> rows;
@@ -69,19 +69,19 @@ Result MeasureOnce(const SString& directory, const Case& c, int logins) {
         };
         result.floor = MeasureApart(read, [&] { return WriteRows(site.Folder() + "/floor", rows); });
     }
-    const ThrowAwaySite site(directory, logins, c.names);
+    const ThrowAwaySite site(run, logins, c.names);
     result.visits = MeasureApart([&] { return site.Enter(); }, [&] { return VisitBare(site, logins); });
     return result;
 }
 
 /// Small numbers are over too soon to be measured once.
-Result MeasureCase(const SString& directory, const Case& c, int logins) {
+Result MeasureCase(const RunFolder& run, const Case& c, int logins) {
     const int times = logins <= 1000 ? 7 : logins <= 10000 ? 3 : 1;
     std::vector<Measurement> steps;
     std::vector<Measurement> floors;
     std::vector<Measurement> visits;
     for (int i = 0; i < times; ++i) {
-        const Result result = MeasureOnce(directory, c, logins);
+        const Result result = MeasureOnce(run, c, logins);
         if (!result.step.is_done || !result.floor.is_done || !result.visits.is_done) {
             std::cerr << "a measurement failed\n";
             exit(1);
@@ -119,7 +119,7 @@ void PrintVerdicts(const Case& c, const std::map<int, Result>& results) {
 }  // namespace
 
 int main(int count, char** arguments) {
-    const SString directory = count > 1 ? arguments[1] : "/var/tmp";
+    const RunFolder run(count > 1 ? arguments[1] : "/var/tmp");
     std::vector<int> sizes;
     for (int i = 2; i < count; ++i) {
         sizes.push_back(std::max(1, atoi(arguments[i])));
@@ -132,7 +132,7 @@ int main(int count, char** arguments) {
            "floors", "visits, s", "floors", "B/login");
     for (const int logins : sizes) {
         for (const Case& c : kCases) {
-            PrintRow(c, logins, results[c.name][logins] = MeasureCase(directory, c, logins));
+            PrintRow(c, logins, results[c.name][logins] = MeasureCase(run, c, logins));
         }
     }
     printf("\n");

@@ -131,8 +131,8 @@ BENCHMARK(SearchOnALongLine)->Arg(1000)->Arg(10000000);
 
 int main(int count, char** arguments) {
     const SString directory = GetEnv("TMPDIR");
-    const ThrowAwaySite site(directory.IsEmpty() ? "/var/tmp" : directory, kLogins,
-                             ThrowAwaySite::Names::Distinct);
+    const RunFolder run(directory.IsEmpty() ? "/var/tmp" : directory);
+    const ThrowAwaySite site(run, kLogins, ThrowAwaySite::Names::Distinct);
     benchmark::Initialize(&count, arguments);
     if (benchmark::ReportUnrecognizedArguments(count, arguments) || !site.Enter()) {
         return 1;

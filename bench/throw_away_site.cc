@@ -39,25 +39,31 @@ void Write(const SString& path, const char* text) {
     std::ofstream(path.Bytes()) << text;
 }
 
-}  // namespace
-
-ThrowAwaySite::ThrowAwaySite(const SString& parent, int logins, Names names) {
+SString MakeFolder(const SString& parent) {
     std::string path = (parent + "/accounts.XXXXXX").Bytes();
     if (mkdtemp(path.data()) == nullptr) {
         std::cerr << "cannot make a folder in " << parent << "\n";
         exit(1);
     }
-    folder_ = SString(path);
-    GiveTo(folder_, 0, 0, 0755);
+    GiveTo(SString(path), 0, 0, 0755);
+    return SString(path);
+}
+
+}  // namespace
+
+RunFolder::RunFolder(const SString& parent) : path_(MakeFolder(parent)) {}
+
+RunFolder::~RunFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_.Bytes(), ignored);
+}
+
+ThrowAwaySite::ThrowAwaySite(const RunFolder& run, int logins, Names names)
+    : folder_(MakeFolder(run.Path())) {
     MakeDirectories();
     MakeLogins(logins, names);
     // What is still to be written must not weigh on the measurement.
     syncfs(Descriptor::Open(folder_, O_RDONLY).Get());
-}
-
-ThrowAwaySite::~ThrowAwaySite() {
-    std::error_code ignored;
-    std::filesystem::remove_all(folder_.Bytes(), ignored);
 }
 
 SString ThrowAwaySite::Home(int login) const {

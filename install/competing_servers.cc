@@ -72,7 +72,7 @@ bool HangUpInetd() {
 }
 
 bool StopServer(const SString& name) {
-    const SString shown = Printable(name);
+    const SString shown = Printable(name, "\t");
     if (KillProgram(name, SIGTERM)) {
         Print(kIndent + "Killed " + shown + "\n");
         gstrl_Reminders.Push("Prevent boot startup of '" + shown + "'");

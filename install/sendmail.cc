@@ -57,7 +57,7 @@ void ShowQueue(const SStringList& listing) {
         "Your current 'sendmail' needs to be replaced with a sendmail emulation program. However sendmail's "
         "queue is not empty. Here is the output of the 'mailq' command:");
     Print("\n");
-    for (const SString& line : CutListing(listing)) Print(Printable(line));
+    for (const SString& line : CutListing(listing)) Print(Printable(line, "\t\n"));
     Print("\n");
     PrintParagraph(
         "You should have sendmail deliver its queued messages before continuing with this installation "

@@ -42,7 +42,7 @@ SString ProcessTable(SStringList processes) {
     const SStringList names = NamesOnOffer(std::move(processes));
     SString table = kIndent;
     for (size_t i = 0; i < names.Count(); ++i) {
-        const SString name = Printable(names[i]);
+        const SString name = Printable(names[i], "\t");
         const bool is_last = i + 1 == names.Count();
         const bool ends_row = (i + 1) % kNamesPerRow == 0;
         table += ends_row ? name : PaddedTo(name, kNameWidth) + " ";

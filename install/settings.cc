@@ -47,7 +47,7 @@ void Remind(const SStringList& lines) {
 
 SString ReminderLines() {
     SStringList shown = gstrl_Reminders;
-    for (SString& reminder : shown) reminder = Printable(reminder);
+    for (SString& reminder : shown) reminder = Printable(reminder, "\t");
     return "    " + shown.Join("\n    ") + "\n";
 }
 

@@ -38,22 +38,25 @@ size_t SequenceLength(std::string_view text, size_t at) {
     return length;
 }
 
-bool IsControl(std::string_view text, size_t at) {
+/// Whether a sequence of a length is a control character; 0 is a byte that belongs to none, which terminals
+/// take for one of ISO 8859.
+bool IsControl(std::string_view text, size_t at, size_t length) {
     const unsigned first = Byte(text, at);
-    return (first < 0x20 && first != '\t') || first == 0x7F || (first == 0xC2 && Byte(text, at + 1) < 0xA0);
+    if (length == 0) return first < 0xA0;
+    return first < 0x20 || first == 0x7F || (first == 0xC2 && Byte(text, at + 1) < 0xA0);
 }
 
 }  // namespace
 
-SString Printable(const SString& text) {
-    SString body = text;
-    const std::string_view bytes = body.ChopLineEnd().Bytes();
+SString Printable(const SString& text, std::string_view kept) {
+    const std::string_view bytes = text.Bytes();
     std::string result;
     for (size_t at = 0; at < bytes.size();) {
         const size_t length = SequenceLength(bytes, at);
-        const bool is_shown = length > 0 && !IsControl(bytes, at);
-        result += is_shown ? bytes.substr(at, length) : "?";
-        at += length > 0 ? length : 1;
+        const std::string_view character = bytes.substr(at, length > 0 ? length : 1);
+        const bool is_shown = !IsControl(bytes, at, length) || kept.find(character) != std::string_view::npos;
+        result += is_shown ? character : "?";
+        at += character.size();
     }
-    return result.append(text.Bytes(), body.Length());
+    return result;
 }

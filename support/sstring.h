@@ -25,6 +25,10 @@ class SString {
     template <Number T>
     explicit SString(T number) : bytes_(std::to_string(number)) {}  // decimal text
     SString(char c, size_t count) : bytes_(count, c) {}
+    template <Number T>
+    SString& operator=(T number) {  // decimal text
+        return *this = SString(number);
+    }
 
     SString& operator+=(const SString& other);
     SString& operator+=(char c);
@@ -91,6 +95,7 @@ std::ostream& operator<<(std::ostream& out, const SString& text);
 /// nothing).
 std::istream& operator>>(std::istream& in, SString& text);
 
-/// The text with every control character from outside replaced by "?"; tabs stay, and a line end at the end.
-/// Bytes of 0x80 and above stay where they form valid UTF-8 that is no control character (U+0080 to U+009F).
-SString Printable(const SString& text);
+/// The text with every control character replaced by "?", but for those kept. In UTF-8 these are U+0080 to
+/// U+009F, too, and of the bytes that form no valid UTF-8 those that ISO 8859 has for them: a name in that
+/// character set keeps its letters.
+SString Printable(const SString& text, std::string_view kept = "");

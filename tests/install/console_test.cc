@@ -160,7 +160,7 @@ TEST(PrintParagraph, HasTheProgramsWidth) {
 TEST(PrintParagraph, ShowsNoControlCharacters) {
     const Dialogue dialogue;
     PrintParagraph("Couldn't create \x1b[2J/mail\r\xc2\x9b:\ta b\xc3\xa9\x7f");
-    EXPECT_EQ(dialogue.Screen(), "Couldn't create ?[2J/mail??:  a b\xc3\xa9?\n");
+    EXPECT_EQ(dialogue.Screen(), "Couldn't create ?[2J/mail??:?a b\xc3\xa9?\n");
 }
 
 TEST(AbortAtEndOfInput, SaysSoAndStopsTheStep) {

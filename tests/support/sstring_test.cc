@@ -32,6 +32,14 @@ TEST(SString, CopiesAreIndependent) {
     EXPECT_EQ(text, "abcabc");
 }
 
+TEST(SString, TakesTextAndNumbers) {
+    SString text = "a";
+    EXPECT_EQ(text = -17L, "-17");
+    EXPECT_EQ(text = 0, "0");
+    EXPECT_EQ(text = "b", "b");
+    EXPECT_EQ(text = SString("c"), "c");
+}
+
 TEST(SString, IsJoinedOnEitherSide) {
     const SString b = "b";
     EXPECT_EQ("a" + b, "ab");
@@ -334,10 +342,10 @@ TEST(Printable, ShowsNoControlCharacter) {
         SString text, shown;
     } cases[] = {
         {"", ""},
-        {"plain\ttext\n", "plain\ttext\n"},
-        {"dos\r\n", "dos\r\n"},
+        {"plain text", "plain text"},
+        {"a\tb", "a?b"},
+        {"dos\r\n", "dos??"},
         {"a\rb\nc", "a?b?c"},
-        {"\n\n", "?\n"},
         {"\x1B[2J\x7F\a" + kNul, "?[2J???"},
         {"J\xC3\xBCrgen \xE2\x82\xAC \xF0\x9F\x93\xAC", "J\xC3\xBCrgen \xE2\x82\xAC \xF0\x9F\x93\xAC"},
         {"\xC2\x9B"
@@ -346,18 +354,23 @@ TEST(Printable, ShowsNoControlCharacter) {
         {"\x9B"
          "2J",
          "?2J"},
-        {"\xE9t\xE9", "?t?"},
-        {"\xC0\x9B", "??"},
-        {"\xE0\x82\x9B", "???"},
-        {"\xED\xA0\x80", "???"},
-        {"\xF0\x80\x80\x80", "????"},
-        {"\xF4\x90\x80\x80", "????"},
-        {"\xF5", "?"},
-        {"\xE2\x82", "??"},
-        {"\xC3", "?"},
-        {"\xC3\n", "?\n"},
+        {"\xE9t\xE9", "\xE9t\xE9"},
+        {"\xC0\x9B", "\xC0?"},
+        {"\xE0\x82\x9B", "\xE0??"},
+        {"\xED\xA0\x80", "\xED\xA0?"},
+        {"\xF0\x80\x80\x80", "\xF0???"},
+        {"\xF4\x90\x80\x80", "\xF4???"},
+        {"\xF5", "\xF5"},
+        {"\xE2\x82", "\xE2?"},
+        {"\xC3", "\xC3"},
+        {"\xC3\n", "\xC3?"},
     };
     for (const auto& c : cases) EXPECT_EQ(Printable(c.text), c.shown) << c.text;
+}
+
+TEST(Printable, KeepsWhatItIsTold) {
+    EXPECT_EQ(Printable("\ta\r\x9B\n", "\t\n"), "\ta??\n");
+    EXPECT_EQ(Printable("a\tb" + kNul, "\t"), "a\tb?");
 }
 
 }  // namespace

@@ -92,7 +92,7 @@ void PrintParagraph(const SString& text) {
 }
 
 char Ask(const SString& prompt, const SString& default_answer) {
-    Print(prompt);
+    Print(Printable(prompt));
     return FirstLetter(GetInput(default_answer, 1));
 }
 

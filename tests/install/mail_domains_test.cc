@@ -100,6 +100,12 @@ TEST(AskMailDomains, ReadsAsADialogue) {
               "Is this what you want? yes/no [yes] \n");
 }
 
+TEST(AskMailDomains, ShowsNoControlCharacters) {
+    Dialogue dialogue("pop\nyes\nyes\n");
+    ASSERT_TRUE(AskMailDomains("mail.\x1b[2J", "\x1b[2J"));
+    EXPECT_EQ(dialogue.Screen().Index('\x1b'), -1) << dialogue.Screen();
+}
+
 TEST(AskMailDomains, AsksAgainWhenNoDomainIsLeft) {
     Dialogue dialogue("a_b\nno\n");
     ASSERT_TRUE(AskMailDomains(kHost, kDomain));

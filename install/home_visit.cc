@@ -14,7 +14,6 @@
 namespace {
 
 constexpr size_t kMostBytes = size_t{1} << 20;
-constexpr uint32_t kNobody = 0xffffffff;  // setuid and chown take it for "leave as it is"
 
 Descriptor OpenForReading(const SString& path) {
     struct open_how how = {};
@@ -64,7 +63,7 @@ void WriteNotice(const SString& path, const SString& text) {
 
 HomeFindings VisitHome(const SString& home, const Identity& user, const SString& notice) {
     HomeFindings findings;
-    if (home[0] != '/' || user.uid == kNobody || user.gid == kNobody) return findings;
+    if (home[0] != '/' || !user.IsSomebody()) return findings;
     AsUser identity(user.uid, user.gid, user.groups);
     if (!identity.IsTaken()) return findings;
     const SString base = (home[-1] == '/' ? home : home + "/") + "/";

@@ -28,6 +28,6 @@ Maildrop RepairMaildrop(const SString& path, const Identity& user, gid_t mail_gr
     Descriptor file = Descriptor::Open(path, O_WRONLY | O_NOFOLLOW | O_NONBLOCK);
     auto opened = file.Stat();
     bool is_same = opened && opened->st_dev == seen.st_dev && opened->st_ino == seen.st_ino;
-    if (is_same && IsPlain(*opened)) GiveTo(user, mail_group, file, *opened);
+    if (is_same && IsPlain(*opened) && user.IsSomebody()) GiveTo(user, mail_group, file, *opened);
     return Maildrop::Fine;
 }

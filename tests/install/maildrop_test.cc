@@ -59,6 +59,18 @@ TEST(RepairMaildrop, LeavesWhatIsRightUntouched) {
     EXPECT_EQ(StatusOf(path).st_ctim.tv_sec, before.st_ctim.tv_sec);
 }
 
+TEST(RepairMaildrop, GivesNothingToAnIdThatIsNone) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("anna", "", 0600);
+    ASSERT_EQ(chown(path.CString(), 33, 33), 0);
+    for (const Identity& user : {Identity{UINT32_MAX, 2001, {}}, Identity{2001, UINT32_MAX, {}}}) {
+        EXPECT_EQ(RepairMaildrop(path, user, kMail), Maildrop::Fine);
+        EXPECT_EQ(StatusOf(path).st_uid, 33U);
+        EXPECT_EQ(StatusOf(path).st_gid, 33U);
+        EXPECT_EQ(StatusOf(path).st_mode & 07777, 0600U);
+    }
+}
+
 TEST(RepairMaildrop, MakesNoFile) {
     const TemporaryFolder folder;
     EXPECT_EQ(RepairMaildrop(folder / "anna", kUser, kMail), Maildrop::Fine);

@@ -1,5 +1,6 @@
 #include "install/new_account.h"
 
+#include <algorithm>
 #include <array>
 
 #include "support/address.h"
@@ -36,6 +37,13 @@ std::array<Field, kFields> Fields(const NewAccount& account, const SString& pass
     }};
 }
 
+/// Whether mail could reach the account. One that no mail reaches would be made anew by every run.
+bool IsAddressable(const NewAccount& account) {
+    return IsLocalPart(account.login) && std::ranges::any_of(account.addresses, [](const SString& address) {
+               return S821Address(address).IsValid();
+           });
+}
+
 /// Sets the account's first count fields; gives how many of them were accepted.
 size_t SetFields(const std::array<Field, kFields>& fields, size_t count, SAccountMod* mod) {
     size_t accepted = 0;
@@ -49,7 +57,7 @@ Outcome Attempt(const NewAccount& account, size_t* count, SString* uid_and_passw
     AccountTransaction transaction;
     SAccountDBMod database;
     const Lookup owner = FindOwner(&database, account.addresses);
-    if (owner == Lookup::Found || !IsLocalPart(account.login)) {
+    if (owner == Lookup::Found || !IsAddressable(account)) {
         transaction.Commit();  // of nothing: the caller's goes on
         return owner == Lookup::Found ? Outcome::Exists : Outcome::Failed;
     }

@@ -81,6 +81,16 @@ TEST_F(MakeOneAccount, TakesOnlyLoginsThatCanBeAddressed) {
     EXPECT_TRUE(database_.Uids().IsEmpty());
 }
 
+TEST_F(MakeOneAccount, MakesNoneWhereNoAddressIsOne) {
+    NewAccount account = Jones();
+    account.addresses = {"jones@corp-", "jones@mail.corp-"};
+    EXPECT_EQ(Make(account), Outcome::Failed);
+    EXPECT_TRUE(database_.Uids().IsEmpty());
+    account.addresses.Push("jones@example.com");
+    EXPECT_EQ(Make(account), Outcome::Created);
+    EXPECT_EQ(Make(account), Outcome::Exists);
+}
+
 TEST_F(MakeOneAccount, KeepsTheFieldsInFrontOfARefusedOne) {
     database_.Refuse("NEW.name = 'UNIX-UserName'");
     EXPECT_EQ(Make(Jones()), Outcome::Failed);

@@ -1,5 +1,6 @@
 #include "bench/measure.h"
 
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -21,6 +22,15 @@ double StatusBytes(const std::string& key) {
     return kilobytes * 1024;
 }
 
+double CpuSeconds() {
+    rusage used{};
+    getrusage(RUSAGE_SELF, &used);
+    const auto seconds = [](const timeval& time) {
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+    };
+    return seconds(used.ru_utime) + seconds(used.ru_stime);
+}
+
 /// The peak falls back to what is in use now.
 void ForgetPeak() {
     std::ofstream("/proc/self/clear_refs") << "5";
@@ -31,10 +41,12 @@ Measurement Measure(const std::function<bool()>& prepare, const std::function<bo
     const bool is_prepared = prepare();
     ForgetPeak();
     const double before = StatusBytes("VmRSS:");
+    const double cpu_before = CpuSeconds();
     const auto start = std::chrono::steady_clock::now();
     measurement.is_done = is_prepared && work();
     const std::chrono::duration<double> duration = std::chrono::steady_clock::now() - start;
     measurement.seconds = duration.count();
+    measurement.cpu_seconds = CpuSeconds() - cpu_before;
     measurement.peak_bytes = StatusBytes("VmHWM:") - before;
     return measurement;
 }

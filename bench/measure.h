@@ -7,8 +7,9 @@
 
 struct Measurement {
     double seconds = 0;
-    double peak_bytes = 0;  // beyond what the process had when the work began
-    bool is_done = false;   // the work's own verdict
+    double cpu_seconds = 0;  // of the processor: what a busy machine changes little about
+    double peak_bytes = 0;   // beyond what the process had when the work began
+    bool is_done = false;    // the work's own verdict
 };
 
 Measurement MeasureApart(const std::function<bool()>& prepare, const std::function<bool()>& work);

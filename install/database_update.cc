@@ -100,7 +100,8 @@ Exchange ExchangeDatabase(const SString& file) {
     if (!Rename(file + ".install", file)) {
         return RollBack(file) ? Exchange::RolledBack : Exchange::NotRestored;
     }
-    SyncParent(
-        file);  // one that fails costs the new version at a power failure, and the next run repeats this
+    RemoveFile(file + ".install");  // still there where it was another name of the old database
+    // A sync that fails costs the new version at a power failure, and the next run repeats this.
+    SyncParent(file);
     return Exchange::Done;
 }

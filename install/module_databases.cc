@@ -17,8 +17,8 @@ SString ConfigDirectory() {
 }
 
 SStringList ModulesWithNewVersion() {
-    SStringList modules = BaseName(ReadDir(ConfigDirectory()), "").Grep("/.\\.install$/");
-    modules.Grep("s/\\.install$//");
+    SStringList modules = BaseName(ReadDir(ConfigDirectory()), "").Grep("/.\\.install\\z/");
+    modules.Grep("s/\\.install\\z//");
     modules.Delete(kAccounts);
     modules.Sort();
     return modules;

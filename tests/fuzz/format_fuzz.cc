@@ -28,9 +28,9 @@ void CheckFormat(const SString& text, int width, int indent) {
 }
 
 void CheckPrintable(const SString& text) {
-    SString shown = Printable(text);
+    const SString shown = Printable(text);
     Require(Printable(shown) == shown);
-    for (const char c : shown.ChopLineEnd().Bytes()) Require(IsPlain(c));
+    for (const char c : shown.Bytes()) Require(IsPlain(c));
 }
 
 }  // namespace

@@ -135,6 +135,16 @@ TEST_F(ExchangeDatabaseTest, FinishesAfterARunKilledAfterTheBackup) {
     ExpectDone();
 }
 
+// A rename between two names of one file does nothing, which would leave a new version to install forever.
+TEST_F(ExchangeDatabaseTest, FinishesWhereTheNewVersionIsTheOldOne) {
+    RemoveFile(folder_ / "M.install");
+    ASSERT_TRUE(AddName(folder_ / "M", folder_ / "M.install"));
+    EXPECT_EQ(ExchangeDatabase(folder_ / "M"), Exchange::Done);
+    EXPECT_EQ(Text("M"), "old");
+    EXPECT_EQ(Text("M.backup"), "old");
+    EXPECT_FALSE(EntryExists(folder_ / "M.install"));
+}
+
 TEST_F(ExchangeDatabaseTest, InstallsNothingWithoutABackup) {
     MakeDir(folder_ / "M.backup", 0700);
     EXPECT_EQ(ExchangeDatabase(folder_ / "M"), Exchange::NotBackedUp);

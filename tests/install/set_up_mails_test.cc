@@ -256,6 +256,7 @@ TEST(ResultsMailBody, FillsSkippedLoginsToTwelveCharacters) {
         {"thirteen-char", "X", "thirteen-char (X)"},
         {"bin", "", "bin"},
         {"-a", "X\r\n.\r\nQUIT", "-a           (X??.??QUIT)"},
+        {"b\r\n", ".\n", "b??          (.?)"},
     };
     for (const auto& c : cases) {
         AccountResults results;

@@ -129,9 +129,7 @@ void PrintVerdicts(const Case& c, const std::map<int, Result>& results) {
 int main(int count, char** arguments) {
     const RunFolder run(count > 1 ? arguments[1] : "/var/tmp");
     std::vector<int> sizes;
-    for (int i = 2; i < count; ++i) {
-        sizes.push_back(std::max(1, atoi(arguments[i])));
-    }
+    for (int i = 2; i < count; ++i) sizes.push_back(std::max(1, atoi(arguments[i])));
     if (sizes.empty()) {
         sizes = {1000, 10000, 100000};
     }
@@ -143,8 +141,6 @@ int main(int count, char** arguments) {
         }
     }
     printf("\n");
-    for (const Case& c : kCases) {
-        PrintVerdicts(c, results[c.name]);
-    }
+    for (const Case& c : kCases) PrintVerdicts(c, results[c.name]);
     return 0;
 }

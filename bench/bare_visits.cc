@@ -45,16 +45,12 @@ bool VisitBare(const ThrowAwaySite& site, int logins) {
     for (int i = 0; i < logins && is_done; ++i) {
         {
             const AsRoot root;
-            if (LookAt(site.MaildropFile(i))) {
-                OpenAndLook(site.MaildropFile(i), O_WRONLY);
-            }
+            if (LookAt(site.MaildropFile(i))) OpenAndLook(site.MaildropFile(i), O_WRONLY);
         }
         const AsUser user(ThrowAwaySite::Uid(i), kUsersGroup, {kUsersGroup});
         const SString home = site.Home(i);
         for (const char* name : {"/.project", "/.plan"}) {
-            if (LookAt(home + name)) {
-                OpenAndLook(home + name, O_RDONLY);
-            }
+            if (LookAt(home + name)) OpenAndLook(home + name, O_RDONLY);
         }
         LookAt(home + "/.forward");
         is_done = user.IsTaken() && LeaveNotice(home + "/.forward.NOTICE", text);

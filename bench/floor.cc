@@ -23,9 +23,7 @@ template <typename Visit>
 void ForEach(sqlite::Connection* connection, const char* sql, const Visit& visit) {
     Statement statement = connection->Prepare(sql);
     Execution query(statement);
-    while (query.Next() == Step::Row) {
-        visit(query);
-    }
+    while (query.Next() == Step::Row) visit(query);
 }
 
 }  // namespace
@@ -34,9 +32,7 @@ void ForEach(sqlite::Connection* connection, const char* sql, const Visit& visit
 std::vector<AccountRows> ReadRows(const SString& database) {
     std::vector<AccountRows> accounts;
     const auto connection = sqlite::Connection::Open(database, sqlite::Mode::Shared);
-    if (!connection) {
-        return accounts;
-    }
+    if (!connection) return accounts;
     const auto account = [&](const Execution& row) -> AccountRows& {
         return accounts[static_cast<size_t>(row.Number(0)) - 1];
     };
@@ -54,9 +50,7 @@ std::vector<AccountRows> ReadRows(const SString& database) {
 bool WriteRows(const SString& database, const std::vector<AccountRows>& accounts) {
     std::ofstream(database.Bytes()).flush();
     const auto connection = sqlite::Connection::Open(database, sqlite::Mode::Shared);
-    if (!connection || !connection->Execute(kSchema)) {
-        return false;
-    }
+    if (!connection || !connection->Execute(kSchema)) return false;
     Statement add = connection->Prepare("INSERT INTO accounts (uid) VALUES (?1)");
     Statement add_value =
         connection->Prepare("INSERT INTO fields (account, name, position, value) VALUES (?1, ?2, ?3, ?4)");

@@ -57,18 +57,14 @@ Measurement MeasureApart(const std::function<bool()>& prepare, const std::functi
     int channel[2];
     Measurement measurement;
     std::cout.flush();
-    if (pipe(channel) != 0) {
-        return measurement;
-    }
+    if (pipe(channel) != 0) return measurement;
     const pid_t child = fork();
     if (child == 0) {
         measurement = Measure(prepare, work);
         _exit(write(channel[1], &measurement, sizeof measurement) == sizeof measurement ? 0 : 1);
     }
     close(channel[1]);
-    if (read(channel[0], &measurement, sizeof measurement) != sizeof measurement) {
-        measurement = Measurement();
-    }
+    if (read(channel[0], &measurement, sizeof measurement) != sizeof measurement) measurement = Measurement();
     close(channel[0]);
     waitpid(child, nullptr, 0);
     return measurement;

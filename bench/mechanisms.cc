@@ -22,17 +22,13 @@ SString Login(int64_t i) {
 // --- logins: the last of a long "/etc/passwd"
 
 void LoginByCLibrary(benchmark::State& state) {
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(getpwnam(Login(kLogins - 1).CString()));
-    }
+    for (auto _ : state) benchmark::DoNotOptimize(getpwnam(Login(kLogins - 1).CString()));
 }
 BENCHMARK(LoginByCLibrary);
 
 void LoginByIndex(benchmark::State& state) {
     LoginIndex index;
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(index.Find(Login(kLogins - 1)));
-    }
+    for (auto _ : state) benchmark::DoNotOptimize(index.Find(Login(kLogins - 1)));
 }
 BENCHMARK(LoginByIndex);
 
@@ -66,9 +62,7 @@ void AccountsInACommit(benchmark::State& state) {
             continue;
         }
         AccountTransaction transaction;
-        for (int64_t i = 0; i < state.range(0); ++i) {
-            MakeAccount(number++);
-        }
+        for (int64_t i = 0; i < state.range(0); ++i) MakeAccount(number++);
         transaction.Commit();
     }
     SyncAccounts();
@@ -84,9 +78,7 @@ void AccountUidOfOneName(benchmark::State& state) {
     for (int64_t i = 0; i < state.range(0); ++i) {
         accounts.ModifyAccount(GenerateAccountUID("John Smith"), &account);
     }
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(GenerateAccountUID("John Smith"));
-    }
+    for (auto _ : state) benchmark::DoNotOptimize(GenerateAccountUID("John Smith"));
 }
 BENCHMARK(AccountUidOfOneName)->Arg(100)->Arg(10000);
 
@@ -94,16 +86,12 @@ BENCHMARK(AccountUidOfOneName)->Arg(100)->Arg(10000);
 
 void ShiftThroughAList(benchmark::State& state) {
     SStringList whole;
-    for (int64_t i = 0; i < state.range(0); ++i) {
-        whole.Push("element");
-    }
+    for (int64_t i = 0; i < state.range(0); ++i) whole.Push("element");
     for (auto _ : state) {
         state.PauseTiming();
         SStringList list = whole;
         state.ResumeTiming();
-        while (!list.IsEmpty()) {
-            list.Shift();
-        }
+        while (!list.IsEmpty()) list.Shift();
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
@@ -111,18 +99,14 @@ BENCHMARK(ShiftThroughAList)->Arg(1000)->Arg(1000000);
 
 void PatternOnALongLine(benchmark::State& state) {
     const SString line('x', static_cast<size_t>(state.range(0)));
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(line.Matches("x[ab]"));
-    }
+    for (auto _ : state) benchmark::DoNotOptimize(line.Matches("x[ab]"));
     state.SetBytesProcessed(state.iterations() * state.range(0));
 }
 BENCHMARK(PatternOnALongLine)->Arg(1000)->Arg(10000000);
 
 void SearchOnALongLine(benchmark::State& state) {
     const SString line('x', static_cast<size_t>(state.range(0)));
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(memchr(line.CString(), 'z', line.Length()));
-    }
+    for (auto _ : state) benchmark::DoNotOptimize(memchr(line.CString(), 'z', line.Length()));
     state.SetBytesProcessed(state.iterations() * state.range(0));
 }
 BENCHMARK(SearchOnALongLine)->Arg(1000)->Arg(10000000);
@@ -134,9 +118,7 @@ int main(int count, char** arguments) {
     const RunFolder run(directory.IsEmpty() ? "/var/tmp" : directory);
     const ThrowAwaySite site(run, kLogins, ThrowAwaySite::Names::Distinct);
     benchmark::Initialize(&count, arguments);
-    if (benchmark::ReportUnrecognizedArguments(count, arguments) || !site.Enter()) {
-        return 1;
-    }
+    if (benchmark::ReportUnrecognizedArguments(count, arguments) || !site.Enter()) return 1;
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 }

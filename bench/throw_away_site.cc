@@ -79,9 +79,7 @@ unsigned ThrowAwaySite::Uid(int login) {
 }
 
 void ThrowAwaySite::MakeDirectories() const {
-    for (const char* name : {"/home", "/mail"}) {
-        MakeDir(folder_ + name, 0755);
-    }
+    for (const char* name : {"/home", "/mail"}) MakeDir(folder_ + name, 0755);
     for (const char* name : {"/data", "/data/config", "/data/control", "/data/messages", "/data/deferred"}) {
         MakeDir(folder_ + name, 0750);
         GiveTo(folder_ + name, kMailOwner, kMailOwner, 0750);

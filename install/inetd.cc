@@ -73,9 +73,7 @@ void ReportNotReset(const SStringList& conflicts) {
 bool LeaveToAdministrator(const SStringList& conflicts) {
     PrintParagraph("You will be reminded to do this when the installation has been completed.");
     Print("\n");
-    for (const SString& name : conflicts) {
-        gstrl_Reminders.Push("Remove from " + gstr_InetdConf + ": " + name);
-    }
+    for (const SString& name : conflicts) gstrl_Reminders.Push("Remove from " + gstr_InetdConf + ": " + name);
     NoteShowStopper(conflicts);
     gstrl_Reminders.Push("");
     Remind({kHangUp});

@@ -53,15 +53,9 @@ std::vector<SpecialAccount> SpecialAccounts() {
 void Create(SAccountDBMod* database, SAccountMod* modification, const SpecialAccount& account) {
     AccountTransaction creation;
     // Another process may have made it meanwhile: then it is somebody's, and stays as it is.
-    if (database->ModifyAccount(account.uid, modification) == 0 || !modification->IsNew()) {
-        return;
-    }
-    for (const Field& field : account.fields) {
-        modification->Set(field.name, field.values);
-    }
-    if (account.is_locked) {
-        modification->Lock();
-    }
+    if (database->ModifyAccount(account.uid, modification) == 0 || !modification->IsNew()) return;
+    for (const Field& field : account.fields) modification->Set(field.name, field.values);
+    if (account.is_locked) modification->Lock();
     creation.Commit();
 }
 
@@ -71,9 +65,7 @@ bool SetupSpecialAccounts() {
     SAccountDBMod database;
     SAccountMod modification;
     for (const SpecialAccount& account : SpecialAccounts()) {
-        if (database.GetAccountInfo(account.uid, nullptr) == 0) {
-            Create(&database, &modification, account);
-        }
+        if (database.GetAccountInfo(account.uid, nullptr) == 0) Create(&database, &modification, account);
     }
     return true;
 }

@@ -11,9 +11,7 @@ int SAccountDB::GetAccountInfo(const SString& uid, SAccount* record) {
 }
 
 Lookup SAccountDB::Find(const SString& uid, SAccount* record) {
-    if (record == nullptr) {
-        return Store().Find(uid);
-    }
+    if (record == nullptr) return Store().Find(uid);
     record->uid_ = uid;
     record->locked_ = false;
     return Store().Read(uid, &record->fields_, &record->locked_);
@@ -51,9 +49,7 @@ bool Change(AccountStore& store, const Work& work) {
         return own.IsOpen() && work() && own.Commit();
     }
     const bool is_done = store.IsWritable() && work();
-    if (!is_done && store.IsWritable()) {
-        store.Break();
-    }
+    if (!is_done && store.IsWritable()) store.Break();
     return is_done;
 }
 
@@ -86,9 +82,7 @@ int SAccountMod::Lock() {
 AccountTransaction::AccountTransaction() : open_(AccountStore::Shared().Begin()) {}
 
 AccountTransaction::~AccountTransaction() {
-    if (!ended_) {
-        AccountStore::Shared().End(false);
-    }
+    if (!ended_) AccountStore::Shared().End(false);
 }
 
 bool AccountTransaction::Commit() {

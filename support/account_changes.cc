@@ -24,9 +24,7 @@ bool AccountStore::Begin() {
 }
 
 bool AccountStore::BeginTransaction() {
-    if (OpenSession(true) != DatabaseState::Ready) {
-        return false;
-    }
+    if (OpenSession(true) != DatabaseState::Ready) return false;
     transaction_.emplace(*session_->connection);
     return transaction_->IsOpen();
 }
@@ -34,18 +32,12 @@ bool AccountStore::BeginTransaction() {
 // On a full disk and its like the library gives up the whole transaction by itself. What is still written
 // then would be lasting at once, without the rest: the outermost scope has to count as broken.
 bool AccountStore::End(bool commit) {
-    if (transaction_ && !transaction_->IsOpen()) {
-        broken_from_ = 1;
-    }
-    if (!commit && IsWritable()) {
-        Break();
-    }
+    if (transaction_ && !transaction_->IsOpen()) broken_from_ = 1;
+    if (!commit && IsWritable()) Break();
     const bool is_done = depth_ == 1 ? EndTransaction() : EndPart();
     epoch_ += is_done ? 0 : 1;
     --depth_;
-    if (broken_from_ > depth_) {
-        broken_from_ = INT_MAX;
-    }
+    if (broken_from_ > depth_) broken_from_ = INT_MAX;
     return is_done;
 }
 
@@ -71,12 +63,8 @@ bool AccountStore::EndPart() {
 // log has to wait; then the log itself is what must be on the disk.
 bool AccountStore::Sync() {
     const DatabaseState state = OpenSession(false);
-    if (state != DatabaseState::Ready) {
-        return state == DatabaseState::Missing;
-    }
-    if (!session_->connection->Execute("PRAGMA wal_checkpoint")) {
-        return false;
-    }
+    if (state != DatabaseState::Ready) return state == DatabaseState::Missing;
+    if (!session_->connection->Execute("PRAGMA wal_checkpoint")) return false;
     const SString log = session_->path + "-wal";
     const Descriptor file = Descriptor::Open(log, O_RDONLY);
     return (!file || file.Sync()) && SyncParent(session_->path);
@@ -115,9 +103,7 @@ bool AccountStore::SetField(int64_t id, const SString& uid, const SString& field
     }
     int64_t position = 0;
     for (const SString& value : values) {
-        if (!Execution(session_->add_value, id, field, position++, value).Run()) {
-            return false;
-        }
+        if (!Execution(session_->add_value, id, field, position++, value).Run()) return false;
     }
     return !has_addresses || AddAddresses(id, values);
 }
@@ -129,9 +115,7 @@ bool AccountStore::Lock(int64_t id, const SString& uid) {
 bool AccountStore::AddAddresses(int64_t id, const SStringList& values) {
     for (const SString& value : values) {
         const SString key = S821Address(value).Key();
-        if (!key.IsEmpty() && !Execution(session_->add_address, key, id).Run()) {
-            return false;
-        }
+        if (!key.IsEmpty() && !Execution(session_->add_address, key, id).Run()) return false;
     }
     return true;
 }
@@ -142,9 +126,7 @@ bool AccountStore::RemoveAddresses(int64_t id) {
     Step step = old.Next();
     for (; step == Step::Row; step = old.Next()) {
         const SString key = S821Address(old.Text(0)).Key();
-        if (!Execution(session_->remove_address, key, id).Run()) {
-            return false;
-        }
+        if (!Execution(session_->remove_address, key, id).Run()) return false;
     }
     return step == Step::Done;
 }

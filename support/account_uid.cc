@@ -33,14 +33,10 @@ class Numbers {
 
 SString GenerateAccountUID(const SString& name) {
     SString base = name.S("\\W+", "_", "g");
-    if (IsFree(base)) {
-        return base;
-    }
+    if (IsFree(base)) return base;
     static Numbers numbers;
     long& number = numbers.Of(base);
-    while (!IsFree(base + SString(number))) {
-        ++number;
-    }
+    while (!IsFree(base + SString(number))) ++number;
     return base + SString(number);
 }
 

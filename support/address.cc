@@ -64,9 +64,7 @@ std::optional<std::string> QuotedWord(Cursor& cursor) {
     while (!cursor.TakeIf('"')) {
         cursor.TakeIf('\\');
         const auto c = TakePrintable(cursor);
-        if (!c) {
-            return std::nullopt;
-        }
+        if (!c) return std::nullopt;
         word += *c;
     }
     return word.empty() ? std::nullopt : std::optional(word);
@@ -77,9 +75,7 @@ std::optional<std::string> PlainWord(Cursor& cursor) {
     std::string word;
     while (!cursor.IsAtEnd() && (IsPlain(cursor.Peek()) || cursor.Peek() == '\\')) {
         const auto c = cursor.TakeIf('\\') ? TakePrintable(cursor) : std::optional(cursor.Take());
-        if (!c) {
-            return std::nullopt;
-        }
+        if (!c) return std::nullopt;
         word += *c;
     }
     return word.empty() ? std::nullopt : std::optional(word);
@@ -90,9 +86,7 @@ std::optional<std::string> ReadLocalPart(Cursor& cursor) {
     std::string local;
     do {
         const auto word = cursor.TakeIf('"') ? QuotedWord(cursor) : PlainWord(cursor);
-        if (!word) {
-            return std::nullopt;
-        }
+        if (!word) return std::nullopt;
         local += (local.empty() ? "" : ".") + *word;
     } while (cursor.TakeIf('.'));
     return local;
@@ -111,26 +105,18 @@ bool IsLabel(std::string_view label) {
 }
 
 bool IsLiteral(std::string_view domain) {
-    if (domain.size() < 3 || !domain.starts_with('[') || !domain.ends_with(']')) {
-        return false;
-    }
+    if (domain.size() < 3 || !domain.starts_with('[') || !domain.ends_with(']')) return false;
     for (const char c : domain.substr(1, domain.size() - 2)) {
-        if (!IsLetterOrDigit(c) && c != '.' && c != ':' && c != '-') {
-            return false;
-        }
+        if (!IsLetterOrDigit(c) && c != '.' && c != ':' && c != '-') return false;
     }
     return true;
 }
 
 bool IsDomain(std::string_view domain) {
-    if (domain.starts_with('[')) {
-        return IsLiteral(domain);
-    }
+    if (domain.starts_with('[')) return IsLiteral(domain);
     size_t dot = 0;
     for (; (dot = domain.find('.')) != std::string_view::npos; domain.remove_prefix(dot + 1)) {
-        if (!IsLabel(domain.substr(0, dot))) {
-            return false;
-        }
+        if (!IsLabel(domain.substr(0, dot))) return false;
     }
     return IsLabel(domain);
 }
@@ -138,19 +124,13 @@ bool IsDomain(std::string_view domain) {
 // "@one,@two:" in front of the mailbox says which way the mail should take; nobody follows it any more
 // (RFC 1123 section 5.3.6). The text without it; nothing when it is malformed.
 std::optional<std::string_view> WithoutRoute(std::string_view text) {
-    if (!text.starts_with('@')) {
-        return text;
-    }
+    if (!text.starts_with('@')) return text;
     while (text.starts_with('@')) {
         const size_t end = text.find_first_of(",:");
-        if (end == std::string_view::npos || !IsDomain(text.substr(1, end - 1))) {
-            return std::nullopt;
-        }
+        if (end == std::string_view::npos || !IsDomain(text.substr(1, end - 1))) return std::nullopt;
         const bool is_last = text[end] == ':';
         text.remove_prefix(end + 1);
-        if (is_last) {
-            return text;
-        }
+        if (is_last) return text;
     }
     return std::nullopt;
 }
@@ -160,9 +140,7 @@ bool NeedsQuotes(std::string_view local) {
         return true;
     }
     for (const char c : local) {
-        if (!IsPlain(c) && c != '.') {
-            return true;
-        }
+        if (!IsPlain(c) && c != '.') return true;
     }
     return false;
 }
@@ -181,9 +159,7 @@ S821Address& S821Address::operator=(const SString& text) {
 void S821Address::Parse(const SString& text) {
     *this = S821Address();
     std::string_view path = Trimmed(text.Bytes());
-    if (path.starts_with('<') && path.ends_with('>')) {
-        path = Trimmed(path.substr(1, path.size() - 2));
-    }
+    if (path.starts_with('<') && path.ends_with('>')) path = Trimmed(path.substr(1, path.size() - 2));
     const auto mailbox = WithoutRoute(path);
     if (path.empty() || !mailbox) {
         valid_ = path.empty();
@@ -200,9 +176,7 @@ void S821Address::Parse(const SString& text) {
 }
 
 SString S821Address::Address() const {
-    if (!valid_ || local_.IsEmpty()) {
-        return "";
-    }
+    if (!valid_ || local_.IsEmpty()) return "";
     const SString local = NeedsQuotes(local_.Bytes()) ? Quoted(local_) : local_;
     return domain_.IsEmpty() ? local : local + "@" + domain_;
 }

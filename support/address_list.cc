@@ -24,9 +24,7 @@ class Splitter {
     explicit Splitter(const std::string& list) : list_(list) {}
 
     SStringList Addresses() {
-        while (at_ < list_.size()) {
-            TakeToken(list_[at_]);
-        }
+        while (at_ < list_.size()) TakeToken(list_[at_]);
         FinishPiece();
         return addresses_;
     }
@@ -75,9 +73,7 @@ class Splitter {
 
     size_t EndOfEnclosed(char closing) const {
         size_t end = at_ + 1;
-        while (end < list_.size() && list_[end] != closing) {
-            end += list_[end] == '\\' ? 2 : 1;
-        }
+        while (end < list_.size() && list_[end] != closing) end += list_[end] == '\\' ? 2 : 1;
         return std::min(end + 1, list_.size());
     }
 

@@ -17,9 +17,7 @@ constexpr mode_t kMode = 0640;
 // What opens with a blocking look (a FIFO) or is no file at all is told apart before SQLite sees it.
 DatabaseState LookAt(const SString& path) {
     struct stat facts {};
-    if (path.IsEmpty()) {
-        return DatabaseState::Failed;
-    }
+    if (path.IsEmpty()) return DatabaseState::Failed;
     if (stat(path.CString(), &facts) != 0) {
         return errno == ENOENT ? DatabaseState::Missing : DatabaseState::Failed;
     }
@@ -49,18 +47,14 @@ sqlite::Mode ModeFor(const SString& path) {
 
 DatabaseState Recognise(sqlite::Connection& connection, const DatabaseFormat& format) {
     const auto id = connection.Value("PRAGMA application_id");
-    if (id && *id == format.application_id) {
-        return DatabaseState::Ready;
-    }
+    if (id && *id == format.application_id) return DatabaseState::Ready;
     const auto tables = connection.Value("SELECT count(*) FROM sqlite_schema");
     return tables && *tables == "0" ? DatabaseState::Missing : DatabaseState::Failed;
 }
 
 bool MakeSchema(sqlite::Connection& connection, const DatabaseFormat& format) {
     sqlite::Transaction transaction(connection);
-    if (!transaction.IsOpen()) {
-        return false;
-    }
+    if (!transaction.IsOpen()) return false;
     if (Recognise(connection, format) != DatabaseState::Missing) {
         return Recognise(connection, format) == DatabaseState::Ready;  // another process was faster
     }
@@ -89,16 +83,12 @@ SString DatabasePath(const SString& name) {
 
 OpenedDatabase OpenForReading(const SString& path, const DatabaseFormat& format) {
     OpenedDatabase database{LookAt(path), nullptr};
-    if (database.state != DatabaseState::Ready) {
-        return database;
-    }
+    if (database.state != DatabaseState::Ready) return database;
     const sqlite::Mode mode = ModeFor(path);
     auto connection = sqlite::Connection::Open(path, mode);
     database.is_snapshot = mode == sqlite::Mode::Immutable;
     database.state = connection ? Recognise(*connection, format) : DatabaseState::Failed;
-    if (database.state == DatabaseState::Ready) {
-        database.connection = std::move(connection);
-    }
+    if (database.state == DatabaseState::Ready) database.connection = std::move(connection);
     return database;
 }
 

@@ -75,9 +75,7 @@ bool AddValues(sqlite::Connection& connection, const SString& table, const SStri
         connection.Prepare("INSERT INTO settings (path, key, position, value) VALUES (?1, ?2, ?3, ?4)");
     int64_t position = 0;
     for (const SString& value : values) {
-        if (!sqlite::Execution(statement, table, key, position++, value).Run()) {
-            return false;
-        }
+        if (!sqlite::Execution(statement, table, key, position++, value).Run()) return false;
     }
     return true;
 }
@@ -97,9 +95,7 @@ int Sdbfile::Open(const SString& table_path, int writable) {
         table = Step::Row;
     }
     state_->missing = database.state == DatabaseState::Missing || table == Step::Done;
-    if (table == Step::Row) {
-        state_->connection = std::move(database.connection);
-    }
+    if (table == Step::Row) state_->connection = std::move(database.connection);
     return table == Step::Row;
 }
 
@@ -114,23 +110,17 @@ SStringList Sdbfile::Get(const SString& key) const {
 
 bool Sdbfile::Read(const SString& key, SStringList* values) const {
     values->Reset();
-    if (!state_->connection) {
-        return false;
-    }
+    if (!state_->connection) return false;
     sqlite::Statement statement = state_->connection->Prepare(
         "SELECT value FROM settings WHERE path = ?1 AND key = ?2 ORDER BY position");
     sqlite::Execution query(statement, state_->table, key);
     Step step = query.Next();
-    for (; step == Step::Row; step = query.Next()) {
-        values->Push(query.Text(0));
-    }
+    for (; step == Step::Row; step = query.Next()) values->Push(query.Text(0));
     return step == Step::Done;
 }
 
 int Sdbfile::Set(const SString& key, const SStringList& values) {
-    if (!state_->connection || !state_->writable) {
-        return 0;
-    }
+    if (!state_->connection || !state_->writable) return 0;
     sqlite::Connection& connection = *state_->connection;
     sqlite::Transaction transaction(connection);
     return transaction.IsOpen() && RemoveValues(connection, state_->table, key) &&
@@ -153,9 +143,7 @@ bool HasSomethingBeside(const SString& path) {
 
 bool SettleDatabase(const SString& database) {
     const SString path = DatabasePath(database);
-    if (path.IsEmpty() || !HasSomethingBeside(path)) {
-        return !path.IsEmpty();
-    }
+    if (path.IsEmpty() || !HasSomethingBeside(path)) return !path.IsEmpty();
     // Opening works off what a transaction has left; a journal that was begun, but holds nothing yet, only
     // goes with the next one.
     const OpenedDatabase opened = OpenForWriting(path, kFormat);

@@ -51,9 +51,7 @@ sqlite3_stmt* Statement::Prepared() {
 }
 
 Execution::~Execution() {
-    if (statement_ != nullptr) {
-        sqlite3_reset(statement_);
-    }
+    if (statement_ != nullptr) sqlite3_reset(statement_);
 }
 
 void Execution::Bind(int index, const SString& value) {
@@ -101,9 +99,7 @@ std::unique_ptr<Connection> Connection::Open(const SString& path, Mode mode) {
     sqlite3* handle = nullptr;
     const int code = sqlite3_open_v2(uri.CString(), &handle, flags, nullptr);
     std::unique_ptr<Connection> connection(new Connection(handle));  // to be closed even after a failure
-    if (code != SQLITE_OK) {
-        return nullptr;
-    }
+    if (code != SQLITE_OK) return nullptr;
     sqlite3_busy_timeout(handle, kLockWait);
     return connection->Execute(kPrecautions) ? std::move(connection) : nullptr;
 }
@@ -136,9 +132,7 @@ Transaction::Transaction(Connection& connection) : connection_(connection) {
 
 // A refused commit, too, leaves the transaction open.
 Transaction::~Transaction() {
-    if (IsOpen()) {
-        Execution(connection_.rollback_).Run();
-    }
+    if (IsOpen()) Execution(connection_.rollback_).Run();
 }
 
 bool Transaction::Commit() {

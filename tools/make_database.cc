@@ -29,9 +29,7 @@ bool Complain(const SString& what) {
 }
 
 bool ReadLine(const SString& line, Tables* tables) {
-    if (line.Matches("^\\s*(#|$)")) {
-        return true;
-    }
+    if (line.Matches("^\\s*(#|$)")) return true;
     const SStringList setting = line.M("^(/\\S*)[ \\t]+([^:]*[^: \\t]):(?: (.*))?$");
     const SStringList table = line.M("^(/\\S*)\\s*$");
     if (!setting.IsEmpty()) {
@@ -44,9 +42,7 @@ bool ReadLine(const SString& line, Tables* tables) {
 
 bool ReadText(const SString& path, Tables* tables) {
     std::ifstream file(path.CString(), std::ios::binary);
-    if (!file) {
-        return Complain("cannot read " + path);
-    }
+    if (!file) return Complain("cannot read " + path);
     SString line;  // of a directory nothing can be read, and so nothing is in it
     for (int number = 1; file >> line; ++number) {
         if (!ReadLine(line.ChopLineEnd(), tables)) {
@@ -60,13 +56,9 @@ bool ReadText(const SString& path, Tables* tables) {
 bool WriteTables(const SString& name, const Tables& tables) {
     Sdbfile database(name, 0);
     for (const auto& [path, settings] : tables) {
-        if (database.Open(path, 1) == 0) {
-            return false;
-        }
+        if (database.Open(path, 1) == 0) return false;
         for (const SString& key : settings.Keys()) {
-            if (database.Set(key, settings.Get(key)) == 0) {
-                return false;
-            }
+            if (database.Set(key, settings.Get(key)) == 0) return false;
         }
     }
     return true;

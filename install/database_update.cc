@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "support/database_file.h"
 #include "support/descriptor.h"
 #include "support/file.h"
 #include "support/sdbfile.h"
@@ -90,7 +91,8 @@ SNamedStringList ReadPreserveMap(const SStringList& lines) {
 }
 
 bool UpdateDatabase(const SString& new_database, const SString& old_database, SStringList addresses) {
-    return Settle(new_database, old_database) &&
+    // Opened for writing, a new version that is gone (another run was faster) would be made anew, empty.
+    return EntryExists(DatabasePath(new_database)) && Settle(new_database, old_database) &&
            CarryOverAll(old_database, new_database, std::move(addresses)) &&
            Settle(new_database, old_database);
 }

@@ -15,8 +15,8 @@ SNamedStringList ReadPreserveMap(const SStringList& lines);
 
 /// Copies every listed setting from the old database into the new one; both are given by base name. A setting
 /// whose table the old one lacks is left as shipped. False when one could not be read or stored (the others
-/// are copied all the same), or when something of the databases lies beside their files, which a rename would
-/// lose.
+/// are copied all the same), when there is no new database, or when something of the databases lies beside
+/// their files, which a rename would lose.
 bool UpdateDatabase(const SString& new_database, const SString& old_database, SStringList addresses);
 
 enum class Exchange {

@@ -81,6 +81,13 @@ TEST_F(UpdateDatabaseTest, HasNothingToCarryOverWithoutAnOldDatabase) {
     EXPECT_FALSE(EntryExists(folder_ / "config/Missing"));
 }
 
+// Another run may have put it into service since it was listed: one made anew would hold the site's settings
+// only.
+TEST_F(UpdateDatabaseTest, MakesNoNewVersionWhereThereIsNone) {
+    EXPECT_FALSE(UpdateDatabase("Missing", "Old", "/Config/Socket"));
+    EXPECT_FALSE(EntryExists(folder_ / "config/Missing"));
+}
+
 TEST_F(UpdateDatabaseTest, FailsRatherThanResetASettingThatCannotBeRead) {
     folder_.Write("config/Damaged", "this is no database, but it holds the site's settings\n");
     EXPECT_FALSE(UpdateDatabase("New", "Damaged", "/Config/Socket"));

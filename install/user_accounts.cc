@@ -110,6 +110,7 @@ int AddAccounts(AccountMethod method, gid_t mail_group, AccountResults results) 
     Print("\n");
     if (candidates->empty()) {
         Print("No accounts to create.\n");
+        QueueSetUpMails(results, gstr_HostName);  // Postmaster hears who was left out
         return 1;
     }
     PrintCount(candidates->size(), results.accounts_existed);

@@ -22,13 +22,13 @@ SString Login(int64_t i) {
 // --- logins: the last of a long "/etc/passwd"
 
 void LoginByCLibrary(benchmark::State& state) {
-    for (auto _ : state) benchmark::DoNotOptimize(getpwnam(Login(kLogins - 1).CString()));
+    for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(getpwnam(Login(kLogins - 1).CString()));
 }
 BENCHMARK(LoginByCLibrary);
 
 void LoginByIndex(benchmark::State& state) {
     LoginIndex index;
-    for (auto _ : state) benchmark::DoNotOptimize(index.Find(Login(kLogins - 1)));
+    for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(index.Find(Login(kLogins - 1)));
 }
 BENCHMARK(LoginByIndex);
 
@@ -56,7 +56,7 @@ void MakeAccount(int64_t i) {
 void AccountsInACommit(benchmark::State& state) {
     StartEmpty();
     int64_t number = 0;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         if (state.range(0) == 0) {
             MakeAccount(number++);
             continue;
@@ -78,7 +78,7 @@ void AccountUidOfOneName(benchmark::State& state) {
     for (int64_t i = 0; i < state.range(0); ++i) {
         accounts.ModifyAccount(GenerateAccountUID("John Smith"), &account);
     }
-    for (auto _ : state) benchmark::DoNotOptimize(GenerateAccountUID("John Smith"));
+    for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(GenerateAccountUID("John Smith"));
 }
 BENCHMARK(AccountUidOfOneName)->Arg(100)->Arg(10000);
 
@@ -87,7 +87,7 @@ BENCHMARK(AccountUidOfOneName)->Arg(100)->Arg(10000);
 void ShiftThroughAList(benchmark::State& state) {
     SStringList whole;
     for (int64_t i = 0; i < state.range(0); ++i) whole.Push("element");
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         state.PauseTiming();
         SStringList list = whole;
         state.ResumeTiming();
@@ -99,14 +99,15 @@ BENCHMARK(ShiftThroughAList)->Arg(1000)->Arg(1000000);
 
 void PatternOnALongLine(benchmark::State& state) {
     const SString line('x', static_cast<size_t>(state.range(0)));
-    for (auto _ : state) benchmark::DoNotOptimize(line.Matches("x[ab]"));
+    for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(line.Matches("x[ab]"));
     state.SetBytesProcessed(state.iterations() * state.range(0));
 }
 BENCHMARK(PatternOnALongLine)->Arg(1000)->Arg(10000000);
 
 void SearchOnALongLine(benchmark::State& state) {
     const SString line('x', static_cast<size_t>(state.range(0)));
-    for (auto _ : state) benchmark::DoNotOptimize(memchr(line.CString(), 'z', line.Length()));
+    for ([[maybe_unused]] auto _ : state)
+        benchmark::DoNotOptimize(memchr(line.CString(), 'z', line.Length()));
     state.SetBytesProcessed(state.iterations() * state.range(0));
 }
 BENCHMARK(SearchOnALongLine)->Arg(1000)->Arg(10000000);

@@ -4,6 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
+#include <climits>
 #include <csignal>
 #include <cstdlib>
 #include <ctime>
@@ -47,6 +49,15 @@ void SetSignalDefaults() {
     std::signal(SIGCHLD, SIG_DFL);
 }
 
+/// The directory that it was started in may be gone, as after an upgrade. Every probe's shell would complain
+/// of that on the screen.
+void LeaveRemovedDirectory() {
+    std::array<char, PATH_MAX> here{};
+    if (getcwd(here.data(), here.size()) != nullptr) return;
+    const int changed = chdir("/");
+    static_cast<void>(changed);  // where even that is refused, the complaints are all that is amiss
+}
+
 bool IsStartedByRoot() {
     if (getuid() == 0) return true;
     PrintParagraph("You must be root to run the installation program.");
@@ -73,6 +84,7 @@ bool StartUp() {
     OpenMissingDescriptors();
     MakeDescriptorsWait();
     SetSignalDefaults();
+    LeaveRemovedDirectory();
     RememberGroups();
     if (!IsStartedByRoot()) return false;
     umask(007);

@@ -2,19 +2,17 @@
 
 #include "support/account_store.h"
 
-AccountStore& SAccountBase::Store() {
-    return AccountStore::Shared();
-}
+AccountStore& SAccountBase::_dbf_DB = AccountStore::Shared();
 
 int SAccountDB::GetAccountInfo(const SString& uid, SAccount* record) {
     return Find(uid, record) == Lookup::Found;
 }
 
 Lookup SAccountDB::Find(const SString& uid, SAccount* record) {
-    if (record == nullptr) return Store().Find(uid);
+    if (record == nullptr) return _dbf_DB.Find(uid);
     record->uid_ = uid;
     record->locked_ = false;
-    return Store().Read(uid, &record->fields_, &record->locked_);
+    return _dbf_DB.Read(uid, &record->fields_, &record->locked_);
 }
 
 SString SAccountDB::GetAccountUID(const S821Address& address) {
@@ -24,19 +22,19 @@ SString SAccountDB::GetAccountUID(const S821Address& address) {
 
 Lookup SAccountDB::FindOwner(const S821Address& address, SString* uid) {
     const SString key = address.Key();
-    return key.IsEmpty() ? Lookup::Missing : Store().FindOwner(key, uid);
+    return key.IsEmpty() ? Lookup::Missing : _dbf_DB.FindOwner(key, uid);
 }
 
 SStringList SAccountDB::AccountUIDList() {
-    return Store().Uids();
+    return _dbf_DB.Uids();
 }
 
 long SAccountDB::AccountCount() {
-    return Store().Count();
+    return _dbf_DB.Count();
 }
 
 SStringList SAccountDB::GetLocalMailDomains() {
-    return Store().Domains();
+    return _dbf_DB.Domains();
 }
 
 namespace {
@@ -57,8 +55,8 @@ bool Change(AccountStore& store, const Work& work) {
 
 int SAccountDBMod::ModifyAccount(const SString& uid, SAccountMod* mod) {
     AccountStore::Binding binding;
-    const bool is_bound = !uid.IsEmpty() && Change(Store(), [&] {
-        binding = Store().Bind(uid);
+    const bool is_bound = !uid.IsEmpty() && Change(_dbf_DB, [&] {
+        binding = _dbf_DB.Bind(uid);
         return binding.id != 0;
     });
     mod->uid_ = uid;
@@ -68,15 +66,15 @@ int SAccountDBMod::ModifyAccount(const SString& uid, SAccountMod* mod) {
 }
 
 int SAccountDBMod::DeleteAccount(const SString& uid) {
-    return Change(Store(), [&] { return Store().Delete(uid); });
+    return Change(_dbf_DB, [&] { return _dbf_DB.Delete(uid); });
 }
 
 int SAccountMod::Set(const SString& field, const SStringList& values) {
-    return id_ != 0 && Change(Store(), [&] { return Store().SetField(id_, Uid(), field, values); });
+    return id_ != 0 && Change(_dbf_DB, [&] { return _dbf_DB.SetField(id_, Uid(), field, values); });
 }
 
 int SAccountMod::Lock() {
-    return id_ != 0 && Change(Store(), [&] { return Store().Lock(id_, Uid()); });
+    return id_ != 0 && Change(_dbf_DB, [&] { return _dbf_DB.Lock(id_, Uid()); });
 }
 
 AccountTransaction::AccountTransaction() : open_(AccountStore::Shared().Begin()) {}

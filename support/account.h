@@ -13,7 +13,7 @@ class SAccountBase {
     virtual ~SAccountBase() = default;
 
   protected:
-    static AccountStore& Store();
+    static AccountStore& _dbf_DB;  // the one database of all account objects of the process
 };
 
 /// One account's UID and its fields, as read.

@@ -40,7 +40,7 @@ bool LeaveNotice(const SString& path, const std::string& text) {
 }  // namespace
 
 bool VisitBare(const ThrowAwaySite& site, int logins) {
-    const std::string text(700, 'x');  // about as long as the real notice
+    const std::string text(321, 'x');  // about as long as the real notice
     bool is_done = true;
     for (int i = 0; i < logins && is_done; ++i) {
         {

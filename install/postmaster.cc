@@ -18,13 +18,13 @@ void ShowList(const SString& label, const SStringList& entries) {
     Print(label + shown.Join("\n" + SString(' ', 21)) + "\n");
 }
 
-void ShowPostmaster(SAccountDB* accounts, const SAccount& postmaster) {
+void ShowPostmaster(const SAccount& postmaster, const SStringList& addresses) {
     Print("\n");
     PrintParagraph("The Postmaster account is currently configured with the following information:");
     Print("\n    Password:        [not shown]\n\n");
     ShowList("    Access Domains:  ", postmaster.Get("Access-Domains"));
     Print("\n");
-    ShowList("    Postmasters:     ", DeliveryAddresses(accounts, DeliveriesOf(postmaster)));
+    ShowList("    Postmasters:     ", addresses);
 }
 
 void IntroduceNewAccount() {
@@ -88,8 +88,10 @@ Replacement Replace(SAccountDB* accounts, SAccountMod* postmaster, const Deliver
 }
 
 bool ChangeDeliveries(SAccountDB* accounts, SAccountMod* postmaster, const Deliveries& old) {
+    const std::optional<SStringList> addresses = DeliveryAddresses(accounts, old);
+    if (!addresses) return AbortInaccessible();
     Print("Postmasters: ");
-    const SString answer = GetInput(DeliveryAddresses(accounts, old).Join(","), 1);
+    const SString answer = GetInput(addresses->Join(","), 1);
     SStringList refusals;
     const std::optional<Deliveries> chosen =
         ChooseDeliveries(accounts, S822Parser(answer).Addresses(), gstr_HostName, gstr_DomainName, &refusals);
@@ -143,7 +145,9 @@ bool SetupAdminAccount() {
         return AbortInaccessible();
     }
     if (!is_new) {
-        ShowPostmaster(&accounts, record);
+        const std::optional<SStringList> addresses = DeliveryAddresses(&accounts, DeliveriesOf(record));
+        if (!addresses) return AbortInaccessible();
+        ShowPostmaster(record, *addresses);
         const char answer = Ask("Do you want to change any information? yes/no/quit ", "no");
         if (answer != 'y') return answer != 'q';
     }

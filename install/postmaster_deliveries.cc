@@ -36,11 +36,13 @@ Deliveries DeliveriesOf(const SAccount& account) {
     return {account.Get("Account-Delivery"), account.Get("Channel-Delivery")};
 }
 
-SStringList DeliveryAddresses(SAccountDB* accounts, const Deliveries& deliveries) {
+std::optional<SStringList> DeliveryAddresses(SAccountDB* accounts, const Deliveries& deliveries) {
     SStringList addresses;
     for (const SString& uid : deliveries.accounts) {
         SAccount account;
-        if (accounts->GetAccountInfo(uid, &account) != 0) addresses.Push(account.Get("SMTP-Address").Get(0));
+        const Lookup found = accounts->Find(uid, &account);
+        if (found == Lookup::Failed) return std::nullopt;
+        if (found == Lookup::Found) addresses.Push(account.Get("SMTP-Address").Get(0));
     }
     addresses.Delete("");  // an account that has none
     SStringList elsewhere = deliveries.channels;

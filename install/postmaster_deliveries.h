@@ -16,8 +16,9 @@ struct Deliveries {
 Deliveries DeliveriesOf(const SAccount& account);
 
 /// The deliveries as addresses: a local account's first one (an account that is gone is left out), and what
-/// follows "SMTP ", without angle brackets.
-SStringList DeliveryAddresses(SAccountDB* accounts, const Deliveries& deliveries);
+/// follows "SMTP ", without angle brackets. Nothing when the accounts cannot be asked: a list with one
+/// missing would be offered, and stored, as the default.
+std::optional<SStringList> DeliveryAddresses(SAccountDB* accounts, const Deliveries& deliveries);
 
 /// The deliveries that a list of addresses stands for. An address without a domain is one of this host, one
 /// whose domain is a single label is completed with the mail domain. What cannot be delivered to is left out

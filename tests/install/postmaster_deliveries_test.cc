@@ -49,6 +49,12 @@ TEST_F(PostmasterDeliveries, AreShownAsAddresses) {
                            "dora@far.example", "<@relay.example:emil@far.example>", "FAX 555"}));
 }
 
+TEST_F(PostmasterDeliveries, AreNotShownInPart) {
+    const Deliveries deliveries{{"Anna_Berg"}, {"SMTP carla@far.example"}};
+    Execute("DROP TABLE fields");
+    EXPECT_EQ(DeliveryAddresses(&accounts_, deliveries), std::nullopt);
+}
+
 TEST_F(PostmasterDeliveries, AreChosenByAddress) {
     const SString not_local = "Address doesn't refer to a local account: ";
     const struct {

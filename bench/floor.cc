@@ -47,10 +47,15 @@ std::vector<AccountRows> ReadRows(const SString& database) {
     return accounts;
 }
 
-bool WriteRows(const SString& database, const std::vector<AccountRows>& accounts) {
+bool MakeEmpty(const SString& database) {
     std::ofstream(database.Bytes()).flush();
     const auto connection = sqlite::Connection::Open(database, sqlite::Mode::Shared);
-    if (!connection || !connection->Execute(kSchema)) return false;
+    return connection && connection->Execute(kSchema);
+}
+
+bool WriteRows(const SString& database, const std::vector<AccountRows>& accounts) {
+    const auto connection = sqlite::Connection::Open(database, sqlite::Mode::Shared);
+    if (!connection) return false;
     Statement add = connection->Prepare("INSERT INTO accounts (uid) VALUES (?1)");
     Statement add_value =
         connection->Prepare("INSERT INTO fields (account, name, position, value) VALUES (?1, ?2, ?3, ?4)");

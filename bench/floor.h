@@ -18,5 +18,7 @@ struct AccountRows {
 
 /// What a finished account database holds.
 std::vector<AccountRows> ReadRows(const SString& database);
-/// Makes a new database with these rows, and has it on the disk.
+/// Makes a new database without rows.
+bool MakeEmpty(const SString& database);
+/// Adds these rows to it in one transaction, and has them on the disk.
 bool WriteRows(const SString& database, const std::vector<AccountRows>& accounts);

@@ -1,6 +1,6 @@
 // accounts [DIRECTORY [N...]]: how fast AddUserAccounts gives accounts to N logins (1,000, 10,000 and 100,000
 // where none are named), in fresh folders under DIRECTORY (/var/tmp), against the floor: the same rows in one
-// SQLite transaction. The visits are the bare system calls on homes and maildrop files, in floors, too; the
+// SQLite transaction. The visits are a loop over homes and maildrop files alone, in floors, too; the
 // CPU columns leave out waiting for the disk and for other processes. Needs root: "/etc/passwd" is another
 // one for the processes that measure.
 #include <algorithm>

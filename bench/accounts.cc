@@ -16,7 +16,7 @@
 #include "bench/throw_away_site.h"
 #include "install/settings.h"
 #include "install/steps.h"
-#include "support/account.h"
+#include "support/database/account.h"
 
 namespace {
 

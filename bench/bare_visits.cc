@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "support/identity.h"
+#include "support/system/identity.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <fstream>
 
-#include "support/sqlite.h"
+#include "support/database/sqlite.h"
 
 using sqlite::Execution;
 using sqlite::Statement;

@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "support/sstring.h"
+#include "support/text/sstring.h"
 
 struct AccountRows {
     struct Field {

@@ -6,10 +6,10 @@
 #include <cstring>
 
 #include "bench/throw_away_site.h"
-#include "install/login_index.h"
-#include "support/account.h"
-#include "support/file.h"
-#include "support/host.h"
+#include "install/accounts/login_index.h"
+#include "support/database/account.h"
+#include "support/system/environment.h"
+#include "support/system/file.h"
 
 namespace {
 

@@ -13,10 +13,10 @@
 #include <iostream>
 
 #include "install/settings.h"
-#include "support/descriptor.h"
-#include "support/file.h"
-#include "support/host.h"
-#include "support/identity.h"
+#include "support/system/descriptor.h"
+#include "support/system/environment.h"
+#include "support/system/file.h"
+#include "support/system/identity.h"
 
 namespace {
 

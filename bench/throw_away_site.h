@@ -1,7 +1,7 @@
 // A site for one measurement: logins with homes and maildrop files, and the mail system's directories.
 #pragma once
 
-#include "support/sstring.h"
+#include "support/text/sstring.h"
 
 /// Where the sites of a run stand. They are removed together at its end: ext4 is several times slower where
 /// files were removed shortly before.

@@ -1,4 +1,5 @@
 #include "install/console.h"
+#include "support/text/printable.h"
 
 #include <algorithm>
 #include <iostream>

@@ -2,7 +2,7 @@
 // Everything is written to standard output and flushed before an answer is read.
 #pragma once
 
-#include "support/sstring_list.h"
+#include "support/text/sstring_list.h"
 
 /// The text re-wrapped: words separated by one blank (two after "!", ".", ":", "?"), every line followed by
 /// line_end. A line may run a character or two past width - indent, as separators are not counted.

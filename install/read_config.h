@@ -3,7 +3,7 @@
 //     DomainName=example.com
 #pragma once
 
-#include "support/sstring_list.h"
+#include "support/text/sstring_list.h"
 
 /// The value of the key: what stands after "=" up to the first blank. The first line that begins with the key
 /// decides; when it is not of that form, nothing further is searched and the value is empty. So is one that

@@ -1,4 +1,5 @@
 #include "install/settings.h"
+#include "support/text/printable.h"
 
 const SString gstr_ConfigFile = "/etc/tern.harbor.conf";
 const SString gstr_ProductName = "tern.harbor";

@@ -6,7 +6,7 @@
 #include <csignal>
 #include <cstdint>
 
-#include "support/sstring_list.h"
+#include "support/text/sstring_list.h"
 
 // --- constants
 extern const SString gstr_ConfigFile;      // "/etc/tern.harbor.conf"

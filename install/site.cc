@@ -7,9 +7,11 @@
 #include "install/console.h"
 #include "install/read_config.h"
 #include "install/settings.h"
-#include "support/descriptor.h"
-#include "support/file.h"
-#include "support/host.h"
+#include "support/system/descriptor.h"
+#include "support/system/environment.h"
+#include "support/system/file.h"
+#include "support/system/host.h"
+#include "support/text/sstring_list.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 // databases say about this host, as the program-wide settings and in the environment.
 #pragma once
 
-#include "support/sstring.h"
+#include "support/text/sstring.h"
 
 /// Sets the site's settings and exports them. False when one cannot be found; the message is printed.
 bool DetermineSite();

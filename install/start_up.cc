@@ -15,7 +15,7 @@
 #include "install/signals.h"
 #include "install/site.h"
 #include "install/steps.h"
-#include "support/identity.h"
+#include "support/system/identity.h"
 
 namespace {
 

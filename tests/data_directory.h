@@ -1,8 +1,8 @@
 // A mail system's data directory for one test, with an empty "config", named by the environment.
 #pragma once
 
-#include "support/file.h"
-#include "support/host.h"
+#include "support/system/environment.h"
+#include "support/system/file.h"
 #include "tests/temporary_folder.h"
 
 class DataDirectory {

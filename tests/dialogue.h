@@ -5,7 +5,7 @@
 #include <iostream>
 #include <sstream>
 
-#include "support/sstring.h"
+#include "support/text/sstring.h"
 
 class Dialogue {
   public:

@@ -1,9 +1,9 @@
 // Outputs of real hosts' programs, kept in tests/data.
 #pragma once
 
-#include "support/descriptor.h"
-#include "support/file.h"
-#include "support/sstring_list.h"
+#include "support/system/descriptor.h"
+#include "support/system/file.h"
+#include "support/text/sstring_list.h"
 
 /// The lines of a recorded output.
 inline SStringList Recorded(const SString& name) {

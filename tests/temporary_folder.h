@@ -9,7 +9,7 @@
 #include <fstream>
 #include <system_error>
 
-#include "support/sstring.h"
+#include "support/text/sstring.h"
 
 class TemporaryFolder {
   public:

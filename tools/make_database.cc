@@ -14,10 +14,10 @@
 #include <fstream>
 #include <iostream>
 
-#include "support/file.h"
-#include "support/host.h"
-#include "support/named_list.h"
-#include "support/sdbfile.h"
+#include "support/database/sdbfile.h"
+#include "support/system/environment.h"
+#include "support/system/file.h"
+#include "support/text/named_list.h"
 
 namespace {
 

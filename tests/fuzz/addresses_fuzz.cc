@@ -2,7 +2,7 @@
 // again, and stays the same.
 #include <cstdlib>
 
-#include "support/address.h"
+#include "support/mail/address.h"
 
 namespace {
 

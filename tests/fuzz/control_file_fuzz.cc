@@ -2,7 +2,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "support/field_text.h"
+#include "support/mail/field_text.h"
 
 namespace {
 

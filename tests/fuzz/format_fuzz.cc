@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "install/console.h"
+#include "support/text/printable.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "support/pattern.h"
-#include "support/sstring_list.h"
+#include "support/text/pattern.h"
+#include "support/text/sstring_list.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "install/server_lists.h"
-#include "support/descriptor.h"
-#include "support/process.h"
+#include "install/host/server_lists.h"
+#include "support/system/descriptor.h"
+#include "support/system/process.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <cstdlib>
 
 #include "install/read_config.h"
-#include "support/descriptor.h"
+#include "support/system/descriptor.h"
 
 namespace {
 

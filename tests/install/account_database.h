@@ -4,10 +4,10 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "support/account.h"
-#include "support/file.h"
-#include "support/host.h"
-#include "support/sqlite.h"
+#include "support/database/account.h"
+#include "support/database/sqlite.h"
+#include "support/system/environment.h"
+#include "support/system/file.h"
 #include "tests/temporary_folder.h"
 
 class AccountDatabase {

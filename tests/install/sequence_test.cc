@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "install/steps.h"
-#include "support/sstring_list.h"
+#include "support/text/sstring_list.h"
 #include "tests/dialogue.h"
 
 namespace {

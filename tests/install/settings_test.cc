@@ -2,7 +2,7 @@
 
 #include "install/settings.h"
 #include "install/steps.h"
-#include "support/file.h"
+#include "support/system/file.h"
 
 namespace {
 

@@ -12,8 +12,8 @@
 #include <csignal>
 #include <vector>
 
-#include "support/descriptor.h"
-#include "support/host.h"
+#include "support/system/descriptor.h"
+#include "support/system/environment.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include "install/sequence.h"
 #include "install/start_up.h"
 #include "install/steps.h"
-#include "support/sstring.h"
+#include "support/text/sstring.h"
 
 namespace {
 

@@ -1,0 +1,61 @@
+// The loop of the account step: each login's maildrop is repaired, its home visited and its account made, and
+// a line tells how that went.
+#pragma once
+
+#include <deque>
+
+#include "install/accounts/account_results.h"
+#include "install/accounts/home_visit.h"
+#include "install/accounts/login_index.h"
+#include "install/accounts/maildrop.h"
+#include "install/accounts/new_account.h"
+
+struct Candidate {
+    SString full_name;
+    SString login;
+    SString home;
+};
+
+struct AccountSite {
+    SString host;
+    SString access_domain;
+    SString maildrop_directory;  // ends in "/"
+    gid_t mail_group = 0;
+    SStringList mail_domains;  // at least one
+};
+
+class AccountLoop {
+  public:
+    AccountLoop(const AccountSite& site, AccountResults* results) : site_(site), results_(results) {}
+
+    /// Takes the candidates in their order, until there are none left or a signal has come. What the screen
+    /// calls created is committed.
+    void Run(std::deque<Candidate> candidates);
+
+  private:
+    struct Visit {
+        Candidate candidate;
+        NewAccount account;
+        Maildrop maildrop = Maildrop::Fine;
+        Outcome outcome = Outcome::Failed;
+        SString uid_and_password;
+    };
+    using Visits = std::deque<Visit>;
+
+    void RunOne(const Candidate& candidate);
+    void RunMany(std::deque<Candidate>* candidates);
+    Visits VisitSome(std::deque<Candidate>* candidates);
+    SStringList Addresses(const SString& login) const;
+    SString MaildropPath(const SString& login) const { return site_.maildrop_directory + login; }
+    Visit MakeVisit(const Candidate& candidate, const Identity& user);
+    static bool WriteTogether(Visits* visits);
+    void Write(Visits* visits);
+    void Record(const Visit& visit);
+
+    SString Beginning(const Candidate& candidate) const;
+    SString Alert(const Visit& visit) const;
+
+    const AccountSite& site_;
+    AccountResults* results_;
+    LoginIndex logins_;
+};

@@ -1,0 +1,75 @@
+#include "install/accounts/home_visit.h"
+
+#include <fcntl.h>
+#include <linux/openat2.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "support/system/descriptor.h"
+#include "support/system/file.h"
+#include "support/system/identity.h"
+
+namespace {
+
+constexpr size_t kMostBytes = size_t{1} << 20;
+
+Descriptor OpenForReading(const SString& path) {
+    struct open_how how = {};
+    how.flags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    how.resolve = RESOLVE_NO_MAGICLINKS;
+    long fd = syscall(SYS_openat2, AT_FDCWD, path.CString(), &how, sizeof how);
+    if (fd >= 0) return Descriptor(static_cast<int>(fd));
+    // A kernel before 5.6, or a container that does not know the call.
+    bool is_unknown = errno == ENOSYS || errno == EPERM;
+    return is_unknown ? Descriptor::Open(path, O_RDONLY | O_NONBLOCK | O_NOFOLLOW) : Descriptor();
+}
+
+/// The lines of a user's file, without their line ends.
+SStringList ReadLines(const SString& path) {
+    if (!IsRegular(path)) return {};  // a device or a FIFO may act on being opened
+    Descriptor file = OpenForReading(path);
+    auto status = file.Stat();
+    if (!status || !S_ISREG(status->st_mode) || status->st_size == 0) return {};
+    auto text = file.ReadAll(kMostBytes + 1);
+    if (!text) return {};
+    std::string bytes = text->Bytes();
+    bool is_cut = bytes.size() > kMostBytes;
+    if (is_cut) bytes.resize(bytes.rfind('\n', kMostBytes - 1) + 1);  // 0 where there is none
+    SStringList lines = Lines(SString(bytes));
+    for (SString& line : lines) {
+        if (line[-1] == '\n') line.Chop();
+    }
+    return lines;
+}
+
+void AddSection(const char* title, const char* rule, const SStringList& lines, SStringList* finger_lines) {
+    if (lines.IsEmpty()) return;
+    finger_lines->Push(title);
+    finger_lines->Push(rule);
+    finger_lines->Push(lines);
+    finger_lines->Push("");
+}
+
+void WriteNotice(const SString& path, const SString& text) {
+    Descriptor file = Descriptor::Open(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0644);
+    if (!file) return;
+    bool written = file.WriteAll(text);
+    if (!file.Close() || !written) RemoveFile(path);  // a full disk: half a notice would never be made whole
+}
+
+}  // namespace
+
+HomeFindings VisitHome(const SString& home, const Identity& user, const SString& notice) {
+    HomeFindings findings;
+    if (home[0] != '/' || !user.IsSomebody()) return findings;
+    AsUser identity(user.uid, user.gid, user.groups);
+    if (!identity.IsTaken()) return findings;
+    const SString base = (home[-1] == '/' ? home : home + "/") + "/";
+    AddSection("Project:", "-------", ReadLines(base + ".project"), &findings.finger_lines);
+    AddSection("Plan:", "----", ReadLines(base + ".plan"), &findings.finger_lines);
+    findings.has_forward = IsRegular(base + ".forward");
+    WriteNotice(base + ".forward.NOTICE", notice);
+    return findings;
+}

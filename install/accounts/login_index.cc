@@ -1,0 +1,60 @@
+#include "install/accounts/login_index.h"
+
+#include <grp.h>
+
+#include <algorithm>
+
+#include "install/accounts/password_entries.h"
+#include "support/system/identity.h"
+
+namespace {
+
+/// "+name" and "-name" are directions to NIS, not logins: the enumeration gives them with user id 0, though
+/// no look-up finds them.
+bool IsLogin(const SString& name) {
+    return name[0] != '+' && name[0] != '-';
+}
+
+}  // namespace
+
+std::optional<Identity> LoginIndex::Find(const SString& login) {
+    if (password_watch_.HasChanged()) ReadLogins();
+    auto rows = logins_.Find(login);
+    if (!rows.empty()) {
+        Ids ids = rows.front().value;  // of a login that stands there twice, getpwnam finds the first
+        return Identity{ids.uid, ids.gid, Groups(login, ids.gid)};
+    }
+    auto entry = EntryOf(login);
+    if (!entry) return std::nullopt;
+    return Identity{entry->uid, entry->gid, GroupsOf(login, entry->gid)};
+}
+
+void LoginIndex::ReadLogins() {
+    logins_ = {};
+    PasswordEntries entries;
+    while (auto entry = entries.Next()) {
+        if (IsLogin(entry->login)) logins_.Add(entry->login, {entry->uid, entry->gid});
+    }
+    logins_.Sort();
+}
+
+void LoginIndex::ReadMembers() {
+    members_ = {};
+    setgrent();
+    while (const struct group* group = getgrent()) {
+        if (group->gr_mem == nullptr) continue;
+        for (char** member = group->gr_mem; *member != nullptr; ++member)
+            members_.Add(*member, group->gr_gid);
+    }
+    endgrent();
+    members_.Sort();
+}
+
+std::vector<gid_t> LoginIndex::Groups(const SString& login, gid_t primary) {
+    if (group_watch_.HasChanged()) ReadMembers();
+    std::vector<gid_t> groups = {primary};
+    for (const auto& row : members_.Find(login)) {
+        if (std::find(groups.begin(), groups.end(), row.value) == groups.end()) groups.push_back(row.value);
+    }
+    return groups;
+}

@@ -1,0 +1,75 @@
+#include "install/accounts/mail_domains.h"
+
+#include "install/console.h"
+#include "support/system/host.h"
+#include "support/text/printable.h"
+
+namespace {
+
+void ExplainMailDomains(const SString& host, const SString& domain) {
+    PrintParagraph(
+        "Please list all of the mail domains that each user should receive mail for, listing the most "
+        "important one first (i.e. the one that should show up on outgoing mail).");
+    PrintParagraph(
+        "For example, if you want all of your users to receive mail addressed to <user@" + domain +
+        "> as well as <user@" + host +
+        ">, and you prefer the address with just your domain for outgoing mail, you would specify");
+    Print("    " + Printable(domain + "," + host) + "\n\n");
+    PrintParagraph("here. You can list as many domains as you want, separated by spaces or commas.");
+}
+
+/// The valid ones among the typed pieces, a lone label completed with the domain.
+SStringList CheckDomains(const SString& answer, const SString& domain) {
+    SStringList accepted;
+    SStringList pieces = answer.Split("[\\s,]+").Grep("/\\S/");
+    for (const SString& piece : pieces) {
+        if (!IsValidDomain(piece)) {
+            Print("Invalid syntax for domain: " + Printable(piece) + "\n");
+        } else {
+            accepted.Push(piece.Index('.') < 0 ? piece + "." + domain : piece);
+        }
+    }
+    return accepted;
+}
+
+/// Adds the host's own name to a list without it, if wanted. False when the administrator quits.
+bool OfferHostName(const SString& host, SStringList* accepted) {
+    if (LowerCase(*accepted).Contains(SString(host).LowerCase())) return true;
+    PrintParagraph(
+        "You didn't specify the hostname of this machine. You will probably see a lot of errors for "
+        "misaddressed mail without it, so you are encouraged to add it to the list.");
+    char answer = Ask("Add " + host + " to the list? yes/no/quit ", "yes");
+    if (answer == 'y') accepted->Push(host);
+    return answer != 'q';
+}
+
+bool ConfirmDomains(const SStringList& accepted) {
+    PrintParagraph("The following domains will be used for addresses in each user's account:");
+    for (const SString& domain : accepted) Print("     " + Printable(domain) + "\n");
+    Print("\n");
+    PrintParagraph("Also, addresses in outgoing mail will have " + accepted.Get(0) + " as the domain.");
+    return Ask("Is this what you want? yes/no ", "yes") != 'n';
+}
+
+}  // namespace
+
+std::optional<SStringList> AskMailDomains(const SString& host, const SString& domain) {
+    ExplainMailDomains(host, domain);
+    SStringList proposal = host;
+    // Ends at the end of input, too: what is proposed then is accepted.
+    for (;;) {
+        Print("Mail domains: ");
+        SString answer = GetInput(proposal.Join(","), 1);
+        Print("Checking domains....\n");
+        SStringList accepted = CheckDomains(answer, domain);
+        if (!OfferHostName(host, &accepted)) return std::nullopt;
+        if (accepted.IsEmpty()) {
+            Print("Error: You must specify at least one domain.\n");
+            proposal = host;
+        } else if (ConfirmDomains(accepted)) {
+            return accepted;
+        } else {
+            proposal = LowerCase(accepted);
+        }
+    }
+}

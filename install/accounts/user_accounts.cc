@@ -1,0 +1,140 @@
+#include <grp.h>
+
+#include "install/accounts/account_form.h"
+#include "install/accounts/account_loop.h"
+#include "install/accounts/account_method.h"
+#include "install/accounts/mail_domains.h"
+#include "install/accounts/password_entries.h"
+#include "install/accounts/set_up_mails.h"
+#include "install/console.h"
+#include "install/critical_section.h"
+#include "install/settings.h"
+#include "install/steps.h"
+#include "support/text/printable.h"
+
+namespace {
+
+constexpr long kOwnAccounts = 8;  // that the mail system itself has at most
+
+/// The group that owns users' maildrop files.
+const struct group* MailGroup() {
+    const struct group* group = getgrnam("mail");
+    return group != nullptr ? group : getgrnam("staff");
+}
+
+void ExplainMissingMailGroup() {
+    PrintParagraph(
+        "ERROR: couldn't find the 'mail' group in the group database. This is assumed to be the group "
+        "owner of users' mailboxes, and must exist for tern.harbor to deliver mail to local users.");
+    PrintParagraph("Please contact Ardenvale at " + gstr_SupportAddress + " or at " + gstr_SupportPhone +
+                   " so that we can support your non-standard configuration in the future.");
+    PrintParagraph("Installation aborted.");
+}
+
+void OfferAccountForm(const SString& use) {
+    PrintParagraph("Would you like to have an account form sent to your mailbox? It can be used to " + use +
+                   " users to the system. Alternately you can use the World-Wide-Web interface "
+                   "for all your administration of tern.harbor.");
+    if (Ask("Send an E-mail account form? yes/no ", "no") == 'y') SendNewAccountForm();
+}
+
+void Skip(const PasswordEntry& entry, const char* reason, AccountResults* results) {
+    results->skipped_names.Push(FullName(entry.comment, entry.login));
+    results->skipped_logins.Push(entry.login);
+    Print("Skipping " + Printable(entry.login) + " (" + reason + ")\n");
+}
+
+std::deque<Candidate> SelectCandidates(PasswordEntries* entries, AccountResults* results) {
+    std::deque<Candidate> candidates;
+    while (auto entry = entries->Next()) {
+        if (gstrl_BadUsers.Contains(entry->login)) {
+            Skip(*entry, "system user", results);
+        } else if (entry->home.IsEmpty()) {
+            Skip(*entry, "no home directory", results);
+        } else {
+            candidates.push_back({FullName(entry->comment, entry->login), entry->login, entry->home});
+        }
+    }
+    return candidates;
+}
+
+/// The users who are to have accounts. Nothing when the password file cannot be opened.
+std::optional<std::deque<Candidate>> ReadCandidates(AccountMethod method, AccountResults* results) {
+    if (method == AccountMethod::AllSources) {
+        Print("Searching for users.... \n\n");
+        PasswordEntries entries;
+        return SelectCandidates(&entries, results);
+    }
+    Print("Searching through " + gstr_PasswdFile + "....\n\n");
+    PasswordEntries entries(gstr_PasswdFile);
+    if (!entries.IsOpen()) return std::nullopt;
+    return SelectCandidates(&entries, results);
+}
+
+void SyncNewAccounts(const AccountResults& results) {
+    if (results.created.IsEmpty() || SyncAccounts()) return;
+    PrintParagraph(
+        "WARNING: the system reported an error when the account database was written to the disk. "
+        "The new accounts may be lost if the system goes down now.");
+    Remind({"Check the disk that holds " + gstr_TernHarbor + "config/ for errors,",
+            "then run this installation program again to add any missing accounts."});
+}
+
+/// One critical section with the messages: an interrupt between an account and its greeting would leave
+/// nobody who knows the password. False after an interrupt.
+bool CreateAccounts(std::deque<Candidate> candidates, const AccountSite& site, AccountResults* results) {
+    Print("Creating user accounts.... \n");
+    {
+        CriticalSection section;
+        AccountLoop(site, results).Run(std::move(candidates));
+        Print("\n");
+        SyncNewAccounts(*results);
+        if (!CriticalSection::WasInterrupted()) QueueSetUpMails(*results, gstr_HostName);
+    }
+    if (!CriticalSection::WasInterrupted()) return true;
+    Print("\nExiting.\n\n");
+    return false;
+}
+
+void PrintCount(size_t count, bool accounts_exist) {
+    Print(SString(count) + " UNIX accounts found." +
+          (accounts_exist ? " (Existing accounts will not be modified.)" : "") + "\n\n");
+}
+
+int AddAccounts(AccountMethod method, gid_t mail_group, AccountResults results) {
+    auto candidates = ReadCandidates(method, &results);
+    if (!candidates) {
+        PrintParagraph("WARNING: couldn't open " + gstr_PasswdFile + " to determine the user accounts.");
+        OfferAccountForm("add");
+        return 1;
+    }
+    Print("\n");
+    if (candidates->empty()) {
+        Print("No accounts to create.\n");
+        QueueSetUpMails(results, gstr_HostName);  // Postmaster hears who was left out
+        return 1;
+    }
+    PrintCount(candidates->size(), results.accounts_existed);
+    auto domains = AskMailDomains(gstr_HostName, gstr_DomainName);
+    if (!domains) return 0;
+    AccountSite site{gstr_HostName, gstr_DomainName, gstr_MaildropDir, mail_group, *domains};
+    return CreateAccounts(std::move(*candidates), site, &results) ? 1 : 0;
+}
+
+}  // namespace
+
+int AddUserAccounts() {
+    const struct group* mail_group = MailGroup();
+    if (mail_group == nullptr) {
+        ExplainMissingMailGroup();
+        return 0;
+    }
+    const gid_t mail_gid = mail_group->gr_gid;
+    AccountResults results;
+    results.accounts_existed = SAccountDB().AccountCount() > kOwnAccounts;
+    const AccountMethod method = AskAccountMethod(results.accounts_existed);
+    if (method == AccountMethod::Quit) return 0;
+    if (method != AccountMethod::None) return AddAccounts(method, mail_gid, std::move(results));
+    if (!results.accounts_existed) OfferAccountForm("begin adding");
+    return 1;
+}

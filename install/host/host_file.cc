@@ -1,0 +1,126 @@
+#include "install/host/host_file.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "support/system/descriptor.h"
+#include "support/system/file.h"
+#include "support/system/identity.h"
+
+namespace {
+
+constexpr mode_t kPermissions = 07777;
+
+struct Original {
+    Descriptor file;  // stays open: it is this very file that is looked at, and whose mode is changed
+    struct stat status;
+    SString bytes;
+};
+
+std::optional<Original> OpenOriginal(const SString& path) {
+    // A FIFO with no writer must not hold up the installation.
+    Descriptor file = Descriptor::Open(path, O_RDONLY | O_NONBLOCK);
+    if (!file) return std::nullopt;
+    const std::optional<struct stat> status = file.Stat();
+    if (!status || !S_ISREG(status->st_mode)) return std::nullopt;
+    std::optional<SString> bytes = file.ReadAll();
+    if (!bytes) return std::nullopt;
+    return Original{std::move(file), *status, std::move(*bytes)};
+}
+
+/// The copy of the old contents; removed with its scope unless it is to be kept.
+class Backup {
+  public:
+    explicit Backup(const SString& path)
+        // Refuses whatever took the name since it was found free. Closed to others until it has its owner.
+        : name_(FreeName(path + ".bak")),
+          file_(Descriptor::Open(name_, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600)) {}
+    ~Backup() {
+        if (file_ && !kept_) RemoveFile(name_);
+    }
+    Backup(const Backup&) = delete;
+    Backup& operator=(const Backup&) = delete;
+
+    /// True when the whole copy, and its name, are on the disk.
+    bool Fill(const Original& original) const {
+        return file_ && fchown(file_.Get(), original.status.st_uid, original.status.st_gid) == 0 &&
+               fchmod(file_.Get(), original.status.st_mode & kPermissions) == 0 &&
+               file_.WriteAll(original.bytes) && file_.Sync() && SyncParent(name_) && IsAsLongAs(original);
+    }
+    void Keep() { kept_ = true; }
+
+  private:
+    bool IsAsLongAs(const Original& original) const {
+        const std::optional<struct stat> copy = file_.Stat();
+        const std::optional<struct stat> now = original.file.Stat();
+        return copy && now && copy->st_size == now->st_size;
+    }
+
+    SString name_;
+    Descriptor file_;
+    bool kept_ = false;
+};
+
+/// Write permission for a scope; a file that has it already keeps its mode untouched.
+class WriteAccess {
+  public:
+    WriteAccess(const SString& path, const Original& original)
+        : original_(original), had_it_(IsWriteable(path)), granted_(had_it_ || Change(0200)) {}
+    ~WriteAccess() {
+        if (granted_ && !had_it_) Change(0);
+    }
+    WriteAccess(const WriteAccess&) = delete;
+    WriteAccess& operator=(const WriteAccess&) = delete;
+    bool IsGranted() const { return granted_; }
+
+  private:
+    bool Change(mode_t added) const {
+        return fchmod(original_.file.Get(), (original_.status.st_mode | added) & kPermissions) == 0;
+    }
+
+    const Original& original_;
+    bool had_it_;
+    bool granted_;
+};
+
+/// Opened without truncating: first it must be the very file that was read. Both are looked at anew, as an
+/// overlay file system gives a file another number at its first change.
+Descriptor OpenForWriting(const SString& path, const Original& original) {
+    Descriptor file = Descriptor::Open(path, O_WRONLY | O_NONBLOCK);
+    if (!file) return file;
+    const std::optional<struct stat> opened = file.Stat();
+    const std::optional<struct stat> read = original.file.Stat();
+    const bool same = opened && read && opened->st_dev == read->st_dev && opened->st_ino == read->st_ino;
+    return same ? std::move(file) : Descriptor();
+}
+
+bool ReplaceContents(const Descriptor& file, const SString& bytes) {
+    return lseek(file.Get(), 0, SEEK_SET) == 0 && ftruncate(file.Get(), 0) == 0 && file.WriteAll(bytes) &&
+           file.Sync();
+}
+
+}  // namespace
+
+std::optional<SStringList> ReadHostFile(const SString& path) {
+    const AsRoot root;
+    const std::optional<Original> original = OpenOriginal(path);
+    if (!original) return std::nullopt;
+    return Lines(original->bytes);
+}
+
+bool RewriteHostFile(const SString& path, const LineEdit& edit) {
+    const AsRoot root;
+    const std::optional<Original> original = OpenOriginal(path);
+    if (!original) return false;
+    const SString changed = edit(Lines(original->bytes)).Join();
+    Backup backup(path);
+    if (!backup.Fill(*original)) return false;
+    const WriteAccess access(path, *original);
+    if (!access.IsGranted()) return false;
+    const Descriptor file = OpenForWriting(path, *original);
+    if (!file) return false;
+    backup.Keep();
+    if (ReplaceContents(file, changed)) return true;
+    ReplaceContents(file, original->bytes);
+    return false;
+}

@@ -1,0 +1,137 @@
+#include "install/host/inetd.h"
+
+#include <arpa/inet.h>
+#include <netdb.h>
+
+#include <algorithm>
+#include <csignal>
+
+#include "install/console.h"
+#include "install/critical_section.h"
+#include "install/host/await.h"
+#include "install/host/host_file.h"
+#include "install/settings.h"
+#include "install/steps.h"
+#include "support/system/process.h"
+
+namespace {
+
+const SString kHangUp = "kill -HUP [inetd-pid]";
+
+/// Of the services that the mail system takes over, under all their names, those that are active.
+SStringList Conflicts(const SStringList& active) {
+    SStringList names = gstrl_Services;
+    names.Push({"mail", "pop-3"});
+    SStringList conflicts;
+    for (const SString& name : names) {
+        if (active.Contains(name)) conflicts.Push(name);
+    }
+    return conflicts;
+}
+
+void ListConflicts(const SStringList& conflicts) {
+    Print("\n\n");
+    PrintParagraph("Your Internet Daemon (inetd) is currently configured to handle the following services:");
+    Print("\n    " + conflicts.Join("\n    ") + "\n\n\n");
+    PrintParagraph("These will need to be disabled in " + gstr_InetdConf +
+                   " for the mail system to be able to take over for inetd.");
+    Print("\n");
+}
+
+/// The mail system cannot work while the Internet daemon holds the mail port.
+void NoteShowStopper(const SStringList& conflicts) {
+    if (conflicts.Contains("smtp") || conflicts.Contains("mail")) gf_ShowStoppers = 1;
+}
+
+enum class Outcome { kFailed, kNotReset, kDone };
+
+/// One section for both, so that the file and the running daemon never disagree.
+Outcome TakeOver(const SStringList& conflicts) {
+    const CriticalSection section;
+    if (!UpdateInetdConf(conflicts)) return Outcome::kFailed;
+    return KillProgram("inetd", SIGHUP) ? Outcome::kDone : Outcome::kNotReset;
+}
+
+/// The ports under which the daemon has looked the services up, as far as they are bound.
+bool AreBound(const SStringList& services) {
+    const SStringList bound = BoundSockets();
+    return std::ranges::any_of(services, [&](const SString& name) {
+        const servent* service = getservbyname(name.CString(), "tcp");
+        return service != nullptr && bound.Contains(SString(ntohs(static_cast<uint16_t>(service->s_port))));
+    });
+}
+
+void ReportNotReset(const SStringList& conflicts) {
+    PrintParagraph(
+        "WARNING: Couldn't reset inetd by sending it a HUP signal. "
+        "You will be reminded to do this when the installation is finished.");
+    Print("\n");
+    Remind({kHangUp});
+    NoteShowStopper(conflicts);
+}
+
+bool LeaveToAdministrator(const SStringList& conflicts) {
+    PrintParagraph("You will be reminded to do this when the installation has been completed.");
+    Print("\n");
+    for (const SString& name : conflicts) gstrl_Reminders.Push("Remove from " + gstr_InetdConf + ": " + name);
+    NoteShowStopper(conflicts);
+    gstrl_Reminders.Push("");
+    Remind({kHangUp});
+    return AskToContinue();
+}
+
+bool DisableConflicts(const SStringList& conflicts) {
+    const Outcome outcome = TakeOver(conflicts);
+    if (outcome == Outcome::kNotReset) ReportNotReset(conflicts);
+    if (outcome == Outcome::kFailed) {
+        PrintParagraph("WARNING: Update of " + gstr_InetdConf +
+                       " failed. You will have to update the configuration file manually later.");
+        Print("\n");
+    }
+    if (CriticalSection::WasInterrupted()) return false;
+    // The daemon lets go of the ports in its own time, and a later step looks who holds them.
+    if (outcome == Outcome::kDone) Await([&] { return !AreBound(conflicts); });
+    return outcome != Outcome::kFailed || LeaveToAdministrator(conflicts);
+}
+
+}  // namespace
+
+SStringList ActiveServices(SStringList lines) {
+    lines = lines.Grep("!/^\\s*(#|$)/");
+    lines.Grep("s/^\\s+//");
+    lines = lines.Grep("/\\s/");     // a blank or a line end follows an entry's name
+    lines.Grep("s/\\s[\\s\\S]*//");  // the line end, too
+    return lines;
+}
+
+SStringList WithoutServices(SStringList lines, const SStringList& services) {
+    lines.Grep("s/^\\s*(" + services.Join("|") + ")(\\s)/#$1$2/");
+    return lines;
+}
+
+bool UpdateInetdConf(const SStringList& services) {
+    return RewriteHostFile(gstr_InetdConf,
+                           [&](SStringList lines) { return WithoutServices(std::move(lines), services); });
+}
+
+bool EditInetdConf() {
+    Print("Checking inetd configuration.... ");
+    const std::optional<SStringList> lines = ReadHostFile(gstr_InetdConf);
+    if (!lines) {
+        Print("\n\n");
+        PrintParagraph("WARNING: Couldn't open " + gstr_InetdConf);
+        Print("\n");
+        return true;
+    }
+    const SStringList conflicts = Conflicts(ActiveServices(*lines));
+    if (conflicts.IsEmpty()) {
+        Print("OK\n");
+        return true;
+    }
+    ListConflicts(conflicts);
+    const char answer = Ask("Would you like this to be done for you? yes/no/quit ", "yes");
+    if (answer == 'q') return false;
+    if (answer == 'y') return DisableConflicts(conflicts);
+    Print("\n");
+    return LeaveToAdministrator(conflicts);
+}

@@ -1,0 +1,15 @@
+// The workers of the step that takes services from the Internet daemon; they take what they need as
+// arguments.
+//
+// A line of inetd.conf(5): "smtp stream tcp nowait root /usr/sbin/tcpd in.smtpd".
+#pragma once
+
+#include "support/text/sstring_list.h"
+
+/// The first words of the lines that are neither blank nor comments. A lone word without a line end at the
+/// file's end is no entry: the daemon reads none there.
+SStringList ActiveServices(SStringList lines);
+/// The lines with the entries of these services commented out.
+SStringList WithoutServices(SStringList lines, const SStringList& services);
+/// Comments the services out in gstr_InetdConf; the failures are those of RewriteHostFile.
+bool UpdateInetdConf(const SStringList& services);

@@ -1,0 +1,157 @@
+// The two directories that must be right before accounts are set up: the mail system's own store, from which
+// users fetch their mail, and the host's spool of local users' mail files.
+#include <sys/stat.h>
+
+#include <optional>
+
+#include "install/console.h"
+#include "install/host/owned_directory.h"
+#include "install/settings.h"
+#include "install/steps.h"
+#include "support/system/file.h"
+#include "support/system/identity.h"
+
+namespace {
+
+constexpr mode_t kMailboxMode = 0770;
+constexpr mode_t kPermissionBits = 07777;
+// The group's execute bit belongs to it: without it the setgid bit means mandatory locking on some systems.
+constexpr mode_t kSetgidBits = S_ISGID | S_IXGRP;
+
+NewDirectory MakeMailboxDir() {
+    const AsRoot root;
+    return MakeOwnedDirectory(gstr_MailboxDir, kMailboxMode, static_cast<uid_t>(gn_MailUID),
+                              static_cast<gid_t>(gn_MailGID));
+}
+
+bool TellMailboxDirNotMade() {
+    Print("\n\n");
+    PrintParagraph("WARNING: Couldn't create the mailbox directory: " + gstr_MailboxDir);
+    Print("\n");
+    PrintParagraph(
+        "This directory is required for correct operation of the mail system. Without it, you can not have "
+        "users retrieve their mail via the network (e.g. via POP3). Please create this directory with "
+        "permissions drwxrwx--- owned by user '" +
+        gstr_MailOwner + "' and group '" + gstr_MailGroup + "'.");
+    Print("\n");
+    Remind({"Create mailbox directory: " + gstr_MailboxDir,
+            "and set owner/group/perms to: " + gstr_MailOwner + "/" + gstr_MailGroup + "/drwxrwx---"});
+    return AskToContinue();
+}
+
+bool TellMailboxDirNotOwned() {
+    Print("\n\n");
+    PrintParagraph("WARNING: Couldn't set owner/group for the mailbox directory: " + gstr_MailboxDir + ".");
+    Print("\n");
+    Remind({"Set owner/group of " + gstr_MailboxDir + " to: " + gstr_MailOwner + "/" + gstr_MailGroup});
+    return true;
+}
+
+void PrintContact() {
+    PrintParagraph("Please contact Ardenvale at " + gstr_SupportAddress + " or at " + gstr_SupportPhone +
+                   " if you need help resolving this problem.");
+    Print("\n");
+}
+
+bool TellMaildropMissing() {
+    Print("not found!\n\n");
+    PrintParagraph(
+        "The user maildrop directory, " + gstr_MaildropDir +
+        ", was not found on your system. This is currently hardcoded into tern.harbor as the "
+        "location for user maildrops. We will need to make modifications to the Install program to "
+        "let you specify a different location.");
+    Print("\n");
+    PrintContact();
+    return false;
+}
+
+bool TellMaildropUnknown() {
+    Print("failed!\n\n");
+    PrintParagraph("Couldn't stat(2) the user maildrop directory, " + gstr_MaildropDir +
+                   ", to determine permissions. Perhaps running this program again will fix the problem....");
+    Print("\n");
+    PrintContact();
+    PrintParagraph("Installation aborted.");
+    Print("\n");
+    return false;
+}
+
+std::optional<mode_t> Permissions(const SString& path) {
+    const AsRoot root;
+    struct stat facts {};
+    if (stat(path.CString(), &facts) != 0) return std::nullopt;
+    return facts.st_mode & kPermissionBits;
+}
+
+bool SetPermissions(const SString& path, mode_t mode) {
+    const AsRoot root;
+    return chmod(path.CString(), mode) == 0;
+}
+
+void ExplainSetgid() {
+    Print("\n\n");
+    PrintParagraph("The user maildrop directory, " + gstr_MaildropDir +
+                   ", does not have the setgid flag set. Without this set, any file created in that "
+                   "directory will be assigned the group of the creating user, "
+                   "rather than the 'mail' group.");
+    Print("\n");
+    PrintParagraph(
+        "Since tern.harbor does not invoke /usr/bin/mail as root, it is important that every user's "
+        "maildrop file has the proper group ownership (any improper permissions on existing maildrop files "
+        "will be corrected later in this installation). "
+        "The long-term solution is to make sure the setgid bit is set.");
+    Print("\n");
+}
+
+void RemindOfSetgid() {
+    Remind({"chmod g+s " + gstr_MaildropDir});
+}
+
+void SetSetgid(mode_t mode) {
+    if (SetPermissions(gstr_MaildropDir, mode | kSetgidBits)) return;
+    PrintParagraph("WARNING: failed to set the setgid bit on " + gstr_MaildropDir +
+                   ". You will be reminded to do this at the end of the installation.");
+    Print("\n");
+    RemindOfSetgid();
+}
+
+}  // namespace
+
+bool CreateMailboxDir() {
+    Print("Checking for Mailbox directory.... ");
+    if (IsDirectory(gstr_MailboxDir)) {
+        Print("found\n");
+        return true;
+    }
+    Print("not found\nCreating Mailbox directory.... ");
+    switch (MakeMailboxDir()) {
+        case NewDirectory::kNotMade:
+            return TellMailboxDirNotMade();
+        case NewDirectory::kNotOwned:
+            return TellMailboxDirNotOwned();
+        case NewDirectory::kMade:
+            break;
+    }
+    Print("OK\n");
+    return true;
+}
+
+bool FixMaildropDir() {
+    Print("Checking user maildrop directory.... ");
+    if (!IsDirectory(RealPath(gstr_MaildropDir))) return TellMaildropMissing();
+    const auto mode = Permissions(gstr_MaildropDir);
+    if (!mode) return TellMaildropUnknown();
+    if ((*mode & kSetgidBits) == kSetgidBits) {
+        Print("OK\n");
+        return true;
+    }
+    ExplainSetgid();
+    const char answer = Ask("Do you want the setgid bit set? yes/no/quit ", "yes");
+    if (answer == 'q') return false;
+    if (answer == 'y') {
+        SetSetgid(*mode);
+    } else {
+        RemindOfSetgid();
+    }
+    return true;
+}

@@ -1,0 +1,38 @@
+#include "install/host/owned_directory.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "support/system/file.h"
+
+namespace {
+
+constexpr mode_t kPermissions = 0777;
+
+SString WithoutTrailingSlash(SString path) {
+    while (path.Length() > 1 && path.EndsWith("/")) path.Chop();
+    return path;
+}
+
+/// What an earlier run left when it was cut short is removed. Only an empty directory that such a run could
+/// have made counts: rmdir refuses all others, and links.
+void RemoveLeftOver(const SString& path, mode_t mode, uid_t owner) {
+    struct stat facts {};
+    if (lstat(path.CString(), &facts) != 0 || (facts.st_mode & kPermissions) != mode) return;
+    if (facts.st_uid == getuid() || facts.st_uid == owner) rmdir(path.CString());
+}
+
+}  // namespace
+
+NewDirectory MakeOwnedDirectory(const SString& path, mode_t mode, uid_t owner, gid_t group) {
+    const SString name = WithoutTrailingSlash(path);
+    RemoveLeftOver(name + ".new", mode, owner);
+    const SString unfinished = FreeName(name + ".new");
+    if (!MakeDir(unfinished, mode)) return NewDirectory::kNotMade;
+    const bool owned = lchown(unfinished.CString(), owner, group) == 0;
+    if (!RenameNoReplace(unfinished, name)) {
+        rmdir(unfinished.CString());
+        return NewDirectory::kNotMade;
+    }
+    return owned ? NewDirectory::kMade : NewDirectory::kNotOwned;
+}

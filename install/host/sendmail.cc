@@ -1,0 +1,194 @@
+#include "install/host/sendmail.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+
+#include "install/console.h"
+#include "install/critical_section.h"
+#include "install/host/await.h"
+#include "install/settings.h"
+#include "install/steps.h"
+#include "support/system/command.h"
+#include "support/system/file.h"
+#include "support/system/identity.h"
+#include "support/system/process.h"
+#include "support/text/printable.h"
+
+namespace {
+
+constexpr size_t kLongestListing = 20;
+constexpr size_t kLinesShown = 15;
+
+const SString kSendmail = "/usr/lib/sendmail";
+
+void RemindOfDaemon() {
+    PrintParagraph("You will be reminded to do this when the installation has been completed.");
+    Print("\n");
+    Remind({"Shutdown sendmail daemon process"});
+    gf_ShowStoppers = 1;
+}
+
+/// The administrator may have taken a while to answer: an id can be another program's by now.
+SStringList StillRunning(const SStringList& processes) {
+    const SStringList now = ReadProcessInfo();
+    SStringList running;
+    for (const SString& process : processes) {
+        if (now.Contains(process)) running.Push(process);
+    }
+    return running;
+}
+
+void Kill(const SStringList& found) {
+    const SStringList processes = StillRunning(found);
+    if (SignalProcesses(processes, SIGTERM)) {
+        // The mail port is free only when they have ended; a signal of 0 just asks.
+        Await([&] { return !SignalProcesses(processes, 0); });
+        Print("Sendmail killed successfully.\n\n");
+        return;
+    }
+    Print("Unable to kill sendmail.\n\n");
+    RemindOfDaemon();
+}
+
+void ShowQueue(const SStringList& listing) {
+    Print("\n\n");
+    PrintParagraph(
+        "Your current 'sendmail' needs to be replaced with a sendmail emulation program. However sendmail's "
+        "queue is not empty. Here is the output of the 'mailq' command:");
+    Print("\n");
+    for (const SString& line : CutListing(listing)) Print(Printable(line, "\t\n"));
+    Print("\n");
+    PrintParagraph(
+        "You should have sendmail deliver its queued messages before continuing with this installation "
+        "or the messages will never be delivered!");
+    Print("\n");
+}
+
+void TellHowToDeliver() {
+    PrintParagraph(
+        "Try 'sendmail -q' to deliver the queue. This may take a long time, so you may want to check "
+        "sendmail's progress periodically with the 'mailq' command. "
+        "When the queue is empty, run this program again.");
+    Print("\n");
+    PrintParagraph("Note: you may have to run 'sendmail -q' several times to completely empty the queue.");
+    Print("\n");
+}
+
+/// Whether the queue is empty, or its messages may be abandoned.
+bool MayAbandonQueue() {
+    const SStringList listing = ReadMailq();
+    if (IsEmptyQueue(listing)) return true;
+    ShowQueue(listing);
+    const char answer = Ask("Do you want to deliver the queue now? yes/no/quit ", "yes");
+    if (answer == 'y') TellHowToDeliver();
+    return answer == 'n';
+}
+
+/// Ends the progress line. The two warnings differ in their first letter only.
+void ReportLink(bool made, const SString& couldnt, const SString& link) {
+    if (made) {
+        Print("done\n");
+        return;
+    }
+    Print("\n\n");
+    PrintParagraph("WARNING: " + couldnt + " create a symbolic link from " + kSendmail + " to '" + link +
+                   "'");
+    Print("\n");
+    gstrl_Reminders.Push("Create link: 'ln -s " + link + " " + kSendmail + "'");
+}
+
+/// Between rename and link the host has no sendmail: not to be cut short there.
+bool Uninterrupted(bool (*action)(const SString&, const SString&), const SString& path, const SString& link) {
+    const CriticalSection section;
+    return action(path, link);
+}
+
+bool IsLink(const SString& path) {
+    struct stat status {};
+    return lstat(path.CString(), &status) == 0 && S_ISLNK(status.st_mode);
+}
+
+bool ExistsForRoot(const SString& path) {
+    const AsRoot root;
+    return FileExists(path);
+}
+
+}  // namespace
+
+SStringList SendmailProcesses(SStringList entries) {
+    return entries.Grep("/sendmail$/");
+}
+
+SString EmulatorLink(const SString& program_dir) {
+    return "../.." + program_dir + "bin/sendmail";
+}
+
+bool IsSameFile(const SString& path, const SString& emulator) {
+    const AsRoot root;
+    const SString real = RealPath(path);
+    return !real.IsEmpty() && real == RealPath(emulator);
+}
+
+bool IsEmptyQueue(const SStringList& listing) {
+    if (listing.Count() < 2) return true;
+    return listing.Count() == 2 && listing[0].Matches("is empty\\s*$") &&
+           listing[1].Matches("^\\s*Total requests: 0\\s*$");
+}
+
+SStringList CutListing(SStringList listing) {
+    const size_t count = listing.Count();
+    if (count <= kLongestListing) return listing;
+    listing.Splice(static_cast<int>(kLinesShown), static_cast<int>(count - kLinesShown));
+    listing.Push({"\n", "[" + SString(count - kLinesShown) + " more lines deleted]\n"});
+    return listing;
+}
+
+bool MakeLink(const SString& path, const SString& link) {
+    const AsRoot root;
+    if (IsLink(path)) RemoveFile(path);
+    return symlink(link.CString(), path.CString()) == 0;
+}
+
+bool ReplaceByLink(const SString& path, const SString& link) {
+    const AsRoot root;
+    return RenameNoReplace(path, FreeName(path + ".bak")) && symlink(link.CString(), path.CString()) == 0;
+}
+
+bool KillSendmail() {
+    Print("Checking for sendmail daemon.... ");
+    const SStringList processes = SendmailProcesses(ReadProcessInfo());
+    if (processes.IsEmpty()) {
+        Print("not found (that's good)\n");
+        return true;
+    }
+    Print("found\n\n");
+    PrintParagraph(
+        "Sendmail needs to be shutdown for tern.harbor to have access to the mail port. "
+        "Do you want the server killed now?");
+    Print("\n");
+    const char answer = Ask("Kill sendmail daemon process? yes/no/quit ", "yes");
+    if (answer == 'q') return false;
+    if (answer == 'y') {
+        Kill(processes);
+    } else {
+        RemindOfDaemon();
+    }
+    return true;
+}
+
+bool InstallSendmail() {
+    const SString link = EmulatorLink(gstr_ProgramDir);
+    Print("Installing sendmail emulator.... ");
+    if (!ExistsForRoot(gstr_Sendmail)) {
+        ReportLink(Uninterrupted(MakeLink, gstr_Sendmail, link), "couldn't", link);
+    } else if (IsSameFile(gstr_Sendmail, gstr_ProgramDir + "bin/sendmail")) {
+        Print("done\n");
+    } else if (MayAbandonQueue()) {
+        ReportLink(Uninterrupted(ReplaceByLink, kSendmail, link), "Couldn't", link);
+    } else {
+        return false;
+    }
+    return !CriticalSection::WasInterrupted();
+}

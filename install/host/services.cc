@@ -1,0 +1,95 @@
+#include "install/host/services.h"
+
+#include <netdb.h>
+
+#include "install/console.h"
+#include "install/critical_section.h"
+#include "install/host/host_file.h"
+#include "install/settings.h"
+#include "install/steps.h"
+
+namespace {
+
+constexpr size_t kNameWidth = 10;
+
+void ListMissing(const SStringList& missing) {
+    Print("\n\n");
+    PrintParagraph("Your services database is missing the following entries:");
+    Print("\n    " + missing.Join("\n    ") + "\n\n");
+    PrintParagraph(
+        "If you use NIS or NIS+ you will need to update those databases by hand. "
+        "However if you want them added to the " +
+        gstr_ServicesFile + " file, that can be done automatically.");
+    Print("\n");
+}
+
+bool UpdateUninterrupted(const SStringList& missing) {
+    const CriticalSection section;
+    return UpdateServicesFile(missing);
+}
+
+bool LeaveToAdministrator(const SStringList& missing) {
+    Print("\n");
+    PrintParagraph("You will be reminded to do this when the installation has been completed.");
+    Print("\n");
+    SStringList reminders = missing;
+    for (SString& line : reminders) line = "Add to services database:    " + line;
+    Remind(reminders);
+    return AskToContinue();
+}
+
+}  // namespace
+
+SString ServiceEntry(const SString& name, const SString& port) {
+    const size_t padding = name.Length() < kNameWidth ? kNameWidth - name.Length() : 0;
+    return name + SString(' ', padding) + " " + port + "/tcp";
+}
+
+SStringList MissingServices(SStringList names, SStringList ports) {
+    SStringList missing;
+    while (!names.IsEmpty()) {
+        const SString name = names.Shift();
+        const SString port = ports.Shift();
+        if (getservbyname(name.CString(), "tcp") == nullptr) missing.Push(ServiceEntry(name, port));
+    }
+    return missing;
+}
+
+SStringList WithServices(SStringList lines, const SStringList& entries) {
+    SStringList result;
+    while (!lines.IsEmpty() && lines[0].StartsWith("#")) result.Push(lines.Shift());
+    // A file that ends in a comment without its line end must not swallow the first added line.
+    if (!result.IsEmpty() && !result[result.Count() - 1].EndsWith("\n")) result.Push("\n");
+    result.Push({"##\n", "## Services added during installation of tern.harbor.\n",
+                 "## Sorry that they aren't in order....\n", "##\n"});
+    result.Push(entries.Join("\n") + "\n");
+    result.Push(lines);
+    return result;
+}
+
+bool UpdateServicesFile(const SStringList& entries) {
+    return RewriteHostFile(gstr_ServicesFile,
+                           [&](SStringList lines) { return WithServices(std::move(lines), entries); });
+}
+
+bool AddServices() {
+    Print("Checking services database.... ");
+    const SStringList missing = MissingServices(gstrl_Services, gstrl_ServicePorts);
+    if (missing.IsEmpty()) {
+        Print("OK\n");
+        return true;
+    }
+    ListMissing(missing);
+    const char answer = Ask("Do you want " + gstr_ServicesFile + " updated for you? yes/no/quit ", "yes");
+    if (answer == 'q') return false;
+    if (answer == 'y') {
+        const bool updated = UpdateUninterrupted(missing);
+        if (!updated) {
+            PrintParagraph("WARNING: Update of " + gstr_ServicesFile +
+                           " failed. You will have to update the services database manually.");
+        }
+        if (CriticalSection::WasInterrupted()) return false;
+        if (updated) return true;
+    }
+    return LeaveToAdministrator(missing);
+}

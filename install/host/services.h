@@ -1,0 +1,14 @@
+// The workers of the services step, which take what they need as arguments.
+#pragma once
+
+#include "support/text/sstring_list.h"
+
+/// One line of the services file, without its line end: "smtp       25/tcp".
+SString ServiceEntry(const SString& name, const SString& port);
+/// The entries of those services whose names the host's resolver does not know; names and ports go index for
+/// index. A name known with another port is known.
+SStringList MissingServices(SStringList names, SStringList ports);
+/// The lines of a services file with the entries behind the comments that lead it.
+SStringList WithServices(SStringList lines, const SStringList& entries);
+/// Adds the entries to gstr_ServicesFile; the failures are those of RewriteHostFile.
+bool UpdateServicesFile(const SStringList& entries);

@@ -1,0 +1,96 @@
+// Puts the new versions of the modules' configuration databases, which a release ships as ".install" files
+// beside those in use, into service. The settings that the release's preserve file lists are carried over.
+#include "install/console.h"
+#include "install/mail_system/database_update.h"
+#include "install/settings.h"
+#include "install/steps.h"
+#include "support/system/file.h"
+#include "support/text/printable.h"
+
+namespace {
+
+const SString kAccounts = "MTA-Accounts";  // the site's accounts: never replaced
+const SString kRemindedLater =
+    "You will be reminded to update it manually at the end of the installation process.";
+
+SString ConfigDirectory() {
+    return gstr_TernHarbor + "config/";
+}
+
+SStringList ModulesWithNewVersion() {
+    SStringList modules = BaseName(ReadDir(ConfigDirectory()), "").Grep("/.\\.install\\z/");
+    modules.Grep("s/\\.install\\z//");
+    modules.Delete(kAccounts);
+    modules.Sort();
+    return modules;
+}
+
+void Warn(const SStringList& paragraphs) {
+    for (const SString& paragraph : paragraphs) {
+        PrintParagraph(paragraph);
+        Print("\n");
+    }
+}
+
+bool WarnNotUpdated(const SString& module) {
+    Warn({"WARNING: couldn't update the configuration database for the " + module + " module.",
+          "This is most likely due to a permission problem in the " + gstr_TernHarbor +
+              "config directory, or a filled hard disk.",
+          "After you correct the problem, run this installation program again "
+          "to update the configuration database."});
+    return false;
+}
+
+void RemindToInstall(const SString& module) {
+    Remind({"cd " + gstr_TernHarbor + "config", "mv " + module + ".install " + module});
+}
+
+void WarnNotBackedUp(const SString& module) {
+    Warn({"WARNING: couldn't create a backup of your old " + module +
+              " configuration database. The new updated database was not installed.",
+          kRemindedLater});
+}
+
+void WarnRolledBack(const SString& module) {
+    Warn({"WARNING: couldn't install the updated version of the " + module + " configuration database.",
+          kRemindedLater});
+}
+
+void WarnNotRestored(const SString& module) {
+    Warn({"WARNING: couldn't install the updated version of the " + module +
+              " configuration database and then failed to restore the original from the backup.",
+          "Without the configuration database properly installed, the " + module +
+              " module will not be able to start.",
+          "You will be reminded to install it manually at the end of the installation process."});
+    gf_ShowStoppers = 1;
+}
+
+void PutIntoService(const SString& module) {
+    const Exchange outcome = ExchangeDatabase(ConfigDirectory() + module);
+    if (outcome == Exchange::Done) return;
+    if (outcome == Exchange::NotBackedUp) WarnNotBackedUp(module);
+    if (outcome == Exchange::RolledBack) WarnRolledBack(module);
+    if (outcome == Exchange::NotRestored) WarnNotRestored(module);
+    RemindToInstall(module);
+}
+
+}  // namespace
+
+bool UpdateConfiguration() {
+    const SStringList modules = ModulesWithNewVersion();
+    if (modules.IsEmpty()) return true;
+    const SStringList entries = MapFileRead(ConfigDirectory() + "__PRESERVE__").SplitExact("\n");
+    if (entries.IsEmpty()) return true;
+    const SNamedStringList preserved = ReadPreserveMap(entries);
+
+    Print("Updating module configurations....\n");
+    for (const SString& module : modules) {
+        if (module == kAccounts) continue;
+        Print("     " + Printable(module) + "\n");
+        const SStringList addresses = preserved.Get(module);
+        if (!UpdateDatabase(module + ".install", module, addresses)) return WarnNotUpdated(module);
+        PutIntoService(module);
+    }
+    Print("done\n");
+    return true;
+}

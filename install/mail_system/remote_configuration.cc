@@ -1,0 +1,120 @@
+// Shows the settings of remote administration (web port, web access, e-mail forms) and lets the administrator
+// change them. Each is stored as soon as its answer is accepted; one that cannot be stored is lost silently.
+#include "install/console.h"
+#include "install/mail_system/remote_settings.h"
+#include "install/settings.h"
+#include "install/steps.h"
+
+namespace {
+
+bool TellUnopened() {
+    Print("\n");
+    for (const SString& paragraph :
+         {"ERROR: Couldn't open a configuration database. There is probably a permission problem in the " +
+              gstr_TernHarbor + "config directory.",
+          OwnershipMessage(), ContactMessage(), SString("Installation aborted.")}) {
+        PrintParagraph(paragraph);
+        Print("\n");
+    }
+    return false;
+}
+
+void ShowSettings(const RemoteSettings& settings) {
+    PrintParagraph(
+        "tern.harbor can be configured remotely using a graphical World-Wide-Web browser, or an E-mail "
+        "client that supports MIME. The WWW configuration is handled by a server that is built into "
+        "tern.harbor. The port used by this server can be modified so it doesn't conflict with a "
+        "general-purpose WWW server operating on port 80, or any other service provided by this machine. "
+        "Also the E-mail configuration mechanism can be turned on or off depending on your needs.");
+    Print("\n");
+    PrintParagraph("tern.harbor is currently configured with the following settings:");
+    Print("\n" + SettingsTable(settings));
+}
+
+void AdviseAgainstPort80() {
+    Print("\n");
+    PrintParagraph(
+        "Since the WWW configuration interface is not part of a general-purpose WWW server, you may want "
+        "to change the port used for this to something other than the standard WWW port (80). The port "
+        "should be chosen so that it does not conflict with any other service on this computer. "
+        "Even-numbered ports between 26 and 40 are unassigned, so using one of them is recommended.");
+}
+
+/// The answer to whether the port, given as typed, is the one.
+char ConfirmPort(const SString& typed, int port) {
+    const bool standard = port == 80;
+    if (!standard) Print("\n");
+    PrintParagraph("tern.harbor will use port " + typed +
+                   " for WWW configuration, so you will need to connect to the server using the URL:");
+    Print("\n\thttp://" + gstr_HostName + (standard ? SString() : ":" + SString(port)) + "\n\n");
+    return Ask(standard ? "Are you sure you want to use port 80? yes/no/quit " : "Is this OK? yes/no/quit ",
+               "yes");
+}
+
+bool ChangePort(Sdbfile* www_server, int old_port) {
+    if (old_port == 80) AdviseAgainstPort80();
+    while (true) {
+        Print("\nWorld Wide Web port for configuration: ");
+        const SString typed = GetInput(SString(old_port), 1);
+        const int port = PortNumber(typed);
+        if (!IsPort(port)) {
+            Print("\n");
+            PrintParagraph("Please enter a valid port number (in the range from 1 to 65535).");
+            if (InputHasEnded() && !IsPort(old_port)) return AbortAtEndOfInput();
+            continue;
+        }
+        const char answer = ConfirmPort(typed, port);
+        if (answer == 'q') return false;
+        if (answer == 'n') continue;
+        www_server->Set("Socket", typed);
+        gn_WWWPort = port;
+        return true;
+    }
+}
+
+bool ChangeAccess(Sdbfile* www_server) {
+    Print("\n");
+    PrintParagraph(
+        "Access to the WWW configuration interface has been restricted to the domains/networks listed "
+        "above. If you would like to remove the restrictions, type \"yes\" here.");
+    Print("\n");
+    const char answer = Ask("Remove access restrictions for WWW configuration: yes/no/quit ", "no");
+    if (answer == 'y') www_server->Set("WWWAccess", {});
+    return answer != 'q';
+}
+
+bool ChangeEmail(Sdbfile* dispatch, bool allowed) {
+    Print("\n");
+    PrintParagraph(
+        "You can enable or disable the ability to configure tern.harbor using E-mail forms. "
+        "If disabled, mail sent to <accounts@" +
+        gstr_HostName + "> or <configuration@" + gstr_HostName +
+        "> will be returned to sender with an error message.");
+    Print("\n");
+    const char answer =
+        Ask("Allow E-mail configuration of tern.harbor: yes/no/quit ", allowed ? "yes" : "no");
+    if (answer == 'n') dispatch->Set("EmailConfig", "no");
+    if (answer == 'y') dispatch->Set("EmailConfig", "yes");
+    return answer != 'q';
+}
+
+}  // namespace
+
+bool ConfigureFeatures() {
+    Print("Reading configuration information.... ");
+    Sdbfile www_server("WWW-Server", 0);
+    Sdbfile dispatch("Dispatch", 0);
+    if (www_server.Open("/Config", 1) == 0 || dispatch.Open("/Config", 1) == 0) return TellUnopened();
+    const RemoteSettings settings = ReadRemoteSettings(www_server, dispatch);
+    gn_WWWPort = settings.port;
+    Print("done\n\n");
+
+    ShowSettings(settings);
+    const char answer = Ask("Do you want to change this information? yes/no/quit ", "no");
+    if (answer != 'y') return answer != 'q';
+    if (!ChangePort(&www_server, settings.port)) return false;
+    if (!settings.access.IsEmpty() && !ChangeAccess(&www_server)) return false;
+    if (!ChangeEmail(&dispatch, settings.by_email)) return false;
+    Print("\n");
+    return true;
+}

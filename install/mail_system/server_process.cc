@@ -1,0 +1,40 @@
+#include "install/mail_system/server_process.h"
+
+#include <unistd.h>
+
+#include <csignal>
+
+#include "support/system/descriptor.h"
+#include "support/system/identity.h"
+
+namespace {
+
+constexpr int kTries = 5;
+constexpr int kCouldNotRun = 127;
+
+/// Ignored signals and the mask would outlive exec: a server started under nohup would never hang up.
+void ResetSignals() {
+    for (int number = 1; number <= SIGRTMAX; ++number) signal(number, SIG_DFL);
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+[[noreturn]] void Become(SStringList arguments) {
+    ResetSignals();
+    KeepFromChildren();
+    if (BecomeRootAsStarted()) execv(arguments[0].CString(), arguments.Pointers().data());
+    _exit(kCouldNotRun);  // not exit: nothing of the parent's is the child's to flush or clean up
+}
+
+}  // namespace
+
+bool StartServer(SStringList arguments) {
+    for (unsigned wait = 1; wait <= kTries; ++wait) {
+        const pid_t child = fork();
+        if (child == 0) Become(std::move(arguments));
+        if (child > 0) return true;
+        sleep(wait);
+    }
+    return false;
+}

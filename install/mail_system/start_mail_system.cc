@@ -1,0 +1,49 @@
+// The mail system's server is started, once the administrator has heard of what stands in its way.
+#include <unistd.h>
+
+#include <csignal>
+
+#include "install/console.h"
+#include "install/mail_system/server_process.h"
+#include "install/settings.h"
+#include "install/steps.h"
+#include "support/system/process.h"
+
+namespace {
+
+constexpr unsigned kSecondsToSpeak = 4;
+
+bool StartAnyway() {
+    Print("\n");
+    PrintParagraph(
+        "Before starting tern.harbor, you should take care of the problems that were noted earlier in the "
+        "installation procedure. If you don't, the system may not function properly.");
+    Print("\n");
+    PrintParagraph("The unresolved items are:");
+    Print("\n" + ReminderLines());
+    return Ask("Do you want to try to start the system anyway? yes/no/quit ", "no") == 'y';
+}
+
+}  // namespace
+
+bool StartDaemon() {
+    if (gf_TernHarborIsRunning != 0) {
+        KillProgram(gstr_ProductName, SIGHUP);
+        return true;
+    }
+    if (gf_ShowStoppers != 0 && !StartAnyway()) return false;
+    PrintParagraph("Starting tern.harbor....");
+    Print("\n");
+    PrintParagraph("If there is a problem, error messages will show up now.");
+    Print("\n");
+    if (!StartServer(gstr_ProgramDir + gstr_ProductName)) {
+        PrintParagraph(
+            "ERROR: Couldn't create a new process with the fork(2) system call. "
+            "Try again when the system is less loaded.");
+        return false;
+    }
+    // The server's start-up messages come first on the terminal.
+    sleep(kSecondsToSpeak);
+    Print("\n");
+    return true;
+}

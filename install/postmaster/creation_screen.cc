@@ -1,0 +1,64 @@
+#include "install/postmaster/creation_screen.h"
+
+#include "install/console.h"
+#include "install/postmaster/admin_accounts.h"
+#include "install/postmaster/messages.h"
+#include "install/settings.h"
+
+namespace {
+
+using Outcome = AdminAccounts::Outcome;
+
+SString Error(Outcome outcome) {
+    if (outcome == Outcome::NoRoot) {
+        return "ERROR: Couldn't create a mail account for root. "
+               "There is probably a problem with the permissions of " +
+               gstr_TernHarbor + "config or the disk is full.";
+    }
+    if (outcome == Outcome::NotReopened) {
+        return "ERROR: Couldn't add root to the Postmaster account. " + LikelyCause();
+    }
+    return "ERROR: Couldn't create the Postmaster account! This is probably a permission problem with the " +
+           gstr_TernHarbor + "config directory.";
+}
+
+void TellNotDelivered() {
+    Print("\n");
+    PrintParagraph(
+        "ERROR: Couldn't set up the Postmaster account to deliver mail to the root account. Make sure that "
+        "there are valid Postmaster deliveries set up before you run tern.harbor.");
+    PrintParagraph(
+        "You will have the opportunity to specify new deliveries in a moment, but you may want to check "
+        "that it is set up correctly by running this program again.");
+}
+
+/// The lines of a run that had to make root's account, up to the word that completes the last of them.
+void TellRoot(Outcome outcome) {
+    Print("hold on a second....\nCreating a mail account for root.... ");
+    if (outcome != Outcome::NoRoot) Print("done\nAdding root to Postmaster delivery list.... ");
+}
+
+SString Completion(const AdminAccounts& made) {
+    switch (made.outcome) {
+        case Outcome::Done:
+            return "done";
+        case Outcome::NotDelivered:
+            return made.root_was_made ? "failed!" : "failed";
+        case Outcome::NoRoot:
+            return "failed!";
+        default:
+            return "";
+    }
+}
+
+}  // namespace
+
+bool CreatePostmasterWithRoot(SAccountDBMod* accounts) {
+    Print("Creating Postmaster account.... ");
+    const AdminAccounts made = MakeAdminAccounts(accounts, gstr_HostName, gstr_DomainName);
+    if (made.root_was_made) TellRoot(made.outcome);
+    Print(Completion(made) + "\n");
+    if (made.outcome == Outcome::NotDelivered) TellNotDelivered();
+    const bool stands = made.outcome == Outcome::Done || made.outcome == Outcome::NotDelivered;
+    return stands || AbortSetup(Error(made.outcome));
+}

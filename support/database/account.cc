@@ -1,0 +1,93 @@
+#include "support/database/account.h"
+
+#include "support/database/account_store.h"
+
+AccountStore& SAccountBase::_dbf_DB = AccountStore::Shared();
+
+int SAccountDB::GetAccountInfo(const SString& uid, SAccount* record) {
+    return Find(uid, record) == Lookup::Found;
+}
+
+Lookup SAccountDB::Find(const SString& uid, SAccount* record) {
+    if (record == nullptr) return _dbf_DB.Find(uid);
+    record->uid_ = uid;
+    record->locked_ = false;
+    return _dbf_DB.Read(uid, &record->fields_, &record->locked_);
+}
+
+SString SAccountDB::GetAccountUID(const S821Address& address) {
+    SString uid;
+    return FindOwner(address, &uid) == Lookup::Found ? uid : SString();
+}
+
+Lookup SAccountDB::FindOwner(const S821Address& address, SString* uid) {
+    const SString key = address.Key();
+    return key.IsEmpty() ? Lookup::Missing : _dbf_DB.FindOwner(key, uid);
+}
+
+SStringList SAccountDB::AccountUIDList() {
+    return _dbf_DB.Uids();
+}
+
+long SAccountDB::AccountCount() {
+    return _dbf_DB.Count();
+}
+
+SStringList SAccountDB::GetLocalMailDomains() {
+    return _dbf_DB.Domains();
+}
+
+namespace {
+
+/// A change as a transaction of its own, or as a part of the scope that is open.
+template <typename Work>
+bool Change(AccountStore& store, const Work& work) {
+    if (!store.IsInScope()) {
+        AccountTransaction own;
+        return own.IsOpen() && work() && own.Commit();
+    }
+    const bool is_done = store.IsWritable() && work();
+    if (!is_done && store.IsWritable()) store.Break();
+    return is_done;
+}
+
+}  // namespace
+
+int SAccountDBMod::ModifyAccount(const SString& uid, SAccountMod* mod) {
+    AccountStore::Binding binding;
+    const bool is_bound = !uid.IsEmpty() && Change(_dbf_DB, [&] {
+        binding = _dbf_DB.Bind(uid);
+        return binding.id != 0;
+    });
+    mod->uid_ = uid;
+    mod->id_ = is_bound ? binding.id : 0;
+    mod->is_new_ = is_bound && binding.is_new;
+    return is_bound;
+}
+
+int SAccountDBMod::DeleteAccount(const SString& uid) {
+    return Change(_dbf_DB, [&] { return _dbf_DB.Delete(uid); });
+}
+
+int SAccountMod::Set(const SString& field, const SStringList& values) {
+    return id_ != 0 && Change(_dbf_DB, [&] { return _dbf_DB.SetField(id_, Uid(), field, values); });
+}
+
+int SAccountMod::Lock() {
+    return id_ != 0 && Change(_dbf_DB, [&] { return _dbf_DB.Lock(id_, Uid()); });
+}
+
+AccountTransaction::AccountTransaction() : open_(AccountStore::Shared().Begin()) {}
+
+AccountTransaction::~AccountTransaction() {
+    if (!ended_) AccountStore::Shared().End(false);
+}
+
+bool AccountTransaction::Commit() {
+    ended_ = true;
+    return AccountStore::Shared().End(true);
+}
+
+bool SyncAccounts() {
+    return AccountStore::Shared().Sync();
+}

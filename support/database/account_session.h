@@ -1,0 +1,53 @@
+// What the account store has open: the database and the statements that run on it.
+#pragma once
+
+#include <sys/stat.h>
+
+#include "support/database/account_store.h"
+
+struct AccountStore::Session {
+    Session(OpenedDatabase database, const SString& file, bool for_writing);
+    static DatabaseState Open(bool for_writing, std::unique_ptr<Session>* session);
+    /// Whether what it has open is still the account database.
+    bool IsCurrent() const;
+
+    SString path;
+    bool is_writable;
+    bool is_snapshot;
+    struct stat opened {};
+    std::unique_ptr<sqlite::Connection> connection;
+    std::optional<int64_t> data_version;  // changes when another connection has written
+
+    sqlite::Statement version = connection->Prepare("PRAGMA data_version");
+    sqlite::Statement find = connection->Prepare("SELECT id FROM accounts WHERE uid = ?1");
+    sqlite::Statement read = connection->Prepare(
+        "SELECT a.locked, f.name, f.value FROM accounts a LEFT JOIN fields f ON f.account = a.id"
+        " WHERE a.uid = ?1 ORDER BY f.name, f.position");
+    sqlite::Statement find_owner = connection->Prepare(
+        "SELECT a.uid FROM addresses d JOIN accounts a ON a.id = d.account"
+        " WHERE d.address = ?1 ORDER BY d.account LIMIT 1");
+    sqlite::Statement uids = connection->Prepare("SELECT uid FROM accounts ORDER BY id");
+    sqlite::Statement count = connection->Prepare("SELECT count(*) FROM accounts");
+    sqlite::Statement addresses = connection->Prepare("SELECT address FROM addresses");
+
+    sqlite::Statement begin_part = connection->Prepare("SAVEPOINT part");
+    sqlite::Statement take_back_part = connection->Prepare("ROLLBACK TO part");
+    sqlite::Statement end_part = connection->Prepare("RELEASE part");
+
+    sqlite::Statement add =
+        connection->Prepare("INSERT INTO accounts (uid) VALUES (?1) ON CONFLICT DO NOTHING");
+    sqlite::Statement holds = connection->Prepare("SELECT 1 FROM accounts WHERE id = ?1 AND uid = ?2");
+    sqlite::Statement lock = connection->Prepare("UPDATE accounts SET locked = 1 WHERE id = ?1 AND uid = ?2");
+    sqlite::Statement remove = connection->Prepare("DELETE FROM accounts WHERE id = ?1");
+    sqlite::Statement add_value =
+        connection->Prepare("INSERT INTO fields (account, name, position, value) VALUES (?1, ?2, ?3, ?4)");
+    sqlite::Statement values =
+        connection->Prepare("SELECT value FROM fields WHERE account = ?1 AND name = ?2");
+    sqlite::Statement remove_field =
+        connection->Prepare("DELETE FROM fields WHERE account = ?1 AND name = ?2");
+    sqlite::Statement remove_fields = connection->Prepare("DELETE FROM fields WHERE account = ?1");
+    sqlite::Statement add_address = connection->Prepare(
+        "INSERT INTO addresses (address, account) VALUES (?1, ?2) ON CONFLICT DO NOTHING");
+    sqlite::Statement remove_address =
+        connection->Prepare("DELETE FROM addresses WHERE address = ?1 AND account = ?2");
+};

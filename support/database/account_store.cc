@@ -1,0 +1,103 @@
+#include "support/database/account_store.h"
+
+#include <set>
+
+#include "support/database/account_session.h"
+
+using sqlite::Execution;
+using sqlite::Step;
+
+AccountStore& AccountStore::Shared() {
+    static AccountStore store;
+    return store;
+}
+
+AccountStore::AccountStore() = default;
+AccountStore::~AccountStore() = default;
+
+DatabaseState AccountStore::OpenSession(bool for_writing) {
+    const bool is_enough = session_ && (session_->is_writable || !for_writing);
+    if (is_enough && (transaction_ || session_->IsCurrent())) return DatabaseState::Ready;
+    session_.reset();
+    ++epoch_;
+    return Session::Open(for_writing, &session_);
+}
+
+namespace {
+
+Lookup Outcome(DatabaseState state) {
+    return state == DatabaseState::Missing ? Lookup::Missing : Lookup::Failed;
+}
+
+Lookup Outcome(Step step) {
+    return step == Step::Row ? Lookup::Found : step == Step::Done ? Lookup::Missing : Lookup::Failed;
+}
+
+}  // namespace
+
+Lookup AccountStore::Find(const SString& uid) {
+    const DatabaseState state = OpenSession(false);
+    return state == DatabaseState::Ready ? Outcome(Execution(session_->find, uid).Next()) : Outcome(state);
+}
+
+Lookup AccountStore::Read(const SString& uid, SNamedStringList* fields, bool* is_locked) {
+    fields->Reset();
+    const DatabaseState state = OpenSession(false);
+    if (state != DatabaseState::Ready) return Outcome(state);
+    Execution query(session_->read, uid);
+    const Step first = query.Next();
+    Step step = first;
+    for (; step == Step::Row; step = query.Next()) {
+        *is_locked = query.Number(0) != 0;
+        if (!query.IsNull(1)) (*fields)[query.Text(1)].Push(query.Text(2));
+    }
+    return step == Step::Failed ? Lookup::Failed : Outcome(first);
+}
+
+Lookup AccountStore::FindOwner(const SString& address_key, SString* uid) {
+    const DatabaseState state = OpenSession(false);
+    if (state != DatabaseState::Ready) return Outcome(state);
+    Execution query(session_->find_owner, address_key);
+    const Step step = query.Next();
+    if (step == Step::Row) *uid = query.Text(0);
+    return Outcome(step);
+}
+
+SStringList AccountStore::Uids() {
+    SStringList uids;
+    if (OpenSession(false) != DatabaseState::Ready) return uids;
+    Execution query(session_->uids);
+    Step step = query.Next();
+    for (; step == Step::Row; step = query.Next()) uids.Push(query.Text(0));
+    return step == Step::Done ? uids : SStringList();
+}
+
+long AccountStore::Count() {
+    if (OpenSession(false) != DatabaseState::Ready) return 0;
+    Execution query(session_->count);
+    return query.Next() == Step::Row ? query.Number(0) : 0;
+}
+
+SStringList AccountStore::Domains() {
+    std::set<std::string> domains;
+    if (OpenSession(false) == DatabaseState::Ready) {
+        Execution query(session_->addresses);
+        while (query.Next() == Step::Row) {
+            const SString domain = S821Address(query.Text(0)).Domain();
+            if (!domain.IsEmpty()) domains.insert(domain.Bytes());
+        }
+    }
+    SStringList list;
+    for (const std::string& domain : domains) list.Push(SString(domain));
+    return list;
+}
+
+uint64_t AccountStore::Epoch() {
+    if (OpenSession(false) != DatabaseState::Ready) return ++epoch_;
+    Execution query(session_->version);
+    if (query.Next() != Step::Row || query.Number(0) != session_->data_version) {
+        ++epoch_;
+        session_->data_version = query.Number(0);
+    }
+    return epoch_;
+}

@@ -1,0 +1,108 @@
+#include "support/database/database_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "support/system/descriptor.h"
+#include "support/system/environment.h"
+#include "support/system/file.h"
+
+namespace {
+
+constexpr mode_t kMode = 0640;
+
+// What opens with a blocking look (a FIFO) or is no file at all is told apart before SQLite sees it.
+DatabaseState LookAt(const SString& path) {
+    struct stat facts {};
+    if (path.IsEmpty()) return DatabaseState::Failed;
+    if (stat(path.CString(), &facts) != 0) {
+        return errno == ENOENT ? DatabaseState::Missing : DatabaseState::Failed;
+    }
+    return S_ISREG(facts.st_mode) ? DatabaseState::Ready : DatabaseState::Failed;
+}
+
+// The mode is asked for explicitly, since the mask of whoever made the file must not decide. Only a file that
+// this call made is ever opened here: closing a second descriptor of a file drops all of the process's locks
+// on it (POSIX), those of another open handle included.
+bool MakeFile(const SString& path) {
+    const Descriptor file = Descriptor::Open(path, O_WRONLY | O_CREAT | O_EXCL, kMode);
+    return file ? fchmod(file.Get(), kMode) == 0 : errno == EEXIST;
+}
+
+bool MayWrite(const SString& path) {
+    return faccessat(AT_FDCWD, path.CString(), W_OK, AT_EACCESS) == 0;
+}
+
+// SQLite leaves files beside a database that it may read but not write: read-only themselves, they would
+// keep a later run from writing although the database's own permissions have been mended. So such a database
+// is read as it stands, unless work of a killed process is still waiting beside it.
+sqlite::Mode ModeFor(const SString& path) {
+    const bool may_write = MayWrite(path) && MayWrite(path.S("[^/]+$", ""));
+    const bool has_pending_work = FileSize(path + "-wal") > 0 || EntryExists(path + "-journal");
+    return may_write || has_pending_work ? sqlite::Mode::Shared : sqlite::Mode::Immutable;
+}
+
+DatabaseState Recognise(sqlite::Connection& connection, const DatabaseFormat& format) {
+    const auto id = connection.Value("PRAGMA application_id");
+    if (id && *id == format.application_id) return DatabaseState::Ready;
+    const auto tables = connection.Value("SELECT count(*) FROM sqlite_schema");
+    return tables && *tables == "0" ? DatabaseState::Missing : DatabaseState::Failed;
+}
+
+bool MakeSchema(sqlite::Connection& connection, const DatabaseFormat& format) {
+    sqlite::Transaction transaction(connection);
+    if (!transaction.IsOpen()) return false;
+    if (Recognise(connection, format) != DatabaseState::Missing) {
+        return Recognise(connection, format) == DatabaseState::Ready;  // another process was faster
+    }
+    const SString mark = SString("PRAGMA application_id = ") + format.application_id;
+    return connection.Execute(format.schema) && connection.Execute(mark.CString()) && transaction.Commit();
+}
+
+// Where the file system cannot hold a write-ahead log, the database stays with its rollback journal, which
+// must then be synced in full.
+bool SetDurability(sqlite::Connection& connection, const DatabaseFormat& format) {
+    SString wanted(format.journal_mode);
+    const auto mode = connection.Value((SString("PRAGMA journal_mode = ") + wanted).CString());
+    const bool has_mode = mode && *mode == wanted.LowerCase();
+    const SString synchronous = SString("PRAGMA synchronous = ") + (has_mode ? format.synchronous : "FULL");
+    return mode && connection.Execute(synchronous.CString());
+}
+
+}  // namespace
+
+SString DatabasePath(const SString& name) {
+    const SString directory = GetEnv("TernHarbor");
+    const bool leads_elsewhere = name.Index('/') >= 0 || name.Index('\0') >= 0 || name == "." || name == "..";
+    return directory.IsEmpty() || name.IsEmpty() || leads_elsewhere ? SString()
+                                                                    : directory + "/config/" + name;
+}
+
+OpenedDatabase OpenForReading(const SString& path, const DatabaseFormat& format) {
+    OpenedDatabase database{LookAt(path), nullptr};
+    if (database.state != DatabaseState::Ready) return database;
+    const sqlite::Mode mode = ModeFor(path);
+    auto connection = sqlite::Connection::Open(path, mode);
+    database.is_snapshot = mode == sqlite::Mode::Immutable;
+    database.state = connection ? Recognise(*connection, format) : DatabaseState::Failed;
+    if (database.state == DatabaseState::Ready) database.connection = std::move(connection);
+    return database;
+}
+
+OpenedDatabase OpenForWriting(const SString& path, const DatabaseFormat& format) {
+    if (LookAt(path) == DatabaseState::Missing && !MakeFile(path)) {
+        return {DatabaseState::Failed, nullptr};
+    }
+    if (LookAt(path) != DatabaseState::Ready || ModeFor(path) != sqlite::Mode::Shared) {
+        return {DatabaseState::Failed, nullptr};
+    }
+    auto connection = sqlite::Connection::Open(path, sqlite::Mode::Shared);
+    const DatabaseState state = connection ? Recognise(*connection, format) : DatabaseState::Failed;
+    const bool is_usable = state != DatabaseState::Failed && SetDurability(*connection, format) &&
+                           (state == DatabaseState::Ready || MakeSchema(*connection, format));
+    return is_usable ? OpenedDatabase{DatabaseState::Ready, std::move(connection)}
+                     : OpenedDatabase{DatabaseState::Failed, nullptr};
+}

@@ -1,0 +1,31 @@
+// The files behind the mail system's databases: config/NAME under the environment's "TernHarbor", SQLite 3,
+// owned by the user who made it, mode 0640, closed on exec.
+#pragma once
+
+#include "support/database/sqlite.h"
+
+/// What makes a file a database of one kind.
+struct DatabaseFormat {
+    const char* application_id;  // a number, stored in the file; tells kinds of databases apart
+    const char* schema;          // SQL that makes the empty database
+    const char* journal_mode;    // as SQLite names it: "WAL", "DELETE"
+    const char* synchronous;     // "NORMAL", "FULL", "EXTRA"
+};
+
+enum class DatabaseState { Missing, Ready, Failed };
+
+struct OpenedDatabase {
+    DatabaseState state;
+    std::unique_ptr<sqlite::Connection> connection;  // only with Ready
+    bool is_snapshot = false;                        // does not notice what others write
+};
+
+/// The file of a database; empty for a name that leads elsewhere, and without "TernHarbor".
+SString DatabasePath(const SString& name);
+
+/// Opens a database for reading, and makes nothing: a file that is not there, or that nothing was written to
+/// yet, is Missing; one that cannot be read, or is no database of this format, is Failed.
+OpenedDatabase OpenForReading(const SString& path, const DatabaseFormat& format);
+
+/// Opens a database for writing, and makes what is missing of it. Never answers Missing.
+OpenedDatabase OpenForWriting(const SString& path, const DatabaseFormat& format);

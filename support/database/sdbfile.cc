@@ -1,0 +1,152 @@
+#include "support/database/sdbfile.h"
+
+#include "support/database/database_file.h"
+#include "support/system/file.h"
+
+using sqlite::Step;
+
+namespace {
+
+// One file that can be renamed as it is: a rollback journal, gone when nothing is being written. EXTRA syncs
+// the directory, too, once the journal is removed; otherwise a power failure could undo what was stored.
+constexpr DatabaseFormat kFormat = {
+    "1414680141",  // "TRNM"
+    "CREATE TABLE tables (path TEXT PRIMARY KEY) WITHOUT ROWID;"
+    "CREATE TABLE settings (path TEXT NOT NULL, key TEXT NOT NULL, position INTEGER NOT NULL,"
+    "  value TEXT NOT NULL, PRIMARY KEY (path, key, position)) WITHOUT ROWID;",
+    "DELETE",
+    "EXTRA",
+};
+
+// "/a/b", whatever slashes the path was written with; "/" for the outermost table.
+SString Normal(const SString& table_path) {
+    return "/" + table_path.S("^/+|/+$", "", "g").S("/+", "/", "g");
+}
+
+}  // namespace
+
+struct Sdbfile::State {
+    SString name;
+    SString table;
+    bool writable = false;
+    bool missing = false;
+    std::unique_ptr<sqlite::Connection> connection;
+};
+
+Sdbfile::Sdbfile() : state_(std::make_unique<State>()) {}
+
+Sdbfile::Sdbfile(const SString& database, int flag) : Sdbfile() {
+    Init(database, flag);
+}
+
+Sdbfile::~Sdbfile() = default;
+
+void Sdbfile::Init(const SString& database, int /*flag*/) {
+    CloseDB();
+    state_->name = database;
+}
+
+void Sdbfile::CloseDB() {
+    state_->connection.reset();
+    state_->writable = state_->missing = false;
+}
+
+namespace {
+
+Step FindTable(sqlite::Connection& connection, const SString& table) {
+    sqlite::Statement statement = connection.Prepare("SELECT 1 FROM tables WHERE path = ?1");
+    return sqlite::Execution(statement, table).Next();
+}
+
+bool MakeTable(sqlite::Connection& connection, const SString& table) {
+    sqlite::Statement statement =
+        connection.Prepare("INSERT INTO tables (path) VALUES (?1) ON CONFLICT DO NOTHING");
+    return sqlite::Execution(statement, table).Run();
+}
+
+bool RemoveValues(sqlite::Connection& connection, const SString& table, const SString& key) {
+    sqlite::Statement statement = connection.Prepare("DELETE FROM settings WHERE path = ?1 AND key = ?2");
+    return sqlite::Execution(statement, table, key).Run();
+}
+
+bool AddValues(sqlite::Connection& connection, const SString& table, const SString& key,
+               const SStringList& values) {
+    sqlite::Statement statement =
+        connection.Prepare("INSERT INTO settings (path, key, position, value) VALUES (?1, ?2, ?3, ?4)");
+    int64_t position = 0;
+    for (const SString& value : values) {
+        if (!sqlite::Execution(statement, table, key, position++, value).Run()) return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+int Sdbfile::Open(const SString& table_path, int writable) {
+    CloseDB();
+    state_->table = Normal(table_path);
+    state_->writable = writable != 0;
+    const SString path = DatabasePath(state_->name);
+    OpenedDatabase database =
+        state_->writable ? OpenForWriting(path, kFormat) : OpenForReading(path, kFormat);
+    Step table = database.state == DatabaseState::Ready ? FindTable(*database.connection, state_->table)
+                                                        : Step::Failed;
+    if (table == Step::Done && state_->writable && MakeTable(*database.connection, state_->table)) {
+        table = Step::Row;
+    }
+    state_->missing = database.state == DatabaseState::Missing || table == Step::Done;
+    if (table == Step::Row) state_->connection = std::move(database.connection);
+    return table == Step::Row;
+}
+
+bool Sdbfile::IsMissing() const {
+    return state_->missing;
+}
+
+SStringList Sdbfile::Get(const SString& key) const {
+    SStringList values;
+    return Read(key, &values) ? values : SStringList();
+}
+
+bool Sdbfile::Read(const SString& key, SStringList* values) const {
+    values->Reset();
+    if (!state_->connection) return false;
+    sqlite::Statement statement = state_->connection->Prepare(
+        "SELECT value FROM settings WHERE path = ?1 AND key = ?2 ORDER BY position");
+    sqlite::Execution query(statement, state_->table, key);
+    Step step = query.Next();
+    for (; step == Step::Row; step = query.Next()) values->Push(query.Text(0));
+    return step == Step::Done;
+}
+
+int Sdbfile::Set(const SString& key, const SStringList& values) {
+    if (!state_->connection || !state_->writable) return 0;
+    sqlite::Connection& connection = *state_->connection;
+    sqlite::Transaction transaction(connection);
+    return transaction.IsOpen() && RemoveValues(connection, state_->table, key) &&
+           AddValues(connection, state_->table, key, values) && transaction.Commit();
+}
+
+namespace {
+
+/// A transaction that changes nothing.
+bool Rewrite(sqlite::Connection& connection) {
+    const SString mark = SString("PRAGMA application_id = ") + kFormat.application_id;
+    return connection.Execute(mark.CString());
+}
+
+bool HasSomethingBeside(const SString& path) {
+    return EntryExists(path + "-journal") || EntryExists(path + "-wal");
+}
+
+}  // namespace
+
+bool SettleDatabase(const SString& database) {
+    const SString path = DatabasePath(database);
+    if (path.IsEmpty() || !HasSomethingBeside(path)) return !path.IsEmpty();
+    // Opening works off what a transaction has left; a journal that was begun, but holds nothing yet, only
+    // goes with the next one.
+    const OpenedDatabase opened = OpenForWriting(path, kFormat);
+    return opened.state == DatabaseState::Ready &&
+           (!HasSomethingBeside(path) || Rewrite(*opened.connection)) && !HasSomethingBeside(path);
+}

@@ -1,0 +1,89 @@
+// Messages in the mail system's queue, as files under $TernHarbor (docs/queue.md has the layout):
+// control/STEM-Control makes a message exist; messages/STEM-Header and STEM-Body are its text.
+// A file appears whole or not at all: it is written under another name, synced and renamed.
+#pragma once
+
+#include <memory>
+
+#include "support/text/named_list.h"
+
+class PendingFile;
+
+/// Named fields bound to a file (field_text.h has its form), locked between processes while read and written.
+/// The lock is the directory's (flock), as a file's own would be lost when it is replaced; one that another
+/// process holds is waited for, up to 5 s.
+class SField : public SNamedStringList {
+  public:
+    ~SField() override;
+    bool Read();   // replaces the fields; false when the file cannot be read or is none of ours
+    bool Write();  // false when the file could not be written whole
+
+    /// The two halves of Write, for a file that something else must precede: the fields are on their way to
+    /// the disk under another name; they are the file. What was prepared and not published is gone with the
+    /// object.
+    bool Prepare();
+    bool Publish();
+
+  protected:
+    explicit SField(const SString& line_end);
+    void SetPath(const SString& path);  // what was prepared for another one is dropped
+    const SString& Path() const { return path_; }
+    void Discard();  // what was prepared
+
+  private:
+    SString path_;
+    SString line_end_;
+    std::unique_ptr<PendingFile> pending_;
+};
+
+class SControl : public SField {
+  public:
+    SControl();  // takes the directories from the environment
+    /// A stem, or a path (anything with a "/"), which is taken as it is.
+    void PutFilename(const SString& name);
+    SString GetFilename() const;
+    using SField::Prepare;
+    using SField::Read;
+    using SField::Write;
+    bool Read(const SString& name);
+    bool Write(const SString& name);
+    bool Prepare(const SString& name);
+    /// Where the text of the message belongs, if it has one.
+    SString HeaderPath() const;
+    SString BodyPath() const;
+    /// Withdraws the message: its control, header and body files.
+    void RemoveMessage();
+
+  private:
+    SString module_;
+    SString control_directory_;
+    SString deferred_directory_;
+    SString message_directory_;
+};
+
+/// A mail's header; its lines end in CR LF.
+class SHeader : public SField {
+  public:
+    SHeader();
+    void PutFilename(const SString& name);
+    SString GetFilename() const;
+    using SField::Read;
+    using SField::Write;
+    bool Read(const SString& name);
+    bool Write(const SString& name);
+
+  private:
+    SString directory_;
+};
+
+class SMessage {
+  public:
+    void PutFilename(const SString& name) { name_ = name; }
+    SString GetFilename() const { return name_; }
+
+  private:
+    SString name_;
+};
+
+class SRequest {};
+class SBody {};

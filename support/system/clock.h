@@ -1,0 +1,11 @@
+// The current time, in the forms that mail needs.
+#pragma once
+
+#include "support/text/sstring.h"
+
+/// The local time as RFC 822 section 5 has it, with a four-digit year (RFC 1123):
+/// "Sat, 21 Nov 2026 14:05:09 +0100".
+SString RFC822Date();
+/// The current time in a compact form that is safe in file names: "20261121140509123456" (UTC, microseconds);
+/// never the same twice in a process.
+SString MessageIdDate();

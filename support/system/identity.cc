@@ -1,0 +1,82 @@
+#include "support/system/identity.h"
+
+#include <grp.h>
+#include <pwd.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <optional>
+
+namespace {
+
+std::optional<std::vector<gid_t>> CurrentGroups() {
+    const int count = getgroups(0, nullptr);
+    if (count < 0) return std::nullopt;
+    std::vector<gid_t> groups(static_cast<size_t>(count));
+    if (getgroups(count, groups.data()) != count) return std::nullopt;
+    return groups;
+}
+
+/// The user goes last: without root's rights the groups could not be changed any more.
+bool Take(uid_t uid, gid_t gid, const std::vector<gid_t>& groups) {
+    return seteuid(getuid()) == 0 && setgroups(groups.size(), groups.data()) == 0 && setegid(gid) == 0 &&
+           seteuid(uid) == 0;
+}
+
+std::optional<std::vector<gid_t>>& GroupsAtStart() {
+    static std::optional<std::vector<gid_t>> groups;
+    return groups;
+}
+
+}  // namespace
+
+bool BecomeMailOwner(const SString& login, uid_t uid, gid_t gid) {
+    return initgroups(login.CString(), gid) == 0 && setegid(gid) == 0 && seteuid(uid) == 0;
+}
+
+AsRoot::AsRoot() : before_(geteuid()) {
+    // Where the system refuses, what needs root's rights fails by itself and is reported there.
+    if (before_ != getuid()) static_cast<void>(seteuid(getuid()));
+}
+
+AsRoot::~AsRoot() {
+    // Going on with root's rights would be worse than ending.
+    if (before_ != geteuid() && seteuid(before_) != 0) abort();
+}
+
+AsUser::AsUser(uid_t uid, gid_t gid, const std::vector<gid_t>& groups)
+    : uid_before_(geteuid()), gid_before_(getegid()) {
+    const auto before = CurrentGroups();
+    if (!before) return;
+    groups_before_ = *before;
+    taken_ = Take(uid, gid, groups);
+    if (!taken_ && !Take(uid_before_, gid_before_, groups_before_)) abort();
+}
+
+AsUser::~AsUser() {
+    if (taken_ && !Take(uid_before_, gid_before_, groups_before_)) abort();
+}
+
+std::vector<gid_t> GroupsOf(const SString& login, gid_t gid) {
+    int count = 32;
+    std::vector<gid_t> groups(static_cast<size_t>(count));
+    while (getgrouplist(login.CString(), gid, groups.data(), &count) < 0) {
+        groups.resize(std::max(static_cast<size_t>(count), groups.size() * 2));
+        count = static_cast<int>(groups.size());
+    }
+    groups.resize(static_cast<size_t>(count));
+    return groups;
+}
+
+void RememberGroups() {
+    GroupsAtStart() = CurrentGroups();
+}
+
+bool BecomeRootAsStarted() {
+    const uid_t uid = getuid();
+    const gid_t gid = getgid();
+    const auto& groups = GroupsAtStart();
+    return seteuid(uid) == 0 && (!groups || setgroups(groups->size(), groups->data()) == 0) &&
+           setresgid(gid, gid, gid) == 0 && setresuid(uid, uid, uid) == 0;
+}

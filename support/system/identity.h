@@ -1,0 +1,50 @@
+// The process's effective identity: the only place that calls seteuid and its kin. The real user stays root,
+// so a scope can take another identity and the end of the scope, on every path, gives the old one back.
+#pragma once
+
+#include <sys/types.h>
+
+#include <vector>
+
+#include "support/text/sstring.h"
+
+/// The mail system's owner for good: group, supplementary groups, then user. False when the system refuses.
+bool BecomeMailOwner(const SString& login, uid_t uid, gid_t gid);
+
+/// The real user's (root's) rights for a scope; groups stay.
+class AsRoot {
+  public:
+    AsRoot();
+    ~AsRoot();
+    AsRoot(const AsRoot&) = delete;
+    AsRoot& operator=(const AsRoot&) = delete;
+
+  private:
+    uid_t before_;
+};
+
+/// A user's identity for a scope: uid, primary group and supplementary groups. Where the system refuses any
+/// of it, nothing is changed and IsTaken is false: do nothing on the user's behalf then. A failure to give
+/// the identity back ends the program (abort), as going on would act as somebody else.
+class AsUser {
+  public:
+    AsUser(uid_t uid, gid_t gid, const std::vector<gid_t>& groups);
+    ~AsUser();
+    AsUser(const AsUser&) = delete;
+    AsUser& operator=(const AsUser&) = delete;
+    bool IsTaken() const { return taken_; }
+
+  private:
+    uid_t uid_before_;
+    gid_t gid_before_;
+    std::vector<gid_t> groups_before_;
+    bool taken_ = false;
+};
+
+/// The supplementary groups of a login (getgrouplist), its primary group included.
+std::vector<gid_t> GroupsOf(const SString& login, gid_t gid);
+
+/// In a child before exec: real and effective user root, the groups that the process was started with
+/// (call RememberGroups first thing in main), so that a server is started as root's shell would.
+void RememberGroups();
+bool BecomeRootAsStarted();

@@ -1,0 +1,105 @@
+#include "support/system/process.h"
+
+#include <csignal>
+#include <limits>
+
+#include "support/system/command.h"
+#include "support/system/file.h"
+#include "support/system/identity.h"
+#include "support/text/pattern.h"
+
+namespace {
+
+constexpr long kLastSystemProcess = 10;
+
+/// A host's tool that answers a question, and the reader of its answer.
+struct Probe {
+    const char* program;
+    const char* arguments;
+    SStringList (*parse)(SStringList);
+};
+
+// Of each table the first row whose program stands on the host is run.
+constexpr Probe kSocketProbes[] = {
+    // SunOS and IRIX
+    {"/usr/etc/netstat", "-an", PortsFromNetstat},
+    // Linux with iproute2
+    {"/usr/bin/ss", "-Hltn", PortsFromSs},
+    {"/bin/ss", "-Hltn", PortsFromSs},
+    {"/usr/sbin/ss", "-Hltn", PortsFromSs},
+    // Linux with net-tools
+    {"/usr/bin/netstat", "-ltn", PortsFromLinuxNetstat},
+    {"/bin/netstat", "-ltn", PortsFromLinuxNetstat},
+};
+constexpr Probe kProcessProbes[] = {
+    {"/usr/bin/ps", "-e", ProcessesFromPs},
+    {"/bin/ps", "-e", ProcessesFromPs},
+};
+
+template <size_t N>
+SStringList RunFirst(const Probe (&probes)[N]) {
+    for (const Probe& probe : probes) {
+        if (!IsRegular(probe.program)) continue;
+        // As root: a host may hide other users' processes.
+        const AsRoot root;
+        return probe.parse(ReadCommand(SString(probe.program) + " " + probe.arguments));
+    }
+    return {};
+}
+
+}  // namespace
+
+SStringList BoundSockets() {
+    return RunFirst(kSocketProbes);
+}
+
+SStringList ReadProcessInfo() {
+    return RunFirst(kProcessProbes);
+}
+
+bool KillProgram(const SString& name, int signal) {
+    if (!name.Matches("\\w")) return false;
+    return SignalProcesses(ProcessesNamed(ReadProcessInfo(), name), signal);
+}
+
+SStringList ProcessesNamed(const SStringList& entries, const SString& name) {
+    SStringList named;
+    // An unbalanced bracket could break out of the group: what does not compile alone names nothing.
+    if (!Pattern::Of(name).IsValid()) return named;
+    const Pattern& whole = Pattern::Of("\\A(?:" + name + ")\\z");
+    for (const SString& entry : entries) {
+        const SString process = entry.S("\\A.* ", "");
+        const auto match = whole.Find(process);
+        // "(*ACCEPT)" ends a match where it stands, whatever the expression goes on to ask for.
+        if (match && match->front().end == process.Length()) named.Push(entry);
+    }
+    return named;
+}
+
+bool SignalProcesses(const SStringList& entries, int signal) {
+    const AsRoot root;
+    bool reached = false;
+    for (const SString& entry : entries) {
+        const long id = entry.ToNumber();
+        if (id <= kLastSystemProcess || id > std::numeric_limits<pid_t>::max()) continue;
+        if (kill(static_cast<pid_t>(id), signal) == 0) reached = true;
+    }
+    return reached;
+}
+
+SStringList PortsFromNetstat(SStringList lines) {
+    return lines.Grep(R"(s/^tcp(\s+\S+){3}\.(\d+)\s+.*LISTEN\s*$/$2/)");
+}
+
+SStringList PortsFromSs(SStringList lines) {
+    return lines.Grep(R"(s/^LISTEN(\s+\d+){2}\s+\S*:(\d+)\s.*\s*$/$2/)");
+}
+
+SStringList PortsFromLinuxNetstat(SStringList lines) {
+    return lines.Grep(R"(s/^tcp6?(\s+\d+){2}\s+\S*:(\d+)\s+.*LISTEN\s*$/$2/)");
+}
+
+SStringList ProcessesFromPs(SStringList lines) {
+    lines.Shift();  // the heading
+    return lines.Grep(R"(s/^\s*(\d+).*\s(\S+)\s*$/$1 $2/)");
+}

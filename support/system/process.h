@@ -1,0 +1,21 @@
+// The host's processes and listening sockets, as its own tools list them. Parsing stands apart from running,
+// so that recorded outputs can be parsed.
+#pragma once
+
+#include "support/text/sstring_list.h"
+
+/// Ports of listening TCP sockets as text, in the order of the output, duplicates possible.
+SStringList BoundSockets();
+/// One entry per process: its id, a blank and its name.
+SStringList ReadProcessInfo();
+/// Sends the signal to every process of exactly this name (an expression, bound to the whole name) with an id
+/// above 10, as root. True when one was reached.
+bool KillProgram(const SString& name, int signal);
+/// Its two halves, on entries of ReadProcessInfo. A name that does not compile as an expression names none.
+SStringList ProcessesNamed(const SStringList& entries, const SString& name);
+bool SignalProcesses(const SStringList& entries, int signal);
+
+SStringList PortsFromNetstat(SStringList lines);       // "tcp 0 0 *.25 *.* 0 0 LISTEN" (System V)
+SStringList PortsFromSs(SStringList lines);            // "LISTEN 0 128 [::]:25 [::]:*" (iproute2)
+SStringList PortsFromLinuxNetstat(SStringList lines);  // "tcp6 0 0 :::25 :::* LISTEN" (net-tools)
+SStringList ProcessesFromPs(SStringList lines);        // "  PID TTY TIME CMD" and rows

@@ -1,0 +1,62 @@
+#include "support/text/pattern_expression.h"
+
+namespace {
+
+constexpr size_t kNone = std::string_view::npos;
+
+/// The position of the first slash at or after from that no backslash escapes.
+size_t NextSlash(std::string_view text, size_t from) {
+    for (size_t at = from; at < text.size(); at++) {
+        if (text[at] == '/') return at;
+        if (text[at] == '\\') at++;
+    }
+    return kNone;
+}
+
+/// Whether the text ends in a slash that belongs to it as its end: "/a\/" does not.
+bool IsEnclosed(std::string_view text) {
+    if (text.size() < 2 || text.front() != '/') return false;
+    size_t slash = 0;
+    while (slash != kNone && slash + 1 < text.size()) slash = NextSlash(text, slash + 1);
+    return slash != kNone;
+}
+
+std::string_view Inside(std::string_view enclosed) {
+    return enclosed.substr(1, enclosed.size() - 2);
+}
+
+/// In an expression "\/" means a slash by itself; the replacement is plain text and loses the backslash.
+SString Unescaped(std::string_view replacement) {
+    std::string result;
+    for (size_t at = 0; at < replacement.size(); at++) {
+        if (replacement.substr(at, 2) == "\\/") at++;
+        result += replacement[at];
+    }
+    return result;
+}
+
+std::optional<PatternExpression> Substitution(std::string_view text) {
+    if (!text.starts_with("s/")) return std::nullopt;
+    const size_t middle = NextSlash(text, 2);
+    const size_t end = middle == kNone ? kNone : NextSlash(text, middle + 1);
+    if (end == kNone || end + 1 != text.size()) return std::nullopt;
+    return PatternExpression{PatternExpression::Form::kSubstitute, text.substr(2, middle - 2),
+                             Unescaped(text.substr(middle + 1, end - middle - 1))};
+}
+
+}  // namespace
+
+std::optional<PatternExpression> ParsePatternExpression(const SString& text) {
+    using Form = PatternExpression::Form;
+    const std::string_view bytes = text.Bytes();
+    if (IsEnclosed(bytes)) return PatternExpression{Form::kSelect, Inside(bytes), ""};
+    if (bytes.starts_with('!') && IsEnclosed(bytes.substr(1))) {
+        return PatternExpression{Form::kReject, Inside(bytes.substr(1)), ""};
+    }
+    return Substitution(bytes);
+}
+
+SString WithoutSlashes(const SString& pattern) {
+    const std::string_view bytes = pattern.Bytes();
+    return IsEnclosed(bytes) ? Inside(bytes) : bytes;
+}

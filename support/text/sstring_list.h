@@ -1,0 +1,75 @@
+// An ordered sequence of strings, indexed from 0. Push, Pop and Shift are amortised O(1).
+#pragma once
+
+#include <deque>
+#include <initializer_list>
+#include <iosfwd>
+#include <vector>
+
+#include "support/text/sstring.h"
+
+class SStringList {
+  public:
+    using iterator = std::deque<SString>::iterator;
+    using const_iterator = std::deque<SString>::const_iterator;
+
+    SStringList() = default;
+    SStringList(const SString& only) : items_{only} {}
+    SStringList(const char* only) : items_{SString(only)} {}
+    SStringList(std::initializer_list<SString> items) : items_(items) {}
+    explicit SStringList(const char* const* null_terminated);
+
+    bool operator==(const SStringList& other) const = default;
+
+    size_t Count() const { return items_.size(); }
+    bool IsEmpty() const { return items_.empty(); }
+    auto begin() const { return items_.begin(); }
+    auto end() const { return items_.end(); }
+    auto begin() { return items_.begin(); }
+    auto end() { return items_.end(); }
+
+    void Push(const SString& item);
+    void Push(const SStringList& items);
+    void Push(const char* item) { Push(SString(item)); }
+    /// Removes and returns the last (Pop) or first (Shift) element; an empty string when there is none.
+    SString Pop();
+    SString Shift();
+    /// Inserts before position at (clamped to the list).
+    void Insert(const SStringList& items, int at);
+    /// Removes up to count elements from at on.
+    void Splice(int at, int count);
+    /// Element i; an empty string out of range.
+    SString Get(int i) const;
+    const SString& operator[](size_t i) const { return items_[i]; }
+    SString& operator[](size_t i) { return items_[i]; }
+
+    bool Contains(const SString& item) const;
+    void Delete(const SString& item);
+    /// Pattern expressions: "/re/" gives the elements that match, "!/re/" those that do not, in their order;
+    /// "s/re/replacement/" replaces the first match in every element that has one, in place, and gives the
+    /// changed elements. Any other text, or one that does not compile, selects and changes nothing. "\/" is
+    /// a slash inside an expression. The second argument is always null.
+    SStringList Grep(const SString& expression, SStringList* unused = nullptr);
+    SStringList Grep(const SString& expression) const = delete;  // form 3 edits the list: copy it first
+    SString Join(const SString& separator = "") const;
+    void Sort();    // by byte value
+    void Unique();  // removes elements equal to the one before
+    void Chop();    // the last character of every element
+    void Undef() { items_.clear(); }
+    void Reset() { items_.clear(); }
+
+    /// For execv: null-terminated, valid while the list lives and is not changed.
+    std::vector<char*> Pointers();
+
+  private:
+    std::deque<SString> items_;
+};
+
+/// The whole stream, one element per line, line ends kept (see SString's operator).
+std::istream& operator>>(std::istream& in, SStringList& lines);
+
+/// A lower-cased copy of every entry.
+SStringList LowerCase(SStringList items);
+
+/// The text's lines, each with its line end; the last one without, where the text ends so.
+SStringList Lines(const SString& text);

@@ -1,0 +1,183 @@
+#include "install/accounts/home_visit.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "support/system/descriptor.h"
+#include "support/system/file.h"
+#include "tests/temporary_folder.h"
+
+namespace {
+
+const Identity kUser = {2001, 2001, {2001}};
+const SString kNotice = "##### Notice #####\n";
+
+class HomeVisit : public testing::Test {
+  protected:
+    HomeVisit() {
+        chmod((folder_ / "").CString(), 0755);
+        MakeDir(Home(), 0700);
+        Own(Home());
+    }
+
+    SString Home() const { return folder_ / "home"; }
+    SString In(const SString& name) const { return Home() + "/" + name; }
+    void Own(const SString& path) const { ASSERT_EQ(lchown(path.CString(), kUser.uid, kUser.gid), 0); }
+    SString Put(const SString& name, const SString& text, mode_t mode = 0600) const {
+        SString path = folder_.Write("home/" + name, text, mode);
+        Own(path);
+        return path;
+    }
+    void Link(const SString& target, const SString& name) const {
+        ASSERT_EQ(symlink(target.CString(), In(name).CString()), 0);
+        Own(In(name));
+    }
+    HomeFindings Visit() const { return VisitHome(Home(), kUser, kNotice); }
+    SStringList FingerLines() const { return Visit().finger_lines; }
+
+    TemporaryFolder folder_;
+};
+
+TEST_F(HomeVisit, ReadsProjectAndPlan) {
+    Put(".project", "Mail\n");
+    Put(".plan", "Monday: rest\n\nTuesday: work\n");
+    EXPECT_EQ(FingerLines(), SStringList({"Project:", "-------", "Mail", "", "Plan:", "----", "Monday: rest",
+                                          "", "Tuesday: work", ""}));
+}
+
+TEST_F(HomeVisit, ReadsEachForItself) {
+    EXPECT_TRUE(FingerLines().IsEmpty());
+    Put(".project", "");
+    EXPECT_TRUE(FingerLines().IsEmpty());
+    Put(".plan", "\n");
+    EXPECT_EQ(FingerLines(), SStringList({"Plan:", "----", "", ""}));
+}
+
+TEST_F(HomeVisit, KeepsEveryCharacterOfALine) {
+    Put(".plan", "a \xff\x1b[2J\r\n\tno line end");
+    EXPECT_EQ(FingerLines(), SStringList({"Plan:", "----", "a \xff\x1b[2J\r", "\tno line end", ""}));
+}
+
+TEST_F(HomeVisit, ReadsWholeLinesOfTheFirstMebibyteOnly) {
+    constexpr size_t kMebibyte = size_t{1} << 20;
+    const SString line = SString('x', 1023) + "\n";
+    SString text;
+    for (int i = 0; i < 1023; ++i) text += line;
+    const struct {
+        const char* what;
+        SString end;
+        size_t lines;
+    } cases[] = {
+        {"exactly one, whole", line, 1024},
+        {"exactly one, without its line end", SString('y', 1024), 1024},
+        {"one byte more, the last line ends at it", line + "y", 1024},
+        {"one byte more, within the last line", SString('y', 1024) + "\n", 1023},
+        {"much more", SString('y', 3 * kMebibyte), 1023},
+    };
+    for (const auto& c : cases) {
+        Put(".plan", text + c.end);
+        EXPECT_EQ(FingerLines().Count(), c.lines + 3) << c.what;
+    }
+    Put(".plan", SString('y', kMebibyte + 1));
+    EXPECT_TRUE(FingerLines().IsEmpty());
+}
+
+TEST_F(HomeVisit, FollowsALinkToAnotherFileOfTheUsersOnly) {
+    Put("mine", "mine\n");
+    Link("mine", ".plan");
+    const SString secret = folder_.Write("secret", "secret\n", 0640);
+    Link(secret, ".project");
+    EXPECT_EQ(FingerLines(), SStringList({"Plan:", "----", "mine", ""}));
+}
+
+TEST_F(HomeVisit, UsesTheUsersGroups) {
+    const SString path = folder_.Write("shared", "shared\n", 0640);
+    ASSERT_EQ(chown(path.CString(), 0, 2002), 0);
+    Link(path, ".plan");
+    EXPECT_TRUE(FingerLines().IsEmpty());
+    const Identity member = {kUser.uid, kUser.gid, {kUser.gid, 2002}};
+    EXPECT_EQ(VisitHome(Home(), member, kNotice).finger_lines.Count(), 4U);
+}
+
+TEST_F(HomeVisit, DoesNotPassThroughProcsLinks) {
+    // What this process has open could be reached there, whatever the directories above it allow.
+    const SString path = folder_.Write("closed", "secret\n", 0644);
+    const Descriptor open = Descriptor::Open(path, O_RDONLY);
+    ASSERT_TRUE(open);
+    Link("/proc/self/fd/" + SString(open.Get()), ".plan");
+    EXPECT_TRUE(FingerLines().IsEmpty());
+}
+
+TEST_F(HomeVisit, OpensNothingButRegularFiles) {
+    ASSERT_EQ(mkfifo(In(".plan").CString(), 0666), 0);
+    ASSERT_EQ(mkdir(In(".project").CString(), 0777), 0);
+    ASSERT_EQ(mkdir(In(".forward").CString(), 0777), 0);
+    const HomeFindings findings = Visit();
+    EXPECT_TRUE(findings.finger_lines.IsEmpty());
+    EXPECT_FALSE(findings.has_forward);
+    ASSERT_TRUE(RemoveFile(In(".plan")));
+    Link("/dev/zero", ".plan");
+    EXPECT_TRUE(FingerLines().IsEmpty());
+}
+
+TEST_F(HomeVisit, FindsARegularForwardFile) {
+    EXPECT_FALSE(Visit().has_forward);
+    Put(".forward", "");
+    EXPECT_TRUE(Visit().has_forward);
+}
+
+TEST_F(HomeVisit, LeavesANoticeOfTheUsersOwn) {
+    const mode_t before = umask(007);
+    Visit();
+    umask(before);
+    struct stat status = {};
+    ASSERT_EQ(lstat(In(".forward.NOTICE").CString(), &status), 0);
+    EXPECT_EQ(status.st_uid, kUser.uid);
+    EXPECT_EQ(status.st_gid, kUser.gid);
+    EXPECT_EQ(status.st_mode & 07777, 0640U);
+    EXPECT_EQ(MapFileRead(In(".forward.NOTICE")), kNotice);
+    EXPECT_EQ(geteuid(), 0U);
+    EXPECT_EQ(getegid(), 0U);
+}
+
+TEST_F(HomeVisit, LeavesTheNoticeWhereAnythingStandsAlone) {
+    Put(".forward.NOTICE", "old\n");
+    Visit();
+    EXPECT_EQ(MapFileRead(In(".forward.NOTICE")), "old\n");
+    ASSERT_TRUE(RemoveFile(In(".forward.NOTICE")));
+    Link("nowhere", ".forward.NOTICE");
+    Visit();
+    EXPECT_FALSE(EntryExists(In("nowhere")));
+}
+
+TEST_F(HomeVisit, CannotWriteWhereTheUserCannot) {
+    ASSERT_EQ(chown(Home().CString(), 0, 0), 0);
+    ASSERT_EQ(chmod(Home().CString(), 0755), 0);
+    Put(".plan", "mine\n");
+    EXPECT_EQ(FingerLines().Count(), 4U);
+    EXPECT_FALSE(EntryExists(In(".forward.NOTICE")));
+}
+
+TEST_F(HomeVisit, TakesAHomeWithASlashAtItsEnd) {
+    Put(".plan", "mine\n");
+    EXPECT_EQ(VisitHome(Home() + "/", kUser, kNotice).finger_lines.Count(), 4U);
+    EXPECT_TRUE(FileExists(In(".forward.NOTICE")));
+}
+
+TEST_F(HomeVisit, LeavesAloneWhatIsNoHome) {
+    Put(".plan", "mine\n");
+    const SString missing = folder_ / "missing";
+    for (const SString& home : {SString(), SString("home"), SString("./"), missing}) {
+        EXPECT_TRUE(VisitHome(home, kUser, kNotice).finger_lines.IsEmpty()) << home;
+    }
+    // These ids mean "as it is" to the system: root's files would be read for the user.
+    const Identity nobody = {4294967295U, 2001, {2001}};
+    const Identity no_group = {2001, 4294967295U, {}};
+    EXPECT_TRUE(VisitHome(Home(), nobody, kNotice).finger_lines.IsEmpty());
+    EXPECT_TRUE(VisitHome(Home(), no_group, kNotice).finger_lines.IsEmpty());
+    EXPECT_FALSE(EntryExists(In(".forward.NOTICE")));
+}
+
+}  // namespace

@@ -1,0 +1,109 @@
+#include "install/accounts/maildrop.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "support/system/file.h"
+#include "tests/temporary_folder.h"
+
+namespace {
+
+const Identity kUser = {2001, 2001, {2001}};
+constexpr gid_t kMail = 2008;
+
+struct stat StatusOf(const SString& path) {
+    struct stat status = {};
+    EXPECT_EQ(lstat(path.CString(), &status), 0) << path;
+    return status;
+}
+
+TEST(RepairMaildrop, GivesAPlainFileToTheUserAndTheMailGroup) {
+    const struct {
+        const char* what;
+        uid_t uid;
+        gid_t gid;
+        mode_t mode;
+    } cases[] = {
+        {"right already", 2001, 2008, 0660},
+        {"mode too open", 2001, 2008, 0666},
+        {"mode too closed", 2001, 2008, 0600},
+        {"no rights at all", 2001, 2008, 0},
+        {"other owner", 0, 2008, 0660},
+        {"other group", 2001, 2001, 0660},
+        {"all other", 33, 33, 0644},
+        {"set-user-id", 2001, 2008, 04660},
+        {"set-user-id, other owner", 0, 0, 06777},
+    };
+    for (const auto& c : cases) {
+        const TemporaryFolder folder;
+        const SString path = folder.Write("anna", "From x\n");
+        ASSERT_EQ(chown(path.CString(), c.uid, c.gid), 0);
+        ASSERT_EQ(chmod(path.CString(), c.mode), 0);
+        EXPECT_EQ(RepairMaildrop(path, kUser, kMail), Maildrop::Fine) << c.what;
+        const struct stat status = StatusOf(path);
+        EXPECT_EQ(status.st_uid, 2001U) << c.what;
+        EXPECT_EQ(status.st_gid, 2008U) << c.what;
+        EXPECT_EQ(status.st_mode & 07777, 0660U) << c.what;
+        EXPECT_EQ(MapFileRead(path), "From x\n") << c.what;
+    }
+}
+
+TEST(RepairMaildrop, LeavesWhatIsRightUntouched) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("anna", "", 0660);
+    ASSERT_EQ(chown(path.CString(), 2001, 2008), 0);
+    const struct stat before = StatusOf(path);
+    EXPECT_EQ(RepairMaildrop(path, kUser, kMail), Maildrop::Fine);
+    EXPECT_EQ(StatusOf(path).st_ctim.tv_nsec, before.st_ctim.tv_nsec);
+    EXPECT_EQ(StatusOf(path).st_ctim.tv_sec, before.st_ctim.tv_sec);
+}
+
+TEST(RepairMaildrop, GivesNothingToAnIdThatIsNone) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("anna", "", 0600);
+    ASSERT_EQ(chown(path.CString(), 33, 33), 0);
+    for (const Identity& user : {Identity{UINT32_MAX, 2001, {}}, Identity{2001, UINT32_MAX, {}}}) {
+        EXPECT_EQ(RepairMaildrop(path, user, kMail), Maildrop::Fine);
+        EXPECT_EQ(StatusOf(path).st_uid, 33U);
+        EXPECT_EQ(StatusOf(path).st_gid, 33U);
+        EXPECT_EQ(StatusOf(path).st_mode & 07777, 0600U);
+    }
+}
+
+TEST(RepairMaildrop, MakesNoFile) {
+    const TemporaryFolder folder;
+    EXPECT_EQ(RepairMaildrop(folder / "anna", kUser, kMail), Maildrop::Fine);
+    EXPECT_FALSE(EntryExists(folder / "anna"));
+}
+
+TEST(RepairMaildrop, TouchesNothingButAPlainFile) {
+    const TemporaryFolder folder;
+    const SString target = folder.Write("target", "secret\n", 0600);
+    const SString hard = folder.Write("hard", "secret\n", 0600);
+    const SString path = folder / "anna";
+    const struct {
+        const char* what;
+        int (*make)(const char* target, const char* path);
+        SString target;
+    } cases[] = {
+        {"a link", symlink, target},
+        {"a dangling link", symlink, "nowhere"},
+        {"a hard link", link, hard},
+        {"a FIFO", [](const char*, const char* p) { return mkfifo(p, 0666); }, ""},
+        {"a directory", [](const char*, const char* p) { return mkdir(p, 0777); }, ""},
+    };
+    for (const auto& c : cases) {
+        ASSERT_EQ(c.make(c.target.CString(), path.CString()), 0) << c.what;
+        const struct stat before = StatusOf(path);
+        EXPECT_EQ(RepairMaildrop(path, kUser, kMail), Maildrop::Suspicious) << c.what;
+        EXPECT_EQ(StatusOf(path).st_uid, before.st_uid) << c.what;
+        EXPECT_EQ(StatusOf(path).st_mode, before.st_mode) << c.what;
+        ASSERT_EQ(remove(path.CString()), 0);
+    }
+    EXPECT_EQ(StatusOf(target).st_uid, 0U);
+    EXPECT_EQ(StatusOf(target).st_mode & 07777, 0600U);
+    EXPECT_EQ(StatusOf(hard).st_uid, 0U);
+}
+
+}  // namespace

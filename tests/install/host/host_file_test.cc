@@ -1,0 +1,189 @@
+#include "install/host/host_file.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+
+#include "support/system/file.h"
+#include "tests/temporary_folder.h"
+
+namespace {
+
+SStringList Reverse(SStringList lines) {
+    std::reverse(lines.begin(), lines.end());
+    return lines;
+}
+
+struct stat StatusOf(const SString& path) {
+    struct stat status {};
+    EXPECT_EQ(stat(path.CString(), &status), 0) << path;
+    return status;
+}
+
+mode_t ModeOf(const SString& path) {
+    return StatusOf(path).st_mode & 07777;
+}
+
+TEST(ReadHostFile, KeepsLineEndsAndAnUnterminatedLastLine) {
+    const TemporaryFolder folder;
+    const SString nul = SString('\0', 1);
+    const SString path = folder.Write("file", "one\r\n\ntwo " + nul + "\nlast");
+    const auto lines = ReadHostFile(path);
+    ASSERT_TRUE(lines);
+    EXPECT_EQ(*lines, SStringList({"one\r\n", "\n", "two " + nul + "\n", "last"}));
+}
+
+TEST(ReadHostFile, GivesAnEmptyFileNoLines) {
+    const TemporaryFolder folder;
+    const auto lines = ReadHostFile(folder.Write("file", ""));
+    ASSERT_TRUE(lines);
+    EXPECT_TRUE(lines->IsEmpty());
+}
+
+TEST(ReadHostFile, RefusesWhatIsNoRegularFile) {
+    const TemporaryFolder folder;
+    ASSERT_EQ(mkdir((folder / "directory").CString(), 0755), 0);
+    ASSERT_EQ(mkfifo((folder / "fifo").CString(), 0644), 0);
+    ASSERT_EQ(symlink("nothing", (folder / "dangling").CString()), 0);
+    for (const SString name : {"missing", "directory", "fifo", "dangling"}) {
+        EXPECT_FALSE(ReadHostFile(folder / name)) << name;
+        EXPECT_FALSE(RewriteHostFile(folder / name, Reverse)) << name;
+        EXPECT_FALSE(EntryExists(folder / (name + ".bak"))) << name;
+    }
+}
+
+TEST(RewriteHostFile, LeavesTheOldBytesInABackup) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("file", "one\ntwo\n");
+    EXPECT_TRUE(RewriteHostFile(path, Reverse));
+    EXPECT_EQ(MapFileRead(path), "two\none\n");
+    EXPECT_EQ(MapFileRead(path + ".bak"), "one\ntwo\n");
+}
+
+TEST(RewriteHostFile, ShortensAFile) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("file", "one\ntwo\n");
+    EXPECT_TRUE(RewriteHostFile(path, [](const SStringList&) { return SStringList("x\n"); }));
+    EXPECT_EQ(MapFileRead(path), "x\n");
+}
+
+TEST(RewriteHostFile, TakesTheFirstFreeBackupName) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("file", "new\n");
+    folder.Write("file.bak", "old\n");
+    ASSERT_EQ(symlink("nothing", (folder / "file.bak1").CString()), 0);
+    EXPECT_TRUE(RewriteHostFile(path, Reverse));
+    EXPECT_EQ(MapFileRead(path + ".bak"), "old\n");
+    EXPECT_FALSE(FileExists(folder / "nothing"));
+    EXPECT_EQ(MapFileRead(path + ".bak2"), "new\n");
+}
+
+TEST(RewriteHostFile, GivesTheBackupOwnerAndModeOfTheFile) {
+    const TemporaryFolder folder;
+    for (const mode_t mode : {0644U, 0600U, 0444U, 0400U, 0U, 02755U}) {
+        const SString path = folder.Write("file" + SString(mode), "one\n", mode);
+        ASSERT_EQ(chown(path.CString(), 12, 34), 0);
+        ASSERT_EQ(chmod(path.CString(), mode), 0);
+        EXPECT_TRUE(RewriteHostFile(path, Reverse));
+        for (const SString& name : {path, path + ".bak"}) {
+            EXPECT_EQ(ModeOf(name), mode) << name;
+            EXPECT_EQ(StatusOf(name).st_uid, 12U) << name;
+            EXPECT_EQ(StatusOf(name).st_gid, 34U) << name;
+        }
+    }
+}
+
+TEST(RewriteHostFile, KeepsTheFileItselfAndItsOtherNames) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("file", "one\ntwo\n");
+    ASSERT_EQ(link(path.CString(), (folder / "other").CString()), 0);
+    const ino_t before = StatusOf(path).st_ino;
+    EXPECT_TRUE(RewriteHostFile(path, Reverse));
+    EXPECT_EQ(StatusOf(path).st_ino, before);
+    EXPECT_EQ(MapFileRead(folder / "other"), "two\none\n");
+}
+
+TEST(RewriteHostFile, LeavesNothingBehindWhereTheBackupHasNoRoom) {
+    // Every name that could be tried is too long for the file system; the file's own is not.
+    const TemporaryFolder folder;
+    const SString path = folder.Write(SString('x', 253), "one\n", 0444);
+    EXPECT_FALSE(RewriteHostFile(path, Reverse));
+    EXPECT_EQ(MapFileRead(path), "one\n");
+    EXPECT_EQ(ModeOf(path), 0444U);
+    EXPECT_EQ(ReadDir(folder / "").Count(), 1U);
+}
+
+TEST(RewriteHostFile, LeavesAFileAloneThatWasReplacedMeanwhile) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("file", "one\ntwo\n");
+    EXPECT_FALSE(RewriteHostFile(path, [&](SStringList lines) {
+        Rename(folder.Write("draft", "an editor's new version\n"), path);
+        return Reverse(std::move(lines));
+    }));
+    EXPECT_EQ(MapFileRead(path), "an editor's new version\n");
+    EXPECT_FALSE(EntryExists(path + ".bak"));
+}
+
+TEST(RewriteHostFile, LeavesAFileAloneThatGrewMeanwhile) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("file", "one\n");
+    EXPECT_FALSE(RewriteHostFile(path, [&](SStringList lines) {
+        folder.Write("file", "one\ntwo\n");
+        return lines;
+    }));
+    EXPECT_EQ(MapFileRead(path), "one\ntwo\n");
+    EXPECT_FALSE(EntryExists(path + ".bak"));
+}
+
+/// No file of this process may grow beyond so many bytes, for a scope; a write that would fails.
+class FileSizeLimit {
+  public:
+    explicit FileSizeLimit(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit limit{bytes, before_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &before_);
+        std::signal(SIGXFSZ, handler_);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+  private:
+    rlimit before_{};
+    void (*handler_)(int);
+};
+
+TEST(RewriteHostFile, PutsTheOldBytesBackWhereTheNewOnesFindNoRoom) {
+    const TemporaryFolder folder;
+    const SString old(SString('o', 1000) + "\n");
+    const SString path = folder.Write("file", old, 0444);
+    {
+        const FileSizeLimit limit(1500);
+        EXPECT_FALSE(
+            RewriteHostFile(path, [](const SStringList&) { return SStringList(SString('n', 2000)); }));
+    }
+    EXPECT_EQ(MapFileRead(path), old);
+    EXPECT_EQ(ModeOf(path), 0444U);
+    EXPECT_EQ(MapFileRead(path + ".bak"), old);
+}
+
+TEST(RewriteHostFile, RemovesABackupThatFindsNoRoom) {
+    const TemporaryFolder folder;
+    const SString old(SString('o', 1000) + "\n");
+    const SString path = folder.Write("file", old, 0444);
+    {
+        const FileSizeLimit limit(500);
+        EXPECT_FALSE(RewriteHostFile(path, Reverse));
+    }
+    EXPECT_EQ(MapFileRead(path), old);
+    EXPECT_EQ(ModeOf(path), 0444U);
+    EXPECT_FALSE(EntryExists(path + ".bak"));
+}
+
+}  // namespace

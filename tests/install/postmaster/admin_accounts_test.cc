@@ -1,0 +1,147 @@
+#include "install/postmaster/admin_accounts.h"
+
+#include <gtest/gtest.h>
+
+#include "support/database/sqlite.h"
+#include "support/system/environment.h"
+#include "support/system/file.h"
+#include "tests/temporary_folder.h"
+
+namespace {
+
+using Outcome = AdminAccounts::Outcome;
+
+/// Makes the database refuse rows, as a full disk would, in a place of the test's choice.
+SString Refusing(const SString& table, const SString& condition) {
+    return "CREATE TRIGGER refuse BEFORE INSERT ON " + table + " WHEN " + condition +
+           " BEGIN SELECT RAISE(ABORT, 'refused'); END;";
+}
+
+// For the case that has root's account made, but cannot find the Postmaster's again.
+const SString kLosing =
+    "CREATE TRIGGER lose AFTER INSERT ON accounts WHEN NEW.uid = 'Root'"
+    " BEGIN DELETE FROM accounts WHERE uid = 'Postmaster'; END;";
+
+class PostmasterAccounts : public testing::Test {
+  protected:
+    PostmasterAccounts() {
+        PutEnv("TernHarbor", folder_ / "");
+        MakeDir(folder_ / "config", 0700);
+    }
+
+    void AddAccount(const SString& uid, const SString& address) {
+        SAccountMod account;
+        ASSERT_TRUE(accounts_.ModifyAccount(uid, &account) && account.Set("SMTP-Address", address));
+    }
+
+    /// Begins anew in this directory, with a database that has these triggers.
+    void Use(const SString& directory, const SString& triggers) {
+        MakeDir(directory + "/config", 0700);
+        PutEnv("TernHarbor", directory);
+        AddAccount("Somebody", "somebody@else.example");  // so that there is a database
+        const auto connection =
+            sqlite::Connection::Open(directory + "/config/MTA-Accounts", sqlite::Mode::Shared);
+        ASSERT_TRUE(connection != nullptr && connection->Execute(triggers.CString()));
+    }
+
+    AdminAccounts Make() { return MakeAdminAccounts(&accounts_, "mail.example.com", "example.com"); }
+    SStringList Value(const SString& uid, const SString& field) {
+        SAccount account;
+        accounts_.GetAccountInfo(uid, &account);
+        return account.Get(field);
+    }
+    bool Exists(const SString& uid) { return accounts_.GetAccountInfo(uid, nullptr) != 0; }
+
+    TemporaryFolder folder_;
+    SAccountDBMod accounts_;
+};
+
+TEST_F(PostmasterAccounts, MakesBoth) {
+    const AdminAccounts made = Make();
+    EXPECT_EQ(made.outcome, Outcome::Done);
+    EXPECT_TRUE(made.root_was_made);
+    const struct {
+        const char* uid;
+        const char* field;
+        SStringList values;
+    } cases[] = {
+        {"Postmaster", "Name", "Mail Administrator"},
+        {"Postmaster", "SMTP-Address", "Postmaster@mail.example.com"},
+        {"Postmaster", "SMTP-RewriteStyle", "comment"},
+        {"Postmaster", "Manager-Delivery", ""},
+        {"Postmaster", "Access-Domains", "example.com"},
+        {"Postmaster", "Account-Delivery", "Root"},
+        {"Postmaster", "Channel-Delivery", {}},
+        {"Root", "Name", "System Administrator"},
+        {"Root", "SMTP-Address", "root@mail.example.com"},
+        {"Root", "SMTP-RewriteStyle", "comment"},
+        {"Root", "UNIX-UserName", "root"},
+        {"Root", "Local-Delivery", "UNIX"},
+        {"Root", "Access-Domains", "example.com"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(Value(c.uid, c.field), c.values) << c.uid << " " << c.field;
+    for (const char* uid : {"Postmaster", "Root"}) {
+        SAccount account;
+        ASSERT_TRUE(accounts_.GetAccountInfo(uid, &account));
+        EXPECT_TRUE(account.IsLocked());
+        EXPECT_EQ(account.Get("Password").Get(0).Length(), 6U);
+    }
+    EXPECT_NE(Value("Postmaster", "Password"), Value("Root", "Password"));
+}
+
+TEST_F(PostmasterAccounts, DeliverToWhoeverOwnsRootsAddress) {
+    AddAccount("Charlie_Root", "ROOT@mail.example.com");
+    const AdminAccounts made = Make();
+    EXPECT_EQ(made.outcome, Outcome::Done);
+    EXPECT_FALSE(made.root_was_made);
+    EXPECT_EQ(Value("Postmaster", "Account-Delivery"), SStringList("Charlie_Root"));
+    EXPECT_FALSE(Exists("Root"));
+}
+
+TEST_F(PostmasterAccounts, LeaveAStrangersRootAlone) {
+    AddAccount("Root", "tuber@example.com");
+    EXPECT_EQ(Make().outcome, Outcome::Done);
+    EXPECT_EQ(Value("Root", "SMTP-Address"), SStringList("tuber@example.com"));
+    EXPECT_EQ(Value("Root1", "SMTP-Address"), SStringList("root@mail.example.com"));
+    EXPECT_EQ(Value("Postmaster", "Account-Delivery"), SStringList("Root1"));
+}
+
+TEST_F(PostmasterAccounts, AreNeverWrittenOver) {
+    AddAccount("Postmaster", "old@example.com");
+    EXPECT_EQ(Make().outcome, Outcome::NoPostmaster);
+    EXPECT_EQ(Value("Postmaster", "SMTP-Address"), SStringList("old@example.com"));
+    EXPECT_FALSE(Exists("Root"));
+}
+
+TEST_F(PostmasterAccounts, StandTogetherOrNotAtAll) {
+    const struct {
+        SString triggers;
+        Outcome outcome;
+        bool stand;
+    } cases[] = {
+        {Refusing("accounts", "NEW.uid = 'Postmaster'"), Outcome::NoPostmaster, false},
+        {Refusing("fields", "NEW.value = 'Mail Administrator'"), Outcome::NoPostmaster, false},
+        {Refusing("accounts", "NEW.uid = 'Root'"), Outcome::NoRoot, false},
+        {Refusing("fields", "NEW.value = 'UNIX'"), Outcome::NoRoot, false},
+        {kLosing + Refusing("accounts", "EXISTS (SELECT 1 FROM accounts WHERE uid = 'Root')"),
+         Outcome::NotReopened, false},
+        {Refusing("fields", "NEW.name = 'Account-Delivery'"), Outcome::NotDelivered, true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.triggers.CString());
+        const TemporaryFolder folder;
+        Use(folder / "", c.triggers);
+        EXPECT_EQ(Make().outcome, c.outcome);
+        EXPECT_EQ(Exists("Postmaster"), c.stand);
+        EXPECT_EQ(Exists("Root"), c.stand);
+        EXPECT_TRUE(Value("Postmaster", "Account-Delivery").IsEmpty());
+    }
+}
+
+TEST_F(PostmasterAccounts, NeedADatabase) {
+    folder_.Write("config/MTA-Accounts", "damaged");
+    EXPECT_EQ(Make().outcome, Outcome::NoPostmaster);
+    EXPECT_EQ(MapFileRead(folder_ / "config/MTA-Accounts"), "damaged");
+}
+
+}  // namespace

@@ -1,0 +1,239 @@
+#include "support/database/sdbfile.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+
+#include <csignal>
+
+#include "support/database/sqlite.h"
+#include "tests/data_directory.h"
+
+namespace {
+
+class SdbfileTest : public testing::Test {
+  protected:
+    static int Store(const SString& table, const SString& key, const SStringList& values) {
+        Sdbfile database("Module", 0);
+        return database.Open(table, 1) != 0 && database.Set(key, values) != 0;
+    }
+    static SStringList Load(const SString& table, const SString& key) {
+        Sdbfile database("Module", 0);
+        return database.Open(table, 0) != 0 ? database.Get(key) : SStringList("(not open)");
+    }
+
+    DataDirectory data_;
+};
+
+const SString kNul(std::string("a\0b", 3));
+
+TEST_F(SdbfileTest, KeepsValuesUnderTableAndKey) {
+    const struct {
+        const char* table;
+        SString key;
+        SStringList values;
+    } cases[] = {
+        {"/Config", "Socket", "80"},
+        {"/Config", "WWWAccess", {"one.example", "two.example", "one.example"}},
+        {"/Config/Sub", "Socket", "81"},
+        {"/", "Socket", ""},
+        {"/Config", "socket", {kNul, "\xff\xfe", "two\r\nlines", ""}},
+        {"/Config", kNul, "a key of any bytes"},
+        {"/Config", "", "an empty key"},
+        {"/Config", "none", SStringList()},
+    };
+    for (const auto& c : cases) EXPECT_TRUE(Store(c.table, c.key, c.values)) << c.key;
+    for (const auto& c : cases) EXPECT_EQ(Load(c.table, c.key), c.values) << c.key;
+    EXPECT_EQ(Load("/Config", "unknown"), SStringList());
+    EXPECT_EQ(data_.Listing(), "Module");
+}
+
+TEST_F(SdbfileTest, ReplacesValues) {
+    EXPECT_TRUE(Store("/Config", "Socket", {"80", "81", "82"}));
+    EXPECT_TRUE(Store("/Config", "Socket", "8080"));
+    EXPECT_EQ(Load("/Config", "Socket"), SStringList("8080"));
+    EXPECT_TRUE(Store("/Config", "Socket", SStringList()));
+    EXPECT_EQ(Load("/Config", "Socket"), SStringList());
+}
+
+TEST_F(SdbfileTest, OneTableHasManySpellings) {
+    EXPECT_TRUE(Store("/Config/Sub", "Key", "value"));
+    for (const char* path : {"/Config/Sub", "Config/Sub", "/Config/Sub/", "//Config///Sub//"}) {
+        EXPECT_EQ(Load(path, "Key"), SStringList("value")) << path;
+    }
+    EXPECT_TRUE(Store("", "Key", "outermost"));
+    EXPECT_EQ(Load("/", "Key"), SStringList("outermost"));
+}
+
+TEST_F(SdbfileTest, ReadingMakesNothingAndTellsWhatIsMissing) {
+    Sdbfile database("Module", 0);
+    EXPECT_FALSE(database.Open("/Config", 0));
+    EXPECT_TRUE(database.IsMissing());
+    EXPECT_EQ(data_.Listing(), "");
+    EXPECT_TRUE(database.Open("/Config", 1));
+    EXPECT_FALSE(database.IsMissing());
+    EXPECT_FALSE(database.Open("/Other", 0));
+    EXPECT_TRUE(database.IsMissing());
+    EXPECT_FALSE(database.Open("/", 0));  // no table by having one below it
+    EXPECT_TRUE(database.Open("/Config", 0));
+    EXPECT_FALSE(database.Open("/Other", 0));
+    data_.WriteConfig("Damaged", "text");
+    database.Init("Damaged", 0);
+    EXPECT_FALSE(database.Open("/Config", 0));
+    EXPECT_FALSE(database.IsMissing());
+}
+
+TEST_F(SdbfileTest, AnswersZeroWhenNotOpen) {
+    Sdbfile database;
+    SStringList values("before");
+    EXPECT_FALSE(database.Open("/Config", 1));
+    EXPECT_FALSE(database.Set("Key", "value"));
+    EXPECT_FALSE(database.Read("Key", &values));
+    EXPECT_TRUE(values.IsEmpty());
+    EXPECT_TRUE(database.Get("Key").IsEmpty());
+    database.CloseDB();
+    database.CloseDB();
+
+    database.Init("Module", 0);
+    EXPECT_TRUE(database.Open("/Config", 1));
+    EXPECT_TRUE(database.Set("Key", "value"));
+    EXPECT_TRUE(database.Open("/Config", 0));
+    EXPECT_FALSE(database.Set("Key", "for reading only"));
+    EXPECT_EQ(database.Get("Key"), SStringList("value"));
+    database.CloseDB();
+    EXPECT_FALSE(database.Set("Key", "closed"));
+    EXPECT_TRUE(database.Get("Key").IsEmpty());
+    EXPECT_EQ(Load("/Config", "Key"), SStringList("value"));
+}
+
+TEST_F(SdbfileTest, TwoHandlesOfOneDatabaseSeeEachOther) {
+    Sdbfile first("Module", 0);
+    Sdbfile second("Module", 0);
+    ASSERT_TRUE(first.Open("/Config", 1));
+    ASSERT_TRUE(second.Open("/Config", 1));
+    EXPECT_TRUE(first.Set("Key", "first"));
+    EXPECT_EQ(second.Get("Key"), SStringList("first"));
+    EXPECT_TRUE(second.Set("Key", "second"));
+    EXPECT_EQ(first.Get("Key"), SStringList("second"));
+}
+
+TEST_F(SdbfileTest, WaitsForALockAndGivesUp) {
+    ASSERT_TRUE(Store("/Config", "Key", "value"));
+    const auto other = sqlite::Connection::Open(data_.Config("Module"), sqlite::Mode::Shared);
+    ASSERT_TRUE(other->Execute("BEGIN EXCLUSIVE"));
+    Sdbfile database("Module", 0);
+    EXPECT_FALSE(database.Open("/Config", 0));
+    EXPECT_FALSE(database.IsMissing());
+    ASSERT_TRUE(other->Execute("ROLLBACK"));
+    EXPECT_TRUE(database.Open("/Config", 0));
+}
+
+// A file-size limit makes writes fail as a full disk does.
+TEST_F(SdbfileTest, FullDiskLeavesTheOldValues) {
+    ASSERT_TRUE(Store("/Config", "Key", "old"));
+    Sdbfile database("Module", 0);
+    ASSERT_TRUE(database.Open("/Config", 1));
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    const auto handler = signal(SIGXFSZ, SIG_IGN);
+    const rlimit full{20000, before.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &full), 0);
+    const int is_set = database.Set("Key", SString('x', 200000));
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
+    signal(SIGXFSZ, handler);
+    EXPECT_FALSE(is_set);
+    EXPECT_EQ(database.Get("Key"), SStringList("old"));
+    EXPECT_TRUE(database.Set("Key", "new"));
+    database.CloseDB();
+    EXPECT_EQ(Load("/Config", "Key"), SStringList("new"));
+    EXPECT_EQ(data_.Listing(), "Module");
+}
+
+/// Another process writes half of a transaction and is killed: its journal or log stays.
+void LeaveUnfinished(const SString& path, const char* journal_mode) {
+    const pid_t child = fork();
+    if (child == 0) {
+        const auto connection = sqlite::Connection::Open(path, sqlite::Mode::Shared);
+        connection->Execute(journal_mode);
+        connection->Execute("PRAGMA cache_size = 1; PRAGMA cache_spill = 1; BEGIN");
+        connection->Execute("UPDATE settings SET value = hex(zeroblob(100000))");
+        connection->Execute("INSERT INTO settings VALUES ('/x', 'y', 0, hex(zeroblob(100000)))");
+        raise(SIGKILL);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status));
+}
+
+TEST_F(SdbfileTest, SettlesWhatAKilledProcessLeft) {
+    const SString path = data_.Config("Module");
+    const struct {
+        const char* what;
+        void (*leave)(const SString& path);
+        SString beside;
+    } cases[] = {
+        {"a journal", [](const SString& p) { LeaveUnfinished(p, "PRAGMA journal_mode = DELETE"); },
+         "Module Module-journal"},
+        {"a log", [](const SString& p) { LeaveUnfinished(p, "PRAGMA journal_mode = WAL"); },
+         "Module Module-shm Module-wal"},
+        {"an empty journal", [](const SString& p) { std::ofstream((p + "-journal").Bytes()).flush(); },
+         "Module Module-journal"},
+        {"a journal without a head",
+         [](const SString& p) { std::ofstream((p + "-journal").Bytes()) << std::string(600, '\0'); },
+         "Module Module-journal"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        ASSERT_TRUE(Store("/Config", "Key", {"one", "two"}));
+        c.leave(path);
+        EXPECT_EQ(data_.Listing(), c.beside);
+        EXPECT_TRUE(SettleDatabase("Module"));
+        EXPECT_EQ(data_.Listing(), "Module");
+        EXPECT_EQ(Load("/Config", "Key"), SStringList({"one", "two"}));
+    }
+}
+
+TEST_F(SdbfileTest, ReadingWorksOffAJournalFirst) {
+    ASSERT_TRUE(Store("/Config", "Key", "value"));
+    LeaveUnfinished(data_.Config("Module"), "PRAGMA journal_mode = DELETE");
+    EXPECT_EQ(Load("/Config", "Key"), SStringList("value"));
+    EXPECT_EQ(data_.Listing(), "Module");
+}
+
+TEST_F(SdbfileTest, SettlesNothingWhereNothingIsAndFailsWhereItCannot) {
+    EXPECT_TRUE(SettleDatabase("Module"));
+    EXPECT_EQ(data_.Listing(), "");
+    EXPECT_FALSE(SettleDatabase(""));
+    EXPECT_FALSE(SettleDatabase("../Module"));
+    ASSERT_TRUE(Store("/Config", "Key", "value"));
+    EXPECT_TRUE(SettleDatabase("Module"));
+    const auto other = sqlite::Connection::Open(data_.Config("Module"), sqlite::Mode::Shared);
+    ASSERT_TRUE(other->Execute("BEGIN EXCLUSIVE; DELETE FROM settings"));
+    EXPECT_FALSE(SettleDatabase("Module"));  // another process is in the middle of it
+}
+
+TEST_F(SdbfileTest, SurvivesDamageAnywhere) {
+    {
+        Sdbfile database("Module", 0);
+        ASSERT_TRUE(database.Open("/Config", 1));
+        for (int i = 0; i < 20; ++i) ASSERT_TRUE(database.Set("Key" + SString(i), SString('v', 500)));
+    }
+    const std::string whole = MapFileRead(data_.Config("Module")).Bytes();
+    for (size_t at = 0; at < whole.size(); at += 397) {
+        std::string damaged = whole;
+        for (size_t i = at; i < std::min(at + 40, damaged.size()); ++i) {
+            damaged[i] = static_cast<char>(damaged[i] ^ 0xa5);
+        }
+        data_.WriteConfig("Module", SString(damaged));
+        Load("/Config", "Key7");
+        Store("/Config", "Key8", "value");
+        std::filesystem::remove(data_.Config("Module-journal").Bytes());
+    }
+    for (const size_t size : {size_t{1}, size_t{100}, size_t{4096}, whole.size() / 2}) {
+        data_.WriteConfig("Module", SString(whole.substr(0, size)));
+        Load("/Config", "Key7");
+        Store("/Config", "Key8", "value");
+    }
+}
+
+}  // namespace

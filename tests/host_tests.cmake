@@ -22,7 +22,7 @@ foreach(screen ${screens})
         file(STRINGS ${scenarios}/${scenario}/seconds seconds LIMIT_COUNT 1)
     endif()
     math(EXPR limit "${seconds} + 60")    # the scenario's own limit comes first, and says more
-    add_host_test(scenario.${name} ${limit} ${scenarios}/run ${CMAKE_BINARY_DIR} ${scenario})
+    add_host_test(scenario.${name} ${limit} ${scenarios}/run-scenario ${CMAKE_BINARY_DIR} ${scenario})
 endforeach()
 
 add_host_test(rehearsal 600 ${CMAKE_CURRENT_SOURCE_DIR}/rehearsal ${CMAKE_BINARY_DIR})

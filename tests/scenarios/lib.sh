@@ -1,5 +1,5 @@
 # What scenarios share: the host that every one of them starts from, and words for their scripts. Read by
-# "run" before a scenario's own scripts, inside the view; $BUILD is the build directory.
+# "run-scenario" before a scenario's own scripts, inside the view; $BUILD is the build directory.
 # shellcheck shell=bash
 
 DATA=/var/opt/tern.harbor

@@ -11,17 +11,18 @@ function(add_host_test name seconds)
     endif()
 endfunction()
 
-# One test "scenario.NAME" for each folder of scenarios/ that has a screen; see docs/testing.md.
-file(GLOB screens CONFIGURE_DEPENDS scenarios/*/screen)
+# One test "scenario.STEP.CASE" for each folder of scenarios/ that has a screen; see docs/testing.md.
+set(scenarios ${CMAKE_CURRENT_SOURCE_DIR}/scenarios)
+file(GLOB screens CONFIGURE_DEPENDS RELATIVE ${scenarios} ${scenarios}/*/*/screen)
 foreach(screen ${screens})
-    cmake_path(GET screen PARENT_PATH folder)
-    cmake_path(GET folder FILENAME name)
+    cmake_path(GET screen PARENT_PATH scenario)
+    string(REPLACE "/" "." name ${scenario})
     set(seconds 600)
-    if(EXISTS ${folder}/seconds)
-        file(STRINGS ${folder}/seconds seconds LIMIT_COUNT 1)
+    if(EXISTS ${scenarios}/${scenario}/seconds)
+        file(STRINGS ${scenarios}/${scenario}/seconds seconds LIMIT_COUNT 1)
     endif()
     math(EXPR limit "${seconds} + 60")    # the scenario's own limit comes first, and says more
-    add_host_test(scenario.${name} ${limit} ${CMAKE_CURRENT_SOURCE_DIR}/scenarios/run ${CMAKE_BINARY_DIR} ${name})
+    add_host_test(scenario.${name} ${limit} ${scenarios}/run-scenario ${CMAKE_BINARY_DIR} ${scenario})
 endforeach()
 
 add_host_test(rehearsal 600 ${CMAKE_CURRENT_SOURCE_DIR}/rehearsal ${CMAKE_BINARY_DIR})

@@ -1,9 +1,8 @@
 # What scenarios share: the host that every one of them starts from, and words for their scripts. Read by
-# "run" before a scenario's own scripts, inside the view; $BUILD is the build directory.
+# "run-scenario" before a scenario's own scripts, inside the view; $BUILD is the build directory.
 # shellcheck shell=bash
 
-DATA=/var/opt/tern.harbor
-PROGRAMS=/opt/tern.harbor
+. "$(dirname "${BASH_SOURCE[0]}")/../../scripts/site-parts.sh"
 SCREEN=/tmp/scenario/screen
 
 # --- the host ---------------------------------------------------------------------------------------------------
@@ -42,20 +41,14 @@ make_host() {
     chmod 644 /etc/passwd /etc/group
     chmod 640 /etc/shadow /etc/gshadow
     printf '%s: files\n' passwd group shadow gshadow hosts services >/etc/nsswitch.conf
-    printf '%s\n' '127.0.0.1 localhost' '::1 localhost ip6-localhost' '192.0.2.25 mail.example.com mail' >/etc/hosts
     printf '%s\n' 'smtp 25/tcp mail' 'finger 79/tcp' 'http 80/tcp www' 'pop3 110/tcp pop-3' >/etc/services
-    echo mail >/etc/hostname
-    hostname mail
-    ip address add 192.0.2.25/32 dev lo
+    name_host "::1 localhost ip6-localhost"
 
     rm -rf /etc/inetd.conf* /usr/lib/sendmail* /usr/sbin/sendmail /etc/sendmail.cf /usr/etc \
         /var/spool/mqueue /var/mail /var/spool/mail "$DATA" "$PROGRAMS"
     make_home anna
     make_home bruno
-    mkdir /var/mail
-    chown root:mail /var/mail
-    chmod 2775 /var/mail
-    ln -s ../mail /var/spool/mail
+    make_maildrop_directory
 }
 
 # make_home LOGIN: an empty home directory.
@@ -75,42 +68,26 @@ add_login() {
 
 # The mail system as its packages leave it, ready for Install.
 make_site() {
-    local directory
-    configure DomainName=example.com TernHarbor="$DATA" ProgramDir="$PROGRAMS" MailboxDir="$DATA/mailboxes" \
-        MailUserName=mailtern
-    for directory in "" /config /control /messages /deferred /mailboxes; do
-        install -d -o mailtern -g mailtern -m 750 "$DATA$directory"
-    done
-    make_databases
-    mkdir -p "$PROGRAMS/bin"
+    make_mail_system
+    install -d -o "$OWNER" -g "$OWNER" -m 750 "$DATA/mailboxes"
+    # The module databases that come with the mail system.
+    database WWW-Server "/Config Socket: 80"
+    database Dispatch "/Config EmailConfig: yes"
     # A stand-in for the server program: a line at its start, then it stays, and notes each SIGHUP in a file.
-    cat >"$PROGRAMS/tern.harbor" <<-'END'
+    make_programs <<-'END'
 	#!/bin/sh
 	echo "tern.harbor: ready."
 	trap 'echo SIGHUP >>/run/tern.harbor.signals' HUP
 	while :; do sleep 1; done
 	END
-    printf '#!/bin/sh\ncat >/dev/null\n' >"$PROGRAMS/bin/sendmail"
-    chmod 755 "$PROGRAMS/tern.harbor" "$PROGRAMS/bin/sendmail"
-}
-
-# configure LINE...: the lines of the system configuration file.
-configure() { printf '%s\n' "$@" >/etc/tern.harbor.conf; }
-
-# The module databases that come with the mail system.
-make_databases() {
-    database WWW-Server "/Config Socket: 80"
-    database Dispatch "/Config EmailConfig: yes"
 }
 
 # database NAME LINE...: a database in the config directory, from lines as tools/make_database reads them.
 database() {
-    local path=$DATA/config/$1
+    local name=$1
     shift
     printf '%s\n' "$@" >/tmp/scenario/database
-    "$BUILD/tools/make_database" /tmp/scenario/database "$path"
-    chown mailtern:mailtern "$path"
-    chmod 640 "$path"
+    make_database /tmp/scenario/database "$name"
 }
 
 # make_accounts: the account database, with the special accounts in it.
@@ -123,16 +100,8 @@ add_account() {
         INSERT INTO addresses SELECT lower('$2'), id FROM accounts WHERE uid = '$1'"
 }
 
-# install_packages: puts the programs of the scenario's "packages" file in place, without running the packages'
-# own scripts: nothing starts, nothing is configured.
-install_packages() {
-    local package
-    for package in "$SOURCE/build/packages/$NAME"/*.deb; do
-        # dpkg-deb --extract would put a directory in the place of the link /lib.
-        dpkg-deb --fsys-tarfile "$package" | tar --extract --keep-directory-symlink --directory=/
-    done
-    ldconfig
-}
+# install_packages: puts the programs of the scenario's "packages" file in place.
+install_packages() { unpack_packages "$SOURCE/build/packages/$NAME"; }
 
 # steps STEP...: for "run": those steps alone, started up as Install is, with the scenario's answers.
 steps() { "$BUILD/tests/run_steps" "$@" <"$SCENARIO/answers"; }
@@ -159,19 +128,6 @@ start() {
 answer() { printf '%s\n' "$@" >&9; }
 
 end_of_input() { exec 9>&-; }
-
-# wait_for COMMAND...: until it succeeds. The limit is there to end a test that hangs, not to measure.
-wait_for() {
-    local _
-    for _ in $(seq 6000); do
-        if ("$@") >/dev/null 2>&1; then return; fi    # a "fail" in it ends only the try
-        sleep 0.05
-    done
-    echo "waited in vain for: $*" >&2
-    return 1
-}
-
-listening() { ss -Hltn "sport = :$1" | grep -q .; }
 
 on_screen() { grep -qF -- "$1" "$SCREEN"; }
 

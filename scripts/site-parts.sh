@@ -1,0 +1,77 @@
+# What the hosts of the rehearsal and of the scenarios are made of alike: a name, mail directories, the mail system as
+# its packages leave it, other packages' programs. Read by shells inside a view; $BUILD is the build directory.
+# shellcheck shell=bash
+
+DATA=/var/opt/tern.harbor
+PROGRAMS=/opt/tern.harbor
+OWNER=mailtern
+PATIENCE=300    # seconds that wait_for waits at most
+
+# name_host LINE...: calls the host mail.example.com; the lines go into /etc/hosts, too.
+name_host() {
+    hostname mail
+    echo mail >/etc/hostname
+    ip address add 192.0.2.25/32 dev lo
+    # /etc/hosts may be a mount of its own, which cannot be replaced.
+    printf '%s\n' "127.0.0.1 localhost" "$@" "192.0.2.25 mail.example.com mail" >/etc/hosts
+}
+
+make_maildrop_directory() {
+    install -d -g mail -m 2775 /var/mail
+    [ -e /var/spool/mail ] || ln -s ../mail /var/spool/mail
+}
+
+# The configuration file and the directories, but for the mailbox directory, which Install can make.
+make_mail_system() {
+    local directory
+    printf '%s\n' DomainName=example.com TernHarbor="$DATA" ProgramDir="$PROGRAMS" MailboxDir="$DATA/mailboxes" \
+        MailUserName="$OWNER" >/etc/tern.harbor.conf
+    for directory in "" /config /control /messages /deferred; do
+        install -d -o "$OWNER" -g "$OWNER" -m 750 "$DATA$directory"
+    done
+}
+
+# make_programs <<END: stand-ins for the programs of other packages; that for the server program is the input.
+make_programs() {
+    mkdir -p "$PROGRAMS/bin"
+    cat >"$PROGRAMS/tern.harbor"
+    printf '#!/bin/sh\ncat >/dev/null\n' >"$PROGRAMS/bin/sendmail"
+    chmod 755 "$PROGRAMS/tern.harbor" "$PROGRAMS/bin/sendmail"
+}
+
+# make_database TEXT-FILE NAME: a database in the config directory, from a text as tools/make_database reads it.
+make_database() {
+    "$BUILD/tools/make_database" "$1" "$DATA/config/$2"
+    give_to_owner "$DATA/config/$2"
+}
+
+# give_to_owner FILE...: as the mail system's files are.
+give_to_owner() {
+    chown "$OWNER:$OWNER" "$@"
+    chmod 640 "$@"
+}
+
+# unpack_packages FOLDER: puts the programs of its packages in place, without running the packages' own scripts:
+# nothing starts, nothing is configured.
+unpack_packages() {
+    local package
+    for package in "$1"/*.deb; do
+        # dpkg-deb --extract would put a directory in the place of the link /lib.
+        dpkg-deb --fsys-tarfile "$package" | tar --extract --keep-directory-symlink --directory=/
+    done
+    ldconfig
+}
+
+# wait_for COMMAND...: until it succeeds. The limit is there to end what hangs, not to measure.
+wait_for() {
+    local _
+    for _ in $(seq $((PATIENCE * 20))); do
+        if ("$@") >/dev/null 2>&1; then return; fi    # an "exit" in it ends only the try
+        sleep 0.05
+    done
+    echo "waited in vain for: $*" >&2
+    return 1
+}
+
+# listening PORT
+listening() { ss -Hltn "sport = :$1" | grep -q .; }

@@ -92,6 +92,35 @@ void PrintParagraph(const SString& text) {
     Print(Format(Printable(text), kWidth, 0, "\n"));
 }
 
+void Tell(const SStringList& paragraphs) {
+    for (const SString& paragraph : paragraphs) {
+        PrintParagraph(paragraph);
+        Print("\n");
+    }
+}
+
+void PrintIndented(long indent, const SStringList& entries) {
+    SString lines;
+    for (const SString& entry : entries) lines += Repeat(' ', indent) + Printable(entry, "\t") + "\n";
+    Print(lines);
+}
+
+SString PaddedTo(const SString& text, size_t width) {
+    return text.Length() < width ? text + SString(' ', width - text.Length()) : text;
+}
+
+void BeginProgress(const SString& what) {
+    Print(what + ".... ");
+}
+
+void EndProgress(const SString& word) {
+    Print(word + "\n");
+}
+
+void BreakProgress() {
+    Print("\n\n");
+}
+
 char Ask(const SString& prompt, const SString& default_answer) {
     Print(Printable(prompt));
     return FirstLetter(GetInput(default_answer, 1));
@@ -100,9 +129,4 @@ char Ask(const SString& prompt, const SString& default_answer) {
 // A last line without a line end is still an answer: only a read that found nothing at all fails.
 bool InputHasEnded() {
     return std::cin.fail();
-}
-
-bool AbortAtEndOfInput() {
-    Print("Installation aborted.\n");
-    return false;
 }

@@ -18,9 +18,20 @@ bool AskToContinue();
 void Print(const SString& text);
 /// Format at the program's width (75, no indent), written without control characters.
 void PrintParagraph(const SString& text);
+/// Paragraphs, each with an empty line after it.
+void Tell(const SStringList& paragraphs);
+/// Each entry on a line of its own behind so many blanks, not wrapped, without control characters but tabs.
+void PrintIndented(long indent, const SStringList& entries);
+/// The text with blanks behind it up to the width; a longer one as it is.
+SString PaddedTo(const SString& text, size_t width);
+
+/// Begins a progress line, "Checking the host.... ", and completes it with a word.
+void BeginProgress(const SString& what);
+void EndProgress(const SString& word);
+/// Ends it without a word, as a longer story follows.
+void BreakProgress();
+
 /// The prompt, then GetInput with its default shown; the first character of the answer, lower-cased, or NUL.
 char Ask(const SString& prompt, const SString& default_answer);
 /// Whether standard input has ended: a question whose default is refused can then never be answered.
 bool InputHasEnded();
-/// After such a refusal: prints "Installation aborted." and gives false, for the step to return.
-bool AbortAtEndOfInput();

@@ -26,11 +26,10 @@ constexpr Step kSteps[] = {
 
 void Introduce() {
     Print("\n");
-    PrintParagraph(
+    Tell(
         "This installation program will occasionally ask you for permission to perform a task, or alert you "
         "of a problem. When asking a question that has a default response, you can simply press 'Return' to "
         "specify the default. The default is the value shown in the square brackets '[' and ']'.");
-    Print("\n");
 }
 
 }  // namespace

@@ -40,30 +40,3 @@ int32_t gf_TernHarborIsRunning = 0;
 
 volatile std::sig_atomic_t gf_OkToBeKilled = 1;
 volatile std::sig_atomic_t gf_Killed = 0;
-
-void Remind(const SStringList& lines) {
-    gstrl_Reminders.Push(lines);
-    gstrl_Reminders.Push("");
-}
-
-SString ReminderLines() {
-    SStringList shown = gstrl_Reminders;
-    for (SString& reminder : shown) reminder = Printable(reminder, "\t");
-    return "    " + shown.Join("\n    ") + "\n";
-}
-
-SString SupportLine() {
-    return "If you have difficulty resolving this problem, please contact Ardenvale, Inc. at " +
-           gstr_SupportAddress + " or at " + gstr_SupportPhone + ".";
-}
-
-SString ContactMessage() {
-    return "Contact Ardenvale at " + gstr_SupportAddress + " or at " + gstr_SupportPhone +
-           " if you need help resolving this problem.";
-}
-
-SString OwnershipMessage() {
-    return "The directory should be owned by " + gstr_MailOwner + " with group " + gstr_MailGroup +
-           " and mode 750. Each database in the directory should have the same owner and group, "
-           "and have mode 640.";
-}

@@ -48,16 +48,3 @@ extern int32_t gf_TernHarborIsRunning;  // 0; processes of the mail system found
 // --- signals (signals.cc)
 extern volatile std::sig_atomic_t gf_OkToBeKilled;  // 1; whether a signal may end the program at once
 extern volatile std::sig_atomic_t gf_Killed;        // 0; a signal came while it might not
-
-/// Adds a group of reminders: the lines, then the empty entry that closes the group.
-void Remind(const SStringList& lines);
-/// The reminders as they are shown: each on an indented line, not wrapped, without control characters.
-SString ReminderLines();
-
-// --- sentences that several errors share
-/// "If you have difficulty resolving this problem, please contact ..."
-SString SupportLine();
-/// "Contact Ardenvale at ADDRESS or at PHONE if you need help resolving this problem."
-SString ContactMessage();
-/// "The directory should be owned by OWNER with group GROUP and mode 750. Each database ..."
-SString OwnershipMessage();

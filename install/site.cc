@@ -6,6 +6,7 @@
 
 #include "install/console.h"
 #include "install/read_config.h"
+#include "install/sentences.h"
 #include "install/settings.h"
 #include "support/system/descriptor.h"
 #include "support/system/environment.h"
@@ -18,10 +19,9 @@ namespace {
 /// This id is what the system calls that change an owner or identity take for "leave it as it is".
 constexpr uint32_t kNoId = UINT32_MAX;
 
-/// A paragraph, an empty line and what to do about it.
+/// The problem and what to do about it.
 bool Fail(const SString& problem, const SString& advice) {
-    PrintParagraph(problem);
-    Print("\n");
+    Tell(problem);
     PrintParagraph(advice);
     return false;
 }

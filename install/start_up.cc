@@ -11,6 +11,7 @@
 #include <ctime>
 
 #include "install/console.h"
+#include "install/sentences.h"
 #include "install/settings.h"
 #include "install/signals.h"
 #include "install/site.h"

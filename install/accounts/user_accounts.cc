@@ -8,6 +8,8 @@
 #include "install/accounts/set_up_mails.h"
 #include "install/console.h"
 #include "install/critical_section.h"
+#include "install/reminders.h"
+#include "install/sentences.h"
 #include "install/settings.h"
 #include "install/steps.h"
 #include "support/text/printable.h"

@@ -3,7 +3,9 @@
 
 #include "install/console.h"
 #include "install/host/await.h"
+#include "install/host/probes.h"
 #include "install/host/server_lists.h"
+#include "install/reminders.h"
 #include "install/settings.h"
 #include "install/steps.h"
 #include "support/system/process.h"
@@ -11,44 +13,42 @@
 
 namespace {
 
-const SString kIndent(' ', 8);
-const SString kServiceIndent(' ', 20);
+constexpr long kServiceIndent = 20;
+constexpr long kResultIndent = 8;
 
 SStringList BusyNow() {
-    return BusyServices(gstrl_Services, gstrl_ServicePorts, BoundSockets());
+    return BusyServices(gstrl_Services, gstrl_ServicePorts, ListeningPorts());
 }
 
 /// Process listers cut names to 8, 9 or 10 characters.
 int32_t CountMailSystem() {
-    return static_cast<int32_t>(ReadProcessInfo().Grep("/ tern\\.harb?o?r?$/").Count());
+    return static_cast<int32_t>(RunningProcesses().Grep("/ tern\\.harb?o?r?$/").Count());
 }
 
 void TellWhatIsBusy(const SStringList& busy) {
-    Print("\n\n");
-    PrintParagraph(
+    BreakProgress();
+    Tell(
         "tern.harbor replaces many services, some of which are currently active. Before you can start up "
         "tern.harbor, you will have to shutdown these servers. You have active servers for the following:");
-    const SString separator = "\n" + kServiceIndent;
-    Print(separator + busy.Join(separator) + "\n\n");
+    PrintIndented(kServiceIndent, busy);
+    Print("\n");
 }
 
 void OfferProcessTable() {
-    PrintParagraph(
+    Tell(
         "If you don't already know the names of the servers that have these ports open, they can be listed "
         "for you. Do you want to see a list of processes currently running on your system?");
-    Print("\n");
     if (Ask("List running processes? yes/no ", "yes") != 'y') return;
-    PrintParagraph("Here is a list of some of the processes currently running on your system:");
-    Print("\n" + ProcessTable(ReadProcessInfo()));
+    Tell("Here is a list of some of the processes currently running on your system:");
+    Print(ProcessTable(RunningProcesses()));
 }
 
 SStringList AskWhichToKill() {
-    PrintParagraph(
-        "Please specify which processes need to be killed to free up the services noted above. To kill them, "
-        "list them here separated by commas or spaces.");
-    Print("\n");
-    PrintParagraph("Press 'Return' if you don't want any processes killed.");
-    Print("\nWhich processes? ");
+    Tell(
+        {"Please specify which processes need to be killed to free up the services noted above. To kill "
+         "them, list them here separated by commas or spaces.",
+         "Press 'Return' if you don't want any processes killed."});
+    Print("Which processes? ");
     return GetInput("", 0).Split("[\\s,]+").Grep("/\\S/");
 }
 
@@ -57,17 +57,16 @@ void LeaveServers(const SStringList& busy) {
     for (const SString& service : busy) tasks.Push("Shutdown server:    " + service);
     Remind(tasks);
     gf_ShowStoppers = 1;
-    PrintParagraph("No processes killed.");
-    Print("\n");
+    Tell("No processes killed.");
 }
 
 /// The super-server is not stopped: it reads its changed configuration again and lets go of the ports.
 bool HangUpInetd() {
     if (KillProgram("inetd", SIGHUP)) {
-        Print(kIndent + "Killed (with -HUP) inetd\n");
+        PrintIndented(kResultIndent, "Killed (with -HUP) inetd");
         return true;
     }
-    Print(kIndent + "Couldn't 'kill -HUP [inetd-pid]'\n");
+    PrintIndented(kResultIndent, "Couldn't 'kill -HUP [inetd-pid]'");
     gstrl_Reminders.Push("Kill -HUP [inetd-pid]");
     return false;
 }
@@ -75,11 +74,11 @@ bool HangUpInetd() {
 bool StopServer(const SString& name) {
     const SString shown = Printable(name, "\t");
     if (KillProgram(name, SIGTERM)) {
-        Print(kIndent + "Killed " + shown + "\n");
+        PrintIndented(kResultIndent, "Killed " + shown);
         gstrl_Reminders.Push("Prevent boot startup of '" + shown + "'");
         return true;
     }
-    Print(kIndent + "Couldn't kill " + shown + "\n");
+    PrintIndented(kResultIndent, "Couldn't kill " + shown);
     gstrl_Reminders.Push("Kill program (and prevent boot startup): " + shown);
     gf_ShowStoppers = 1;
     return false;
@@ -99,15 +98,15 @@ void StopServers(const SStringList& names) {
 }  // namespace
 
 bool KillServers() {
-    Print("Checking for active server processes.... ");
+    BeginProgress("Checking for active server processes");
     const SStringList busy = BusyNow();
     if (busy.IsEmpty()) {
-        Print("none found (that's good)\n");
+        EndProgress("none found (that's good)");
         return true;
     }
     gf_TernHarborIsRunning = CountMailSystem();
     if (gf_TernHarborIsRunning != 0) {
-        Print("tern.harbor is running\n");
+        EndProgress("tern.harbor is running");
         return true;
     }
     TellWhatIsBusy(busy);

@@ -3,29 +3,25 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "support/system/descriptor.h"
 #include "support/system/file.h"
 #include "support/system/identity.h"
+#include "support/system/regular_file.h"
 
 namespace {
 
 constexpr mode_t kPermissions = 07777;
 
 struct Original {
-    Descriptor file;  // stays open: it is this very file that is looked at, and whose mode is changed
-    struct stat status;
+    RegularFile file;  // stays open: it is this very file that is looked at, and whose mode is changed
     SString bytes;
 };
 
 std::optional<Original> OpenOriginal(const SString& path) {
-    // A FIFO with no writer must not hold up the installation.
-    Descriptor file = Descriptor::Open(path, O_RDONLY | O_NONBLOCK);
+    RegularFile file = OpenRegularFile(path, O_RDONLY, Links::All);
     if (!file) return std::nullopt;
-    const std::optional<struct stat> status = file.Stat();
-    if (!status || !S_ISREG(status->st_mode)) return std::nullopt;
-    std::optional<SString> bytes = file.ReadAll();
+    std::optional<SString> bytes = file.descriptor.ReadAll();
     if (!bytes) return std::nullopt;
-    return Original{std::move(file), *status, std::move(*bytes)};
+    return Original{std::move(file), std::move(*bytes)};
 }
 
 /// The copy of the old contents; removed with its scope unless it is to be kept.
@@ -43,8 +39,8 @@ class Backup {
 
     /// True when the whole copy, and its name, are on the disk.
     bool Fill(const Original& original) const {
-        return file_ && fchown(file_.Get(), original.status.st_uid, original.status.st_gid) == 0 &&
-               fchmod(file_.Get(), original.status.st_mode & kPermissions) == 0 &&
+        return file_ && fchown(file_.Get(), original.file.status.st_uid, original.file.status.st_gid) == 0 &&
+               fchmod(file_.Get(), original.file.status.st_mode & kPermissions) == 0 &&
                file_.WriteAll(original.bytes) && file_.Sync() && SyncParent(name_) && IsAsLongAs(original);
     }
     void Keep() { kept_ = true; }
@@ -52,7 +48,7 @@ class Backup {
   private:
     bool IsAsLongAs(const Original& original) const {
         const std::optional<struct stat> copy = file_.Stat();
-        const std::optional<struct stat> now = original.file.Stat();
+        const std::optional<struct stat> now = original.file.descriptor.Stat();
         return copy && now && copy->st_size == now->st_size;
     }
 
@@ -75,7 +71,8 @@ class WriteAccess {
 
   private:
     bool Change(mode_t added) const {
-        return fchmod(original_.file.Get(), (original_.status.st_mode | added) & kPermissions) == 0;
+        return fchmod(original_.file.descriptor.Get(),
+                      (original_.file.status.st_mode | added) & kPermissions) == 0;
     }
 
     const Original& original_;
@@ -83,15 +80,12 @@ class WriteAccess {
     bool granted_;
 };
 
-/// Opened without truncating: first it must be the very file that was read. Both are looked at anew, as an
+/// Opened without truncating: first it must be the very file that was read. That one is looked at anew, as an
 /// overlay file system gives a file another number at its first change.
 Descriptor OpenForWriting(const SString& path, const Original& original) {
-    Descriptor file = Descriptor::Open(path, O_WRONLY | O_NONBLOCK);
-    if (!file) return file;
-    const std::optional<struct stat> opened = file.Stat();
-    const std::optional<struct stat> read = original.file.Stat();
-    const bool same = opened && read && opened->st_dev == read->st_dev && opened->st_ino == read->st_ino;
-    return same ? std::move(file) : Descriptor();
+    RegularFile file = OpenRegularFile(path, O_WRONLY, Links::All);
+    const std::optional<struct stat> read = original.file.descriptor.Stat();
+    return file && read && IsSameFile(file.status, *read) ? std::move(file.descriptor) : Descriptor();
 }
 
 bool ReplaceContents(const Descriptor& file, const SString& bytes) {

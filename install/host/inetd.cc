@@ -10,8 +10,11 @@
 #include "install/critical_section.h"
 #include "install/host/await.h"
 #include "install/host/host_file.h"
+#include "install/host/probes.h"
+#include "install/reminders.h"
 #include "install/settings.h"
 #include "install/steps.h"
+#include "support/system/identity.h"
 #include "support/system/process.h"
 
 namespace {
@@ -30,12 +33,12 @@ SStringList Conflicts(const SStringList& active) {
 }
 
 void ListConflicts(const SStringList& conflicts) {
+    BreakProgress();
+    Tell("Your Internet Daemon (inetd) is currently configured to handle the following services:");
+    PrintIndented(4, conflicts);
     Print("\n\n");
-    PrintParagraph("Your Internet Daemon (inetd) is currently configured to handle the following services:");
-    Print("\n    " + conflicts.Join("\n    ") + "\n\n\n");
-    PrintParagraph("These will need to be disabled in " + gstr_InetdConf +
-                   " for the mail system to be able to take over for inetd.");
-    Print("\n");
+    Tell("These will need to be disabled in " + gstr_InetdConf +
+         " for the mail system to be able to take over for inetd.");
 }
 
 /// The mail system cannot work while the Internet daemon holds the mail port.
@@ -43,18 +46,19 @@ void NoteShowStopper(const SStringList& conflicts) {
     if (conflicts.Contains("smtp") || conflicts.Contains("mail")) gf_ShowStoppers = 1;
 }
 
-enum class Outcome { kFailed, kNotReset, kDone };
+enum class TakeOver { Failed, NotReset, Done };
 
 /// One section for both, so that the file and the running daemon never disagree.
-Outcome TakeOver(const SStringList& conflicts) {
-    const CriticalSection section;
-    if (!UpdateInetdConf(conflicts)) return Outcome::kFailed;
-    return KillProgram("inetd", SIGHUP) ? Outcome::kDone : Outcome::kNotReset;
+TakeOver TakeFromInetd(const SStringList& conflicts) {
+    return Uninterrupted([&] {
+        if (!UpdateInetdConf(conflicts)) return TakeOver::Failed;
+        return KillProgram("inetd", SIGHUP) ? TakeOver::Done : TakeOver::NotReset;
+    });
 }
 
 /// The ports under which the daemon has looked the services up, as far as they are bound.
 bool AreBound(const SStringList& services) {
-    const SStringList bound = BoundSockets();
+    const SStringList bound = ListeningPorts();
     return std::ranges::any_of(services, [&](const SString& name) {
         const servent* service = getservbyname(name.CString(), "tcp");
         return service != nullptr && bound.Contains(SString(ntohs(static_cast<uint16_t>(service->s_port))));
@@ -62,36 +66,34 @@ bool AreBound(const SStringList& services) {
 }
 
 void ReportNotReset(const SStringList& conflicts) {
-    PrintParagraph(
+    Tell(
         "WARNING: Couldn't reset inetd by sending it a HUP signal. "
         "You will be reminded to do this when the installation is finished.");
-    Print("\n");
     Remind({kHangUp});
     NoteShowStopper(conflicts);
 }
 
 bool LeaveToAdministrator(const SStringList& conflicts) {
-    PrintParagraph("You will be reminded to do this when the installation has been completed.");
-    Print("\n");
-    for (const SString& name : conflicts) gstrl_Reminders.Push("Remove from " + gstr_InetdConf + ": " + name);
-    NoteShowStopper(conflicts);
-    gstrl_Reminders.Push("");
+    Tell("You will be reminded to do this when the installation has been completed.");
+    SStringList reminders = conflicts;
+    for (SString& name : reminders) name = "Remove from " + gstr_InetdConf + ": " + name;
+    Remind(reminders);
     Remind({kHangUp});
+    NoteShowStopper(conflicts);
     return AskToContinue();
 }
 
 bool DisableConflicts(const SStringList& conflicts) {
-    const Outcome outcome = TakeOver(conflicts);
-    if (outcome == Outcome::kNotReset) ReportNotReset(conflicts);
-    if (outcome == Outcome::kFailed) {
-        PrintParagraph("WARNING: Update of " + gstr_InetdConf +
-                       " failed. You will have to update the configuration file manually later.");
-        Print("\n");
+    const TakeOver outcome = TakeFromInetd(conflicts);
+    if (outcome == TakeOver::NotReset) ReportNotReset(conflicts);
+    if (outcome == TakeOver::Failed) {
+        Tell("WARNING: Update of " + gstr_InetdConf +
+             " failed. You will have to update the configuration file manually later.");
     }
     if (CriticalSection::WasInterrupted()) return false;
     // The daemon lets go of the ports in its own time, and a later step looks who holds them.
-    if (outcome == Outcome::kDone) Await([&] { return !AreBound(conflicts); });
-    return outcome != Outcome::kFailed || LeaveToAdministrator(conflicts);
+    if (outcome == TakeOver::Done) Await([&] { return !AreBound(conflicts); });
+    return outcome != TakeOver::Failed || LeaveToAdministrator(conflicts);
 }
 
 }  // namespace
@@ -110,22 +112,23 @@ SStringList WithoutServices(SStringList lines, const SStringList& services) {
 }
 
 bool UpdateInetdConf(const SStringList& services) {
+    const CriticalSection section;
+    const AsRoot root(static_cast<uid_t>(gn_MailUID));
     return RewriteHostFile(gstr_InetdConf,
                            [&](SStringList lines) { return WithoutServices(std::move(lines), services); });
 }
 
 bool EditInetdConf() {
-    Print("Checking inetd configuration.... ");
+    BeginProgress("Checking inetd configuration");
     const std::optional<SStringList> lines = ReadHostFile(gstr_InetdConf);
     if (!lines) {
-        Print("\n\n");
-        PrintParagraph("WARNING: Couldn't open " + gstr_InetdConf);
-        Print("\n");
+        BreakProgress();
+        Tell("WARNING: Couldn't open " + gstr_InetdConf);
         return true;
     }
     const SStringList conflicts = Conflicts(ActiveServices(*lines));
     if (conflicts.IsEmpty()) {
-        Print("OK\n");
+        EndProgress("OK");
         return true;
     }
     ListConflicts(conflicts);

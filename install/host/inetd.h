@@ -1,5 +1,4 @@
-// The workers of the step that takes services from the Internet daemon; they take what they need as
-// arguments.
+// Taking services from the Internet daemon: the workers of EditInetdConf.
 //
 // A line of inetd.conf(5): "smtp stream tcp nowait root /usr/sbin/tcpd in.smtpd".
 #pragma once
@@ -11,5 +10,6 @@
 SStringList ActiveServices(SStringList lines);
 /// The lines with the entries of these services commented out.
 SStringList WithoutServices(SStringList lines, const SStringList& services);
-/// Comments the services out in gstr_InetdConf; the failures are those of RewriteHostFile.
+/// Comments the services out in gstr_InetdConf, as root and not to be interrupted; then the effective user is
+/// gn_MailUID. The failures are those of RewriteHostFile.
 bool UpdateInetdConf(const SStringList& services);

@@ -6,6 +6,8 @@
 
 #include "install/console.h"
 #include "install/host/owned_directory.h"
+#include "install/reminders.h"
+#include "install/sentences.h"
 #include "install/settings.h"
 #include "install/steps.h"
 #include "support/system/file.h"
@@ -18,60 +20,46 @@ constexpr mode_t kPermissionBits = 07777;
 // The group's execute bit belongs to it: without it the setgid bit means mandatory locking on some systems.
 constexpr mode_t kSetgidBits = S_ISGID | S_IXGRP;
 
-NewDirectory MakeMailboxDir() {
-    const AsRoot root;
-    return MakeOwnedDirectory(gstr_MailboxDir, kMailboxMode, static_cast<uid_t>(gn_MailUID),
-                              static_cast<gid_t>(gn_MailGID));
-}
-
 bool TellMailboxDirNotMade() {
-    Print("\n\n");
-    PrintParagraph("WARNING: Couldn't create the mailbox directory: " + gstr_MailboxDir);
-    Print("\n");
-    PrintParagraph(
-        "This directory is required for correct operation of the mail system. Without it, you can not have "
-        "users retrieve their mail via the network (e.g. via POP3). Please create this directory with "
-        "permissions drwxrwx--- owned by user '" +
-        gstr_MailOwner + "' and group '" + gstr_MailGroup + "'.");
-    Print("\n");
+    BreakProgress();
+    Tell({"WARNING: Couldn't create the mailbox directory: " + gstr_MailboxDir,
+          "This directory is required for correct operation of the mail system. Without it, you can not have "
+          "users retrieve their mail via the network (e.g. via POP3). Please create this directory with "
+          "permissions drwxrwx--- owned by user '" +
+              gstr_MailOwner + "' and group '" + gstr_MailGroup + "'."});
     Remind({"Create mailbox directory: " + gstr_MailboxDir,
             "and set owner/group/perms to: " + gstr_MailOwner + "/" + gstr_MailGroup + "/drwxrwx---"});
     return AskToContinue();
 }
 
 bool TellMailboxDirNotOwned() {
-    Print("\n\n");
-    PrintParagraph("WARNING: Couldn't set owner/group for the mailbox directory: " + gstr_MailboxDir + ".");
-    Print("\n");
+    BreakProgress();
+    Tell("WARNING: Couldn't set owner/group for the mailbox directory: " + gstr_MailboxDir + ".");
     Remind({"Set owner/group of " + gstr_MailboxDir + " to: " + gstr_MailOwner + "/" + gstr_MailGroup});
     return true;
 }
 
-void PrintContact() {
-    PrintParagraph("Please contact Ardenvale at " + gstr_SupportAddress + " or at " + gstr_SupportPhone +
-                   " if you need help resolving this problem.");
-    Print("\n");
+/// Prescribed beside ContactMessage.
+SString PleaseContact() {
+    return "Please contact Ardenvale at " + SupportContact() + " if you need help resolving this problem.";
 }
 
 bool TellMaildropMissing() {
-    Print("not found!\n\n");
-    PrintParagraph(
-        "The user maildrop directory, " + gstr_MaildropDir +
-        ", was not found on your system. This is currently hardcoded into tern.harbor as the "
-        "location for user maildrops. We will need to make modifications to the Install program to "
-        "let you specify a different location.");
-    Print("\n");
-    PrintContact();
+    EndProgress("not found!\n");
+    Tell({"The user maildrop directory, " + gstr_MaildropDir +
+              ", was not found on your system. This is currently hardcoded into tern.harbor as the "
+              "location for user maildrops. We will need to make modifications to the Install program to "
+              "let you specify a different location.",
+          PleaseContact()});
     return false;
 }
 
 bool TellMaildropUnknown() {
-    Print("failed!\n\n");
-    PrintParagraph("Couldn't stat(2) the user maildrop directory, " + gstr_MaildropDir +
-                   ", to determine permissions. Perhaps running this program again will fix the problem....");
-    Print("\n");
-    PrintContact();
-    PrintParagraph("Installation aborted.");
+    EndProgress("failed!\n");
+    Tell({"Couldn't stat(2) the user maildrop directory, " + gstr_MaildropDir +
+              ", to determine permissions. Perhaps running this program again will fix the problem....",
+          PleaseContact()});
+    Abort();
     Print("\n");
     return false;
 }
@@ -89,18 +77,15 @@ bool SetPermissions(const SString& path, mode_t mode) {
 }
 
 void ExplainSetgid() {
-    Print("\n\n");
-    PrintParagraph("The user maildrop directory, " + gstr_MaildropDir +
-                   ", does not have the setgid flag set. Without this set, any file created in that "
-                   "directory will be assigned the group of the creating user, "
-                   "rather than the 'mail' group.");
-    Print("\n");
-    PrintParagraph(
-        "Since tern.harbor does not invoke /usr/bin/mail as root, it is important that every user's "
-        "maildrop file has the proper group ownership (any improper permissions on existing maildrop files "
-        "will be corrected later in this installation). "
-        "The long-term solution is to make sure the setgid bit is set.");
-    Print("\n");
+    BreakProgress();
+    Tell({"The user maildrop directory, " + gstr_MaildropDir +
+              ", does not have the setgid flag set. Without this set, any file created in that "
+              "directory will be assigned the group of the creating user, "
+              "rather than the 'mail' group.",
+          "Since tern.harbor does not invoke /usr/bin/mail as root, it is important that every user's "
+          "maildrop file has the proper group ownership (any improper permissions on existing maildrop files "
+          "will be corrected later in this installation). "
+          "The long-term solution is to make sure the setgid bit is set."});
 }
 
 void RemindOfSetgid() {
@@ -109,40 +94,41 @@ void RemindOfSetgid() {
 
 void SetSetgid(mode_t mode) {
     if (SetPermissions(gstr_MaildropDir, mode | kSetgidBits)) return;
-    PrintParagraph("WARNING: failed to set the setgid bit on " + gstr_MaildropDir +
-                   ". You will be reminded to do this at the end of the installation.");
-    Print("\n");
+    Tell("WARNING: failed to set the setgid bit on " + gstr_MaildropDir +
+         ". You will be reminded to do this at the end of the installation.");
     RemindOfSetgid();
 }
 
 }  // namespace
 
 bool CreateMailboxDir() {
-    Print("Checking for Mailbox directory.... ");
+    BeginProgress("Checking for Mailbox directory");
     if (IsDirectory(gstr_MailboxDir)) {
-        Print("found\n");
+        EndProgress("found");
         return true;
     }
-    Print("not found\nCreating Mailbox directory.... ");
-    switch (MakeMailboxDir()) {
-        case NewDirectory::kNotMade:
+    EndProgress("not found");
+    BeginProgress("Creating Mailbox directory");
+    switch (MakeOwnedDirectory(gstr_MailboxDir, kMailboxMode, static_cast<uid_t>(gn_MailUID),
+                               static_cast<gid_t>(gn_MailGID))) {
+        case NewDirectory::NotMade:
             return TellMailboxDirNotMade();
-        case NewDirectory::kNotOwned:
+        case NewDirectory::NotOwned:
             return TellMailboxDirNotOwned();
-        case NewDirectory::kMade:
+        case NewDirectory::Made:
             break;
     }
-    Print("OK\n");
+    EndProgress("OK");
     return true;
 }
 
 bool FixMaildropDir() {
-    Print("Checking user maildrop directory.... ");
+    BeginProgress("Checking user maildrop directory");
     if (!IsDirectory(RealPath(gstr_MaildropDir))) return TellMaildropMissing();
     const auto mode = Permissions(gstr_MaildropDir);
     if (!mode) return TellMaildropUnknown();
     if ((*mode & kSetgidBits) == kSetgidBits) {
-        Print("OK\n");
+        EndProgress("OK");
         return true;
     }
     ExplainSetgid();

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include "support/system/file.h"
+#include "support/system/identity.h"
 
 namespace {
 
@@ -25,14 +26,15 @@ void RemoveLeftOver(const SString& path, mode_t mode, uid_t owner) {
 }  // namespace
 
 NewDirectory MakeOwnedDirectory(const SString& path, mode_t mode, uid_t owner, gid_t group) {
+    const AsRoot root;
     const SString name = WithoutTrailingSlash(path);
     RemoveLeftOver(name + ".new", mode, owner);
     const SString unfinished = FreeName(name + ".new");
-    if (!MakeDir(unfinished, mode)) return NewDirectory::kNotMade;
+    if (!MakeDir(unfinished, mode)) return NewDirectory::NotMade;
     const bool owned = lchown(unfinished.CString(), owner, group) == 0;
     if (!RenameNoReplace(unfinished, name)) {
         rmdir(unfinished.CString());
-        return NewDirectory::kNotMade;
+        return NewDirectory::NotMade;
     }
-    return owned ? NewDirectory::kMade : NewDirectory::kNotOwned;
+    return owned ? NewDirectory::Made : NewDirectory::NotOwned;
 }

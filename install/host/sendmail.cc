@@ -8,9 +8,10 @@
 #include "install/console.h"
 #include "install/critical_section.h"
 #include "install/host/await.h"
+#include "install/host/probes.h"
+#include "install/reminders.h"
 #include "install/settings.h"
 #include "install/steps.h"
-#include "support/system/command.h"
 #include "support/system/file.h"
 #include "support/system/identity.h"
 #include "support/system/process.h"
@@ -24,15 +25,14 @@ constexpr size_t kLinesShown = 15;
 const SString kSendmail = "/usr/lib/sendmail";
 
 void RemindOfDaemon() {
-    PrintParagraph("You will be reminded to do this when the installation has been completed.");
-    Print("\n");
+    Tell("You will be reminded to do this when the installation has been completed.");
     Remind({"Shutdown sendmail daemon process"});
     gf_ShowStoppers = 1;
 }
 
 /// The administrator may have taken a while to answer: an id can be another program's by now.
 SStringList StillRunning(const SStringList& processes) {
-    const SStringList now = ReadProcessInfo();
+    const SStringList now = RunningProcesses();
     SStringList running;
     for (const SString& process : processes) {
         if (now.Contains(process)) running.Push(process);
@@ -40,11 +40,16 @@ SStringList StillRunning(const SStringList& processes) {
     return running;
 }
 
+bool Signal(const SStringList& processes, int signal) {
+    const AsRoot root;
+    return SignalProcesses(processes, signal);
+}
+
 void Kill(const SStringList& found) {
     const SStringList processes = StillRunning(found);
-    if (SignalProcesses(processes, SIGTERM)) {
+    if (Signal(processes, SIGTERM)) {
         // The mail port is free only when they have ended; a signal of 0 just asks.
-        Await([&] { return !SignalProcesses(processes, 0); });
+        Await([&] { return !Signal(processes, 0); });
         Print("Sendmail killed successfully.\n\n");
         return;
     }
@@ -53,32 +58,28 @@ void Kill(const SStringList& found) {
 }
 
 void ShowQueue(const SStringList& listing) {
-    Print("\n\n");
-    PrintParagraph(
+    BreakProgress();
+    Tell(
         "Your current 'sendmail' needs to be replaced with a sendmail emulation program. However sendmail's "
         "queue is not empty. Here is the output of the 'mailq' command:");
-    Print("\n");
     for (const SString& line : CutListing(listing)) Print(Printable(line, "\t\n"));
     Print("\n");
-    PrintParagraph(
+    Tell(
         "You should have sendmail deliver its queued messages before continuing with this installation "
         "or the messages will never be delivered!");
-    Print("\n");
 }
 
 void TellHowToDeliver() {
-    PrintParagraph(
-        "Try 'sendmail -q' to deliver the queue. This may take a long time, so you may want to check "
-        "sendmail's progress periodically with the 'mailq' command. "
-        "When the queue is empty, run this program again.");
-    Print("\n");
-    PrintParagraph("Note: you may have to run 'sendmail -q' several times to completely empty the queue.");
-    Print("\n");
+    Tell(
+        {"Try 'sendmail -q' to deliver the queue. This may take a long time, so you may want to check "
+         "sendmail's progress periodically with the 'mailq' command. "
+         "When the queue is empty, run this program again.",
+         "Note: you may have to run 'sendmail -q' several times to completely empty the queue."});
 }
 
 /// Whether the queue is empty, or its messages may be abandoned.
 bool MayAbandonQueue() {
-    const SStringList listing = ReadMailq();
+    const SStringList listing = MailQueueListing();
     if (IsEmptyQueue(listing)) return true;
     ShowQueue(listing);
     const char answer = Ask("Do you want to deliver the queue now? yes/no/quit ", "yes");
@@ -86,23 +87,16 @@ bool MayAbandonQueue() {
     return answer == 'n';
 }
 
-/// Ends the progress line. The two warnings differ in their first letter only.
+/// Ends the progress line. The two warnings differ in their first letter only, as prescribed; so does the
+/// reminder stand without the empty entry that closes a group.
 void ReportLink(bool made, const SString& couldnt, const SString& link) {
     if (made) {
-        Print("done\n");
+        EndProgress("done");
         return;
     }
-    Print("\n\n");
-    PrintParagraph("WARNING: " + couldnt + " create a symbolic link from " + kSendmail + " to '" + link +
-                   "'");
-    Print("\n");
+    BreakProgress();
+    Tell("WARNING: " + couldnt + " create a symbolic link from " + kSendmail + " to '" + link + "'");
     gstrl_Reminders.Push("Create link: 'ln -s " + link + " " + kSendmail + "'");
-}
-
-/// Between rename and link the host has no sendmail: not to be cut short there.
-bool Uninterrupted(bool (*action)(const SString&, const SString&), const SString& path, const SString& link) {
-    const CriticalSection section;
-    return action(path, link);
 }
 
 bool IsLink(const SString& path) {
@@ -125,7 +119,7 @@ SString EmulatorLink(const SString& program_dir) {
     return "../.." + program_dir + "bin/sendmail";
 }
 
-bool IsSameFile(const SString& path, const SString& emulator) {
+bool LeadsTo(const SString& path, const SString& emulator) {
     const AsRoot root;
     const SString real = RealPath(path);
     return !real.IsEmpty() && real == RealPath(emulator);
@@ -157,17 +151,16 @@ bool ReplaceByLink(const SString& path, const SString& link) {
 }
 
 bool KillSendmail() {
-    Print("Checking for sendmail daemon.... ");
-    const SStringList processes = SendmailProcesses(ReadProcessInfo());
+    BeginProgress("Checking for sendmail daemon");
+    const SStringList processes = SendmailProcesses(RunningProcesses());
     if (processes.IsEmpty()) {
-        Print("not found (that's good)\n");
+        EndProgress("not found (that's good)");
         return true;
     }
-    Print("found\n\n");
-    PrintParagraph(
+    EndProgress("found\n");
+    Tell(
         "Sendmail needs to be shutdown for tern.harbor to have access to the mail port. "
         "Do you want the server killed now?");
-    Print("\n");
     const char answer = Ask("Kill sendmail daemon process? yes/no/quit ", "yes");
     if (answer == 'q') return false;
     if (answer == 'y') {
@@ -180,13 +173,16 @@ bool KillSendmail() {
 
 bool InstallSendmail() {
     const SString link = EmulatorLink(gstr_ProgramDir);
-    Print("Installing sendmail emulator.... ");
+    BeginProgress("Installing sendmail emulator");
     if (!ExistsForRoot(gstr_Sendmail)) {
-        ReportLink(Uninterrupted(MakeLink, gstr_Sendmail, link), "couldn't", link);
-    } else if (IsSameFile(gstr_Sendmail, gstr_ProgramDir + "bin/sendmail")) {
-        Print("done\n");
+        const bool made = Uninterrupted([&] { return MakeLink(gstr_Sendmail, link); });
+        ReportLink(made, "couldn't", link);
+    } else if (LeadsTo(gstr_Sendmail, gstr_ProgramDir + "bin/sendmail")) {
+        EndProgress("done");
     } else if (MayAbandonQueue()) {
-        ReportLink(Uninterrupted(ReplaceByLink, kSendmail, link), "Couldn't", link);
+        // Between rename and link the host has no sendmail. The fixed path is prescribed.
+        const bool made = Uninterrupted([&] { return ReplaceByLink(kSendmail, link); });
+        ReportLink(made, "Couldn't", link);
     } else {
         return false;
     }

@@ -1,4 +1,4 @@
-// The workers of the two sendmail steps; they take paths and listings as arguments.
+// Stopping sendmail and putting the emulator in its place: the workers of KillSendmail and InstallSendmail.
 #pragma once
 
 #include "support/text/sstring_list.h"
@@ -10,7 +10,7 @@ SStringList SendmailProcesses(SStringList entries);
 /// "/opt/tern.harbor/" gives "../../opt/tern.harbor/bin/sendmail".
 SString EmulatorLink(const SString& program_dir);
 /// Whether both paths lead to the same file, looked at with root's rights.
-bool IsSameFile(const SString& path, const SString& emulator);
+bool LeadsTo(const SString& path, const SString& emulator);
 
 /// Whether a listing of the queue says that it is empty: in less than two lines ("Mail queue is empty"), or
 /// in sendmail's own two ("/var/spool/mqueue is empty", "Total requests: 0").

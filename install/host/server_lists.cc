@@ -1,4 +1,6 @@
 #include "install/host/server_lists.h"
+
+#include "install/console.h"
 #include "support/text/printable.h"
 
 namespace {
@@ -13,10 +15,6 @@ const char* const kNeverOffered[] = {
     "sched", "swapper", "init",     "pageout", "pagedaemon", "fsflush", "Install", "biod",    "cmdtool",
     "cron",  "csh",     "in.named", "ksh",     "listen",     "lockd",   "lpsched", "openwin", "ps",
     "sh",    "statd",   "syslogd",  "tcsh",    "vi",         "xinit",   "xnews",   nullptr};
-
-SString PaddedTo(const SString& text, size_t width) {
-    return text.Length() < width ? text + SString(' ', width - text.Length()) : text;
-}
 
 SStringList NamesOnOffer(SStringList processes) {
     processes.Grep("s/.* //");

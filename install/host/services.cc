@@ -5,33 +5,29 @@
 #include "install/console.h"
 #include "install/critical_section.h"
 #include "install/host/host_file.h"
+#include "install/reminders.h"
 #include "install/settings.h"
 #include "install/steps.h"
+#include "support/system/identity.h"
 
 namespace {
 
 constexpr size_t kNameWidth = 10;
 
 void ListMissing(const SStringList& missing) {
-    Print("\n\n");
-    PrintParagraph("Your services database is missing the following entries:");
-    Print("\n    " + missing.Join("\n    ") + "\n\n");
-    PrintParagraph(
+    BreakProgress();
+    Tell("Your services database is missing the following entries:");
+    PrintIndented(4, missing);
+    Print("\n");
+    Tell(
         "If you use NIS or NIS+ you will need to update those databases by hand. "
         "However if you want them added to the " +
         gstr_ServicesFile + " file, that can be done automatically.");
-    Print("\n");
-}
-
-bool UpdateUninterrupted(const SStringList& missing) {
-    const CriticalSection section;
-    return UpdateServicesFile(missing);
 }
 
 bool LeaveToAdministrator(const SStringList& missing) {
     Print("\n");
-    PrintParagraph("You will be reminded to do this when the installation has been completed.");
-    Print("\n");
+    Tell("You will be reminded to do this when the installation has been completed.");
     SStringList reminders = missing;
     for (SString& line : reminders) line = "Add to services database:    " + line;
     Remind(reminders);
@@ -41,8 +37,7 @@ bool LeaveToAdministrator(const SStringList& missing) {
 }  // namespace
 
 SString ServiceEntry(const SString& name, const SString& port) {
-    const size_t padding = name.Length() < kNameWidth ? kNameWidth - name.Length() : 0;
-    return name + SString(' ', padding) + " " + port + "/tcp";
+    return PaddedTo(name, kNameWidth) + " " + port + "/tcp";
 }
 
 SStringList MissingServices(SStringList names, SStringList ports) {
@@ -68,22 +63,24 @@ SStringList WithServices(SStringList lines, const SStringList& entries) {
 }
 
 bool UpdateServicesFile(const SStringList& entries) {
+    const CriticalSection section;
+    const AsRoot root(static_cast<uid_t>(gn_MailUID));
     return RewriteHostFile(gstr_ServicesFile,
                            [&](SStringList lines) { return WithServices(std::move(lines), entries); });
 }
 
 bool AddServices() {
-    Print("Checking services database.... ");
+    BeginProgress("Checking services database");
     const SStringList missing = MissingServices(gstrl_Services, gstrl_ServicePorts);
     if (missing.IsEmpty()) {
-        Print("OK\n");
+        EndProgress("OK");
         return true;
     }
     ListMissing(missing);
     const char answer = Ask("Do you want " + gstr_ServicesFile + " updated for you? yes/no/quit ", "yes");
     if (answer == 'q') return false;
     if (answer == 'y') {
-        const bool updated = UpdateUninterrupted(missing);
+        const bool updated = UpdateServicesFile(missing);
         if (!updated) {
             PrintParagraph("WARNING: Update of " + gstr_ServicesFile +
                            " failed. You will have to update the services database manually.");

@@ -1,4 +1,4 @@
-// The workers of the services step, which take what they need as arguments.
+// Adding the mail system's services to the host's services file: the workers of AddServices.
 #pragma once
 
 #include "support/text/sstring_list.h"
@@ -10,5 +10,6 @@ SString ServiceEntry(const SString& name, const SString& port);
 SStringList MissingServices(SStringList names, SStringList ports);
 /// The lines of a services file with the entries behind the comments that lead it.
 SStringList WithServices(SStringList lines, const SStringList& entries);
-/// Adds the entries to gstr_ServicesFile; the failures are those of RewriteHostFile.
+/// Adds the entries to gstr_ServicesFile, as root and not to be interrupted; then the effective user is
+/// gn_MailUID. The failures are those of RewriteHostFile.
 bool UpdateServicesFile(const SStringList& entries);

@@ -1,5 +1,6 @@
 // The last screen: what is left to do or, when nothing is, how the mail system is administered from now on.
 #include "install/console.h"
+#include "install/reminders.h"
 #include "install/settings.h"
 #include "install/steps.h"
 
@@ -8,13 +9,12 @@ namespace {
 constexpr int kUsualPort = 80;
 
 void PrintUnfinishedTasks() {
-    PrintParagraph(
-        "The installation is complete but there are some tasks that you still need to do. If the system "
-        "generated any warnings when it started up (or if you didn't start it), "
-        "then you should perform the unfinished tasks, and re-run this installation program.");
-    Print("\n");
-    PrintParagraph("The following tasks still need to be done:");
-    Print("\n" + ReminderLines());
+    Tell(
+        {"The installation is complete but there are some tasks that you still need to do. If the system "
+         "generated any warnings when it started up (or if you didn't start it), "
+         "then you should perform the unfinished tasks, and re-run this installation program.",
+         "The following tasks still need to be done:"});
+    PrintReminders();
 }
 
 SString WebAddress() {
@@ -22,11 +22,9 @@ SString WebAddress() {
 }
 
 void PrintAdministration() {
-    PrintParagraph("Installation is complete.");
-    Print("\n");
-    PrintParagraph(
-        "To administer tern.harbor using a World Wide Web browser such as NCSA Mosaic, use the URL:");
-    Print("\n          http://" + WebAddress() + "\n\n");
+    Tell({"Installation is complete.",
+          "To administer tern.harbor using a World Wide Web browser such as NCSA Mosaic, use the URL:"});
+    Print("          http://" + WebAddress() + "\n\n");
     PrintParagraph("To administer tern.harbor via E-mail, request account management forms from <Accounts@" +
                    gstr_HostName + "> and configuration forms from <Configuration@" + gstr_HostName +
                    ">. The body of the message should contain a list of the forms you want to retrieve. "

@@ -7,8 +7,8 @@
 
 #include "support/database/database_file.h"
 #include "support/database/sdbfile.h"
-#include "support/system/descriptor.h"
 #include "support/system/file.h"
+#include "support/system/regular_file.h"
 
 namespace {
 
@@ -51,8 +51,8 @@ bool Settle(const SString& new_database, const SString& old_database) {
 
 /// For a file that can have no second name: somebody else's, or one on a file system without hard links.
 bool CopyTo(const SString& file, const SString& copy) {
-    const Descriptor from = Descriptor::Open(file, O_RDONLY | O_NONBLOCK | O_NOFOLLOW);
-    const std::optional<SString> bytes = from ? from.ReadAll() : std::nullopt;
+    const RegularFile from = OpenRegularFile(file, O_RDONLY, Links::NotAtEnd);
+    const std::optional<SString> bytes = from ? from.descriptor.ReadAll() : std::nullopt;
     if (!bytes) return false;
     const Descriptor to = Descriptor::Open(copy, O_WRONLY | O_CREAT | O_EXCL, kDatabaseMode);
     return to && to.WriteAll(*bytes) && to.Sync();

@@ -2,6 +2,7 @@
 // beside those in use, into service. The settings that the release's preserve file lists are carried over.
 #include "install/console.h"
 #include "install/mail_system/database_update.h"
+#include "install/reminders.h"
 #include "install/settings.h"
 #include "install/steps.h"
 #include "support/system/file.h"
@@ -25,15 +26,8 @@ SStringList ModulesWithNewVersion() {
     return modules;
 }
 
-void Warn(const SStringList& paragraphs) {
-    for (const SString& paragraph : paragraphs) {
-        PrintParagraph(paragraph);
-        Print("\n");
-    }
-}
-
 bool WarnNotUpdated(const SString& module) {
-    Warn({"WARNING: couldn't update the configuration database for the " + module + " module.",
+    Tell({"WARNING: couldn't update the configuration database for the " + module + " module.",
           "This is most likely due to a permission problem in the " + gstr_TernHarbor +
               "config directory, or a filled hard disk.",
           "After you correct the problem, run this installation program again "
@@ -46,18 +40,18 @@ void RemindToInstall(const SString& module) {
 }
 
 void WarnNotBackedUp(const SString& module) {
-    Warn({"WARNING: couldn't create a backup of your old " + module +
+    Tell({"WARNING: couldn't create a backup of your old " + module +
               " configuration database. The new updated database was not installed.",
           kRemindedLater});
 }
 
 void WarnRolledBack(const SString& module) {
-    Warn({"WARNING: couldn't install the updated version of the " + module + " configuration database.",
+    Tell({"WARNING: couldn't install the updated version of the " + module + " configuration database.",
           kRemindedLater});
 }
 
 void WarnNotRestored(const SString& module) {
-    Warn({"WARNING: couldn't install the updated version of the " + module +
+    Tell({"WARNING: couldn't install the updated version of the " + module +
               " configuration database and then failed to restore the original from the backup.",
           "Without the configuration database properly installed, the " + module +
               " module will not be able to start.",

@@ -2,6 +2,7 @@
 // change them. Each is stored as soon as its answer is accepted; one that cannot be stored is lost silently.
 #include "install/console.h"
 #include "install/mail_system/remote_settings.h"
+#include "install/sentences.h"
 #include "install/settings.h"
 #include "install/steps.h"
 
@@ -9,26 +10,23 @@ namespace {
 
 bool TellUnopened() {
     Print("\n");
-    for (const SString& paragraph :
-         {"ERROR: Couldn't open a configuration database. There is probably a permission problem in the " +
+    Tell({"ERROR: Couldn't open a configuration database. There is probably a permission problem in the " +
               gstr_TernHarbor + "config directory.",
-          OwnershipMessage(), ContactMessage(), SString("Installation aborted.")}) {
-        PrintParagraph(paragraph);
-        Print("\n");
-    }
+          OwnershipMessage(), ContactMessage()});
+    Abort();
+    Print("\n");
     return false;
 }
 
 void ShowSettings(const RemoteSettings& settings) {
-    PrintParagraph(
-        "tern.harbor can be configured remotely using a graphical World-Wide-Web browser, or an E-mail "
-        "client that supports MIME. The WWW configuration is handled by a server that is built into "
-        "tern.harbor. The port used by this server can be modified so it doesn't conflict with a "
-        "general-purpose WWW server operating on port 80, or any other service provided by this machine. "
-        "Also the E-mail configuration mechanism can be turned on or off depending on your needs.");
-    Print("\n");
-    PrintParagraph("tern.harbor is currently configured with the following settings:");
-    Print("\n" + SettingsTable(settings));
+    Tell(
+        {"tern.harbor can be configured remotely using a graphical World-Wide-Web browser, or an E-mail "
+         "client that supports MIME. The WWW configuration is handled by a server that is built into "
+         "tern.harbor. The port used by this server can be modified so it doesn't conflict with a "
+         "general-purpose WWW server operating on port 80, or any other service provided by this machine. "
+         "Also the E-mail configuration mechanism can be turned on or off depending on your needs.",
+         "tern.harbor is currently configured with the following settings:"});
+    Print(SettingsTable(settings));
 }
 
 void AdviseAgainstPort80() {
@@ -44,9 +42,9 @@ void AdviseAgainstPort80() {
 char ConfirmPort(const SString& typed, int port) {
     const bool standard = port == 80;
     if (!standard) Print("\n");
-    PrintParagraph("tern.harbor will use port " + typed +
-                   " for WWW configuration, so you will need to connect to the server using the URL:");
-    Print("\n\thttp://" + gstr_HostName + (standard ? SString() : ":" + SString(port)) + "\n\n");
+    Tell("tern.harbor will use port " + typed +
+         " for WWW configuration, so you will need to connect to the server using the URL:");
+    Print("\thttp://" + gstr_HostName + (standard ? SString() : ":" + SString(port)) + "\n\n");
     return Ask(standard ? "Are you sure you want to use port 80? yes/no/quit " : "Is this OK? yes/no/quit ",
                "yes");
 }
@@ -60,7 +58,7 @@ bool ChangePort(Sdbfile* www_server, int old_port) {
         if (!IsPort(port)) {
             Print("\n");
             PrintParagraph("Please enter a valid port number (in the range from 1 to 65535).");
-            if (InputHasEnded() && !IsPort(old_port)) return AbortAtEndOfInput();
+            if (InputHasEnded() && !IsPort(old_port)) return Abort();
             continue;
         }
         const char answer = ConfirmPort(typed, port);
@@ -74,10 +72,9 @@ bool ChangePort(Sdbfile* www_server, int old_port) {
 
 bool ChangeAccess(Sdbfile* www_server) {
     Print("\n");
-    PrintParagraph(
+    Tell(
         "Access to the WWW configuration interface has been restricted to the domains/networks listed "
         "above. If you would like to remove the restrictions, type \"yes\" here.");
-    Print("\n");
     const char answer = Ask("Remove access restrictions for WWW configuration: yes/no/quit ", "no");
     if (answer == 'y') www_server->Set("WWWAccess", {});
     return answer != 'q';
@@ -85,12 +82,11 @@ bool ChangeAccess(Sdbfile* www_server) {
 
 bool ChangeEmail(Sdbfile* dispatch, bool allowed) {
     Print("\n");
-    PrintParagraph(
+    Tell(
         "You can enable or disable the ability to configure tern.harbor using E-mail forms. "
         "If disabled, mail sent to <accounts@" +
         gstr_HostName + "> or <configuration@" + gstr_HostName +
         "> will be returned to sender with an error message.");
-    Print("\n");
     const char answer =
         Ask("Allow E-mail configuration of tern.harbor: yes/no/quit ", allowed ? "yes" : "no");
     if (answer == 'n') dispatch->Set("EmailConfig", "no");
@@ -101,13 +97,13 @@ bool ChangeEmail(Sdbfile* dispatch, bool allowed) {
 }  // namespace
 
 bool ConfigureFeatures() {
-    Print("Reading configuration information.... ");
+    BeginProgress("Reading configuration information");
     Sdbfile www_server("WWW-Server", 0);
     Sdbfile dispatch("Dispatch", 0);
     if (www_server.Open("/Config", 1) == 0 || dispatch.Open("/Config", 1) == 0) return TellUnopened();
     const RemoteSettings settings = ReadRemoteSettings(www_server, dispatch);
     gn_WWWPort = settings.port;
-    Print("done\n\n");
+    EndProgress("done\n");
 
     ShowSettings(settings);
     const char answer = Ask("Do you want to change this information? yes/no/quit ", "no");

@@ -4,13 +4,15 @@
 #include <algorithm>
 #include <limits>
 
+#include "install/console.h"
+
 namespace {
 
 constexpr int kLargestPort = 65535;
 constexpr size_t kLabelWidth = 50;
 
 SString Row(const SString& label, const SString& value) {
-    return label + SString(' ', kLabelWidth - label.Length()) + value + "\n\n";
+    return PaddedTo(label, kLabelWidth) + value + "\n\n";
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "install/console.h"
 #include "install/mail_system/server_process.h"
+#include "install/reminders.h"
 #include "install/settings.h"
 #include "install/steps.h"
 #include "support/system/process.h"
@@ -15,12 +16,11 @@ constexpr unsigned kSecondsToSpeak = 4;
 
 bool StartAnyway() {
     Print("\n");
-    PrintParagraph(
-        "Before starting tern.harbor, you should take care of the problems that were noted earlier in the "
-        "installation procedure. If you don't, the system may not function properly.");
-    Print("\n");
-    PrintParagraph("The unresolved items are:");
-    Print("\n" + ReminderLines());
+    Tell(
+        {"Before starting tern.harbor, you should take care of the problems that were noted earlier in the "
+         "installation procedure. If you don't, the system may not function properly.",
+         "The unresolved items are:"});
+    PrintReminders();
     return Ask("Do you want to try to start the system anyway? yes/no/quit ", "no") == 'y';
 }
 
@@ -32,10 +32,7 @@ bool StartDaemon() {
         return true;
     }
     if (gf_ShowStoppers != 0 && !StartAnyway()) return false;
-    PrintParagraph("Starting tern.harbor....");
-    Print("\n");
-    PrintParagraph("If there is a problem, error messages will show up now.");
-    Print("\n");
+    Tell({"Starting tern.harbor....", "If there is a problem, error messages will show up now."});
     if (!StartServer(gstr_ProgramDir + gstr_ProductName)) {
         PrintParagraph(
             "ERROR: Couldn't create a new process with the fork(2) system call. "

@@ -2,7 +2,9 @@
 
 #include "install/console.h"
 #include "install/postmaster/admin_accounts.h"
-#include "install/postmaster/messages.h"
+
+#include "install/reminders.h"
+#include "install/sentences.h"
 #include "install/settings.h"
 
 namespace {
@@ -60,5 +62,5 @@ bool CreatePostmasterWithRoot(SAccountDBMod* accounts) {
     Print(Completion(made) + "\n");
     if (made.outcome == Outcome::NotDelivered) TellNotDelivered();
     const bool stands = made.outcome == Outcome::Done || made.outcome == Outcome::NotDelivered;
-    return stands || AbortSetup(Error(made.outcome));
+    return stands || AbortOverAccounts(Error(made.outcome));
 }

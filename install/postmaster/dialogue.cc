@@ -1,6 +1,7 @@
 #include "install/postmaster/dialogue.h"
 
 #include "install/console.h"
+#include "install/sentences.h"
 #include "support/system/host.h"
 #include "support/text/printable.h"
 
@@ -61,7 +62,7 @@ std::optional<SString> AskPassword() {
         if (IsGoodPassword(password)) return password;
         PrintParagraph("Please enter a new password (at least 6 characters, not beginning with whitespace)");
         if (InputHasEnded()) {
-            AbortAtEndOfInput();
+            Abort();
             return std::nullopt;
         }
     }
@@ -90,7 +91,7 @@ std::optional<SStringList> AskAccessDomains(const SStringList& current, const SS
         ExplainAccessDomainSyntax(domain);
         offered = entries.Join(",");  // refused as well, should input have ended
         if (InputHasEnded()) {
-            AbortAtEndOfInput();
+            Abort();
             return std::nullopt;
         }
     }

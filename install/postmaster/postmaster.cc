@@ -6,12 +6,20 @@
 #include "install/postmaster/creation_screen.h"
 #include "install/postmaster/deliveries.h"
 #include "install/postmaster/dialogue.h"
-#include "install/postmaster/messages.h"
+
+#include "install/reminders.h"
+#include "install/sentences.h"
 #include "install/settings.h"
 #include "install/steps.h"
 #include "support/text/printable.h"
 
 namespace {
+
+bool AbortInaccessible() {
+    return AbortOverAccounts(
+        "ERROR: Couldn't access the Postmaster account! This is probably a permission problem with the " +
+        gstr_TernHarbor + "config directory.");
+}
 
 void ShowList(const SString& label, const SStringList& entries) {
     SStringList shown;

@@ -1,5 +1,7 @@
 #include "support/database/account_session.h"
 
+#include "support/system/regular_file.h"
+
 namespace {
 
 // A write-ahead log makes a commit one write to one file, without waiting for the disk: it survives a killed
@@ -35,8 +37,7 @@ AccountStore::Session::Session(OpenedDatabase database, const SString& file, boo
 // is written into a file without a name is lost.
 bool AccountStore::Session::IsCurrent() const {
     struct stat now {};
-    return !is_snapshot && path == Path() && stat(path.CString(), &now) == 0 && now.st_dev == opened.st_dev &&
-           now.st_ino == opened.st_ino;
+    return !is_snapshot && path == Path() && stat(path.CString(), &now) == 0 && IsSameFile(now, opened);
 }
 
 DatabaseState AccountStore::Session::Open(bool for_writing, std::unique_ptr<Session>* session) {

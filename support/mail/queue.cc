@@ -8,6 +8,7 @@
 #include "support/system/environment.h"
 #include "support/system/file.h"
 #include "support/system/pending_file.h"
+#include "support/system/regular_file.h"
 
 namespace {
 
@@ -42,12 +43,9 @@ class DirectoryLock {
     bool held_ = false;
 };
 
-/// A regular file's contents; a FIFO or a device in its place is not waited for.
 std::optional<SString> RegularContents(const SString& path) {
-    Descriptor file = Descriptor::Open(path, O_RDONLY | O_NONBLOCK | O_NOFOLLOW);
-    auto status = file.Stat();
-    if (!status || !S_ISREG(status->st_mode)) return std::nullopt;
-    return file.ReadAll();
+    const RegularFile file = OpenRegularFile(path, O_RDONLY, Links::NotAtEnd);
+    return file ? file.descriptor.ReadAll() : std::nullopt;
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include <cstdio>
 
 #include "support/system/descriptor.h"
-#include "support/system/identity.h"
 
 namespace {
 
@@ -68,6 +67,5 @@ SStringList ReadCommand(const SString& command) {
 }
 
 SStringList ReadMailq() {
-    const AsRoot root;
     return ReadCommand("/usr/lib/sendmail -bp");
 }

@@ -8,5 +8,5 @@
 /// the C.UTF-8 locale and without the variables that change what ps prints, so that neither a Ctrl-C nor
 /// root's environment changes the outcome. Only the three standard descriptors are inherited.
 SStringList ReadCommand(const SString& command);
-/// The listing of sendmail's queue, as root.
+/// The listing of sendmail's queue; to be called as root.
 SStringList ReadMailq();

@@ -13,7 +13,7 @@
 #include <memory>
 #include <optional>
 
-#include "support/system/descriptor.h"
+#include "support/system/regular_file.h"
 
 namespace {
 
@@ -114,10 +114,8 @@ bool RemoveFile(const SString& path) {
 }
 
 SString MapFileRead(const SString& path) {
-    // Where a pipe stands at the path, nobody is waited for.
-    const Descriptor file = Descriptor::Open(path, O_RDONLY | O_NONBLOCK);
-    if (!file) return "";
-    return file.ReadAll().value_or("");
+    const RegularFile file = OpenRegularFile(path, O_RDONLY, Links::All);
+    return file ? file.descriptor.ReadAll().value_or("") : "";
 }
 
 SString BaseName(const SString& path, const SString& suffix) {

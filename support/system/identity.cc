@@ -35,14 +35,16 @@ bool BecomeMailOwner(const SString& login, uid_t uid, gid_t gid) {
     return initgroups(login.CString(), gid) == 0 && setegid(gid) == 0 && seteuid(uid) == 0;
 }
 
-AsRoot::AsRoot() : before_(geteuid()) {
+AsRoot::AsRoot() : AsRoot(geteuid()) {}
+
+AsRoot::AsRoot(uid_t after) : after_(after) {
     // Where the system refuses, what needs root's rights fails by itself and is reported there.
-    if (before_ != getuid()) static_cast<void>(seteuid(getuid()));
+    if (geteuid() != getuid()) static_cast<void>(seteuid(getuid()));
 }
 
 AsRoot::~AsRoot() {
     // Going on with root's rights would be worse than ending.
-    if (before_ != geteuid() && seteuid(before_) != 0) abort();
+    if (after_ != geteuid() && seteuid(after_) != 0) abort();
 }
 
 AsUser::AsUser(uid_t uid, gid_t gid, const std::vector<gid_t>& groups)

@@ -11,16 +11,18 @@
 /// The mail system's owner for good: group, supplementary groups, then user. False when the system refuses.
 bool BecomeMailOwner(const SString& login, uid_t uid, gid_t gid);
 
-/// The real user's (root's) rights for a scope; groups stay.
+/// The real user's (root's) rights for a scope; groups stay. After it the effective user is the one from
+/// before, or the one given.
 class AsRoot {
   public:
     AsRoot();
+    explicit AsRoot(uid_t after);
     ~AsRoot();
     AsRoot(const AsRoot&) = delete;
     AsRoot& operator=(const AsRoot&) = delete;
 
   private:
-    uid_t before_;
+    uid_t after_;
 };
 
 /// A user's identity for a scope: uid, primary group and supplementary groups. Where the system refuses any

@@ -40,8 +40,6 @@ template <size_t N>
 SStringList RunFirst(const Probe (&probes)[N]) {
     for (const Probe& probe : probes) {
         if (!IsRegular(probe.program)) continue;
-        // As root: a host may hide other users' processes.
-        const AsRoot root;
         return probe.parse(ReadCommand(SString(probe.program) + " " + probe.arguments));
     }
     return {};
@@ -59,6 +57,7 @@ SStringList ReadProcessInfo() {
 
 bool KillProgram(const SString& name, int signal) {
     if (!name.Matches("\\w")) return false;
+    const AsRoot root;
     return SignalProcesses(ProcessesNamed(ReadProcessInfo(), name), signal);
 }
 
@@ -77,7 +76,6 @@ SStringList ProcessesNamed(const SStringList& entries, const SString& name) {
 }
 
 bool SignalProcesses(const SStringList& entries, int signal) {
-    const AsRoot root;
     bool reached = false;
     for (const SString& entry : entries) {
         const long id = entry.ToNumber();

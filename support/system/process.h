@@ -1,5 +1,6 @@
 // The host's processes and listening sockets, as its own tools list them. Parsing stands apart from running,
-// so that recorded outputs can be parsed.
+// so that recorded outputs can be parsed. Only KillProgram changes the effective user, and gives it back: a
+// host may hide other users' processes, so the others are to be called as root.
 #pragma once
 
 #include "support/text/sstring_list.h"

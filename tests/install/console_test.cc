@@ -163,10 +163,33 @@ TEST(PrintParagraph, ShowsNoControlCharacters) {
     EXPECT_EQ(dialogue.Screen(), "Couldn't create ?[2J/mail??:?a b\xc3\xa9?\n");
 }
 
-TEST(AbortAtEndOfInput, SaysSoAndStopsTheStep) {
+TEST(Tell, EndsEachParagraphWithAnEmptyLine) {
     const Dialogue dialogue;
-    EXPECT_FALSE(AbortAtEndOfInput());
-    EXPECT_EQ(dialogue.Screen(), "Installation aborted.\n");
+    Tell("one");
+    Tell({"two", SString("three")});
+    EXPECT_EQ(dialogue.Screen(), "one\n\ntwo\n\nthree\n\n");
+}
+
+TEST(PrintIndented, WrapsNothingAndShowsNoControlCharacters) {
+    const Dialogue dialogue;
+    PrintIndented(4, {SString('a', 80), "", "b\x1b[2J\tc"});
+    PrintIndented(4, {});
+    EXPECT_EQ(dialogue.Screen(), "    " + SString('a', 80) + "\n    \n    b?[2J\tc\n");
+}
+
+TEST(PaddedTo, LeavesALongerTextAlone) {
+    EXPECT_EQ(PaddedTo("smtp", 6), "smtp  ");
+    EXPECT_EQ(PaddedTo("smtp", 4), "smtp");
+    EXPECT_EQ(PaddedTo("submission", 4), "submission");
+}
+
+TEST(Progress, IsCompletedOnItsLineOrBroken) {
+    const Dialogue dialogue;
+    BeginProgress("Checking");
+    EndProgress("found");
+    BeginProgress("Checking again");
+    BreakProgress();
+    EXPECT_EQ(dialogue.Screen(), "Checking.... found\nChecking again.... \n\n");
 }
 
 }  // namespace

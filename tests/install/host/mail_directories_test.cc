@@ -32,7 +32,7 @@ NewDirectory Make(const SString& path) {
 TEST(MakeOwnedDirectory, MakesItWithItsOwnerAndMode) {
     const TemporaryFolder folder;
     const mode_t mask = umask(007);
-    EXPECT_EQ(Make(folder / "mailboxes/"), NewDirectory::kMade);
+    EXPECT_EQ(Make(folder / "mailboxes/"), NewDirectory::Made);
     umask(mask);
     EXPECT_TRUE(BelongsToOwner(folder / "mailboxes"));
     EXPECT_EQ(Mode(folder / "mailboxes"), 0770U);
@@ -45,7 +45,7 @@ TEST(MakeOwnedDirectory, ReplacesNothing) {
     ASSERT_EQ(symlink("none", (folder / "dangling").CString()), 0);
     ASSERT_TRUE(MakeDir(folder / "directory", 0700));
     for (const char* name : {"file", "dangling", "directory", "none/below"}) {
-        EXPECT_EQ(Make(folder / name), NewDirectory::kNotMade) << name;
+        EXPECT_EQ(Make(folder / name), NewDirectory::NotMade) << name;
         EXPECT_FALSE(EntryExists(folder / name + ".new")) << name;
     }
     EXPECT_EQ(MapFileRead(folder / "file"), "kept");
@@ -57,7 +57,7 @@ TEST(MakeOwnedDirectory, RemovesWhatAnEarlierRunLeft) {
     const TemporaryFolder folder;
     ASSERT_TRUE(MakeDir(folder / "mailboxes.new", 0));
     ASSERT_EQ(chmod((folder / "mailboxes.new").CString(), 0770), 0);
-    EXPECT_EQ(Make(folder / "mailboxes"), NewDirectory::kMade);
+    EXPECT_EQ(Make(folder / "mailboxes"), NewDirectory::Made);
     EXPECT_FALSE(EntryExists(folder / "mailboxes.new"));
 }
 
@@ -68,7 +68,7 @@ TEST(MakeOwnedDirectory, LeavesOthersWorkAlone) {
     ASSERT_TRUE(MakeDir(folder / "foreign.new", 0700));
     ASSERT_EQ(symlink("full.new", (folder / "link.new").CString()), 0);
     for (const char* name : {"full", "foreign", "link"}) {
-        EXPECT_EQ(Make(folder / name), NewDirectory::kMade) << name;
+        EXPECT_EQ(Make(folder / name), NewDirectory::Made) << name;
         EXPECT_TRUE(BelongsToOwner(folder / name)) << name;
         EXPECT_TRUE(EntryExists(folder / name + ".new")) << name;
         EXPECT_FALSE(EntryExists(folder / name + ".new1")) << name;

@@ -60,17 +60,17 @@ TEST(CutListing, ShowsFifteenOfMore) {
     }
 }
 
-TEST(IsSameFile, FollowsLinksOnBothSides) {
+TEST(LeadsTo, FollowsLinksOnBothSides) {
     const TemporaryFolder folder;
     const SString emulator = folder.Write("emulator", "");
     const SString other = folder.Write("other", "");
     ASSERT_EQ(symlink("emulator", (folder / "link").CString()), 0);
     ASSERT_EQ(symlink("link", (folder / "chain").CString()), 0);
     ASSERT_EQ(symlink("nothing", (folder / "dangling").CString()), 0);
-    EXPECT_TRUE(IsSameFile(folder / "chain", emulator));
-    EXPECT_TRUE(IsSameFile(emulator, folder / "link"));
-    EXPECT_FALSE(IsSameFile(other, emulator));
-    EXPECT_FALSE(IsSameFile(folder / "dangling", folder / "dangling"));
+    EXPECT_TRUE(LeadsTo(folder / "chain", emulator));
+    EXPECT_TRUE(LeadsTo(emulator, folder / "link"));
+    EXPECT_FALSE(LeadsTo(other, emulator));
+    EXPECT_FALSE(LeadsTo(folder / "dangling", folder / "dangling"));
 }
 
 TEST(MakeLink, TakesThePlaceOfADanglingLinkOnly) {

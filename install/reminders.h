@@ -1,0 +1,9 @@
+// The tasks that are left to the administrator, shown before the start and on the last screen.
+#pragma once
+
+#include "support/text/sstring_list.h"
+
+/// Adds a group of reminders to gstrl_Reminders: the lines, then the empty entry that closes the group.
+void Remind(const SStringList& lines);
+/// Prints them all, each on an indented line, not wrapped.
+void PrintReminders();

@@ -1,0 +1,39 @@
+#include "support/system/regular_file.h"
+
+#include <fcntl.h>
+#include <linux/openat2.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace {
+
+/// A kernel before 5.6, or a container that does not know the call, follows no link at the end instead.
+Descriptor OpenWithoutMagicLinks(const SString& path, int flags) {
+    struct open_how how = {};
+    how.flags = static_cast<uint64_t>(flags) | O_NOCTTY | O_CLOEXEC;
+    how.resolve = RESOLVE_NO_MAGICLINKS;
+    const long fd = syscall(SYS_openat2, AT_FDCWD, path.CString(), &how, sizeof how);
+    if (fd >= 0) return Descriptor(static_cast<int>(fd));
+    const bool is_unknown = errno == ENOSYS || errno == EPERM;
+    return is_unknown ? Descriptor::Open(path, flags | O_NOFOLLOW) : Descriptor();
+}
+
+}  // namespace
+
+RegularFile OpenRegularFile(const SString& path, int flags, Links links) {
+    flags |= O_NONBLOCK;
+    RegularFile file;
+    file.descriptor = links == Links::NotMagic
+                          ? OpenWithoutMagicLinks(path, flags)
+                          : Descriptor::Open(path, links == Links::NotAtEnd ? flags | O_NOFOLLOW : flags);
+    const auto status = file.descriptor.Stat();
+    if (!status || !S_ISREG(status->st_mode)) return {};
+    file.status = *status;
+    return file;
+}
+
+bool IsSameFile(const struct stat& left, const struct stat& right) {
+    return left.st_dev == right.st_dev && left.st_ino == right.st_ino;
+}

@@ -1,0 +1,24 @@
+// Opening files that somebody else may have put there: without waiting on a FIFO, and only regular files.
+#pragma once
+
+#include "support/system/descriptor.h"
+
+/// Which links on the way to a file are followed.
+enum class Links {
+    All,
+    NotAtEnd,  // not where the path's last component is one
+    NotMagic,  // all but those of /proc, which lead past the rights of directories (Linux)
+};
+
+struct RegularFile {
+    Descriptor descriptor;  // none where no regular file could be opened
+    struct stat status {};
+
+    explicit operator bool() const { return static_cast<bool>(descriptor); }
+};
+
+/// Opens for reading (O_RDONLY) or writing (O_WRONLY), and makes and truncates nothing.
+RegularFile OpenRegularFile(const SString& path, int flags, Links links);
+
+/// Whether both are the same file (device and inode).
+bool IsSameFile(const struct stat& left, const struct stat& right);

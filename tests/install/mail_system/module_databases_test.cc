@@ -1,0 +1,67 @@
+#include <gtest/gtest.h>
+
+#include "install/settings.h"
+#include "install/steps.h"
+#include "support/database/sdbfile.h"
+#include "support/system/file.h"
+#include "tests/data_directory.h"
+#include "tests/dialogue.h"
+
+namespace {
+
+class UpdateConfigurationTest : public testing::Test {
+  protected:
+    UpdateConfigurationTest() {
+        gstr_TernHarbor = data_.Path();
+        gstrl_Reminders.Reset();
+    }
+    static void Store(const SString& database, const SString& value) {
+        Sdbfile handle(database, 0);
+        ASSERT_NE(handle.Open("/Config", 1), 0);
+        ASSERT_NE(handle.Set("Socket", value), 0);
+    }
+    static SString Stored(const SString& database) {
+        Sdbfile handle(database, 0);
+        handle.Open("/Config", 0);
+        return handle.Get("Socket").Get(0);
+    }
+    void Preserve(const SString& lines) const { data_.WriteConfig("__PRESERVE__", lines); }
+    static SString Run() {
+        const Dialogue dialogue;
+        EXPECT_TRUE(UpdateConfiguration());
+        return dialogue.Screen();
+    }
+
+    DataDirectory data_;
+};
+
+TEST_F(UpdateConfigurationTest, SaysNothingWithoutANewVersionOrAPreserveFile) {
+    Preserve("WWW-Server/Config/Socket\n");
+    EXPECT_EQ(Run(), "");
+    RemoveFile(data_.Config("__PRESERVE__"));
+    Store("WWW-Server.install", "80");
+    EXPECT_EQ(Run(), "");
+    EXPECT_TRUE(FileExists(data_.Config("WWW-Server.install")));
+}
+
+TEST_F(UpdateConfigurationTest, PutsNewVersionsIntoServiceInTheirOrder) {
+    Preserve("WWW-Server/Config/Socket\n");
+    Store("WWW-Server.install", "80");
+    Store("WWW-Server", "8080");
+    Store("Dispatch.install", "1");
+    Store("Dispatch", "2");
+    EXPECT_EQ(Run(), "Updating module configurations....\n     Dispatch\n     WWW-Server\ndone\n");
+    EXPECT_EQ(Stored("WWW-Server"), "8080");  // the site's
+    EXPECT_EQ(Stored("Dispatch"), "1");       // the release's
+    EXPECT_EQ(Stored("Dispatch.backup"), "2");
+    EXPECT_TRUE(gstrl_Reminders.IsEmpty());
+}
+
+TEST_F(UpdateConfigurationTest, LeavesTheAccountsAlone) {
+    Preserve("MTA-Accounts/Config/Socket\n");
+    Store("MTA-Accounts.install", "80");
+    EXPECT_EQ(Run(), "");
+    EXPECT_FALSE(FileExists(data_.Config("MTA-Accounts")));
+}
+
+}  // namespace

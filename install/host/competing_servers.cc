@@ -53,9 +53,9 @@ SStringList AskWhichToKill() {
 }
 
 void LeaveServers(const SStringList& busy) {
-    SStringList tasks;
-    for (const SString& service : busy) tasks.Push("Shutdown server:    " + service);
-    Remind(tasks);
+    SStringList reminders;
+    for (const SString& service : busy) reminders.Push("Shutdown server:    " + service);
+    Remind(reminders);
     gf_ShowStoppers = 1;
     Tell("No processes killed.");
 }

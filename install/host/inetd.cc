@@ -75,8 +75,8 @@ void ReportNotReset(const SStringList& conflicts) {
 
 bool LeaveToAdministrator(const SStringList& conflicts) {
     Tell("You will be reminded to do this when the installation has been completed.");
-    SStringList reminders = conflicts;
-    for (SString& name : reminders) name = "Remove from " + gstr_InetdConf + ": " + name;
+    SStringList reminders;
+    for (const SString& name : conflicts) reminders.Push("Remove from " + gstr_InetdConf + ": " + name);
     Remind(reminders);
     Remind({kHangUp});
     NoteShowStopper(conflicts);

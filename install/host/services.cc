@@ -28,8 +28,8 @@ void ListMissing(const SStringList& missing) {
 bool LeaveToAdministrator(const SStringList& missing) {
     Print("\n");
     Tell("You will be reminded to do this when the installation has been completed.");
-    SStringList reminders = missing;
-    for (SString& line : reminders) line = "Add to services database:    " + line;
+    SStringList reminders;
+    for (const SString& entry : missing) reminders.Push("Add to services database:    " + entry);
     Remind(reminders);
     return AskToContinue();
 }

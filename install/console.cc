@@ -126,7 +126,7 @@ char Ask(const SString& prompt, const SString& default_answer) {
     return FirstLetter(GetInput(default_answer, 1));
 }
 
-// A last line without a line end is still an answer: only a read that found nothing at all fails.
+// A last line without a line end is still an answer; only a read that finds nothing fails.
 bool InputHasEnded() {
     return std::cin.fail();
 }

@@ -20,15 +20,15 @@ void Print(const SString& text);
 void PrintParagraph(const SString& text);
 /// Paragraphs, each with an empty line after it.
 void Tell(const SStringList& paragraphs);
-/// Each entry on a line of its own behind so many blanks, not wrapped, without control characters but tabs.
+/// One entry a line, indented by so many blanks, not wrapped, without control characters (tabs are kept).
 void PrintIndented(long indent, const SStringList& entries);
-/// The text with blanks behind it up to the width; a longer one as it is.
+/// The text padded with blanks on the right; one that is longer than the width comes back as it is.
 SString PaddedTo(const SString& text, size_t width);
 
 /// Begins a progress line, "Checking the host.... ", and completes it with a word.
 void BeginProgress(const SString& what);
 void EndProgress(const SString& word);
-/// Ends it without a word, as a longer story follows.
+/// Ends the line without a word, before a longer explanation.
 void BreakProgress();
 
 /// The prompt, then GetInput with its default shown; the first character of the answer, lower-cased, or NUL.

@@ -18,7 +18,7 @@ class CriticalSection {
     std::sig_atomic_t before_;
 };
 
-/// What the work gives, done in a critical section of its own.
+/// Runs the work in a critical section and returns its result.
 template <typename Work>
 auto Uninterrupted(Work&& work) {
     const CriticalSection section;

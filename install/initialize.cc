@@ -1,10 +1,11 @@
+// Sets the paths of the host's files and the services that the mail system takes over.
 #include "install/settings.h"
 #include "install/steps.h"
 #include "support/system/file.h"
 
 namespace {
 
-/// Resolved, so that a rewrite reaches the file itself; as named where nothing stands, for the messages.
+/// The real path, so that a rewrite reaches the file and not a link; the path itself if there is no file.
 SString Resolved(const SString& path) {
     const SString real = RealPath(path);
     return real.IsEmpty() ? path : real;

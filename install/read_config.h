@@ -5,7 +5,7 @@
 
 #include "support/text/sstring_list.h"
 
-/// The value of the key: what stands after "=" up to the first blank. The first line that begins with the key
-/// decides; when it is not of that form, nothing further is searched and the value is empty. So is one that
-/// holds a NUL, as system calls would see another value than the one checked here.
+/// The value of the key, up to the first blank. Only the first line that begins with the key is looked at
+/// (prescribed); the value is empty if that line has another form. It is also empty if it holds a NUL,
+/// because system calls would see a shorter value.
 SString ReadConfig(const SStringList& lines, const SString& key);

@@ -1,6 +1,5 @@
-// The program-wide settings: each with its meaning, its default, who sets it and who reads it; and the
-// constants that every module shares. Steps talk to each other through these and the mail system's files
-// only.
+// The program-wide settings, each with its meaning, default, setter and readers, and the shared constants.
+// Steps talk to each other only through these and the mail system's files.
 #pragma once
 
 #include <csignal>

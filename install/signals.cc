@@ -22,7 +22,7 @@ void SignalHandler(int /*signal*/) {
     const int error = errno;
     gf_Killed = 1;
     const ssize_t written = write(STDOUT_FILENO, pz_PleaseWait, sizeof(pz_PleaseWait) - 1);
-    static_cast<void>(written);  // where the text cannot be shown, the work still goes on
+    static_cast<void>(written);  // nothing to do about a failure here
     errno = error;
 }
 

@@ -1,7 +1,7 @@
-// What a request to end the program does: at once, or, inside a critical section, after it.
+// Termination signals: they end the program at once, or after the critical section that it is in.
 #pragma once
 
-/// Takes SIGHUP, SIGINT, SIGQUIT and SIGTERM, also where the parent process had them blocked.
+/// Handles SIGHUP, SIGINT, SIGQUIT and SIGTERM, and unblocks them in case the parent had them blocked.
 void SetupSignalHandler();
 /// Ends the program with status 3 while gf_OkToBeKilled is set. Otherwise asks for patience and sets
 /// gf_Killed.

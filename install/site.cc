@@ -16,7 +16,7 @@
 
 namespace {
 
-/// This id is what the system calls that change an owner or identity take for "leave it as it is".
+/// chown and seteuid take this id for "leave it as it is".
 constexpr uint32_t kNoId = UINT32_MAX;
 
 /// The problem and what to do about it.
@@ -44,7 +44,7 @@ void TakeConfiguration(const SStringList& lines) {
 }
 
 bool ReadConfiguration() {
-    // Not waiting: what stands there might be a FIFO without a writer.
+    // O_NONBLOCK: it might be a FIFO without a writer.
     const auto file = Descriptor::Open(gstr_ConfigFile, O_RDONLY | O_NONBLOCK);
     const auto text = file ? file.ReadAll() : std::nullopt;
     if (!text) {
@@ -71,7 +71,7 @@ bool FindHostName() {
 bool FindAddress() {
     const SStringList addresses = GetHostByName(gstr_HostName);
     gstr_IpAddress = "[" + addresses.Get(0) + "]";
-    // Without a domain the name cannot resolve; that the domain is missing is then the better message.
+    // Without a domain the name cannot resolve; the check for missing values has the better message.
     if (!addresses.Get(0).IsEmpty() || gstr_DomainName.IsEmpty()) return true;
     return Fail("Couldn't determine the IP address of " + gstr_HostName +
                     " using the gethostbyname function. If your domain name is incorrect, correct it in " +

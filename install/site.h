@@ -4,9 +4,8 @@
 
 #include "support/text/sstring.h"
 
-/// Sets the site's settings and exports them. False when one cannot be found; the message is printed.
+/// Sets the site's settings and exports them. False if one cannot be found; the reason has been printed.
 bool DetermineSite();
 
-/// The node name up to its first dot, a dot, and the domain: the host's own domain gives way to the
-/// configured.
+/// The node name with its own domain replaced by the configured one.
 SString FullHostName(const SString& node_name, const SString& domain);

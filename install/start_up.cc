@@ -24,8 +24,8 @@ constexpr int kComplete = 0;
 constexpr int kStopped = 2;
 constexpr int kHeaderWidth = 75;
 
-/// A process may be started without standard descriptors. The next file to be opened would then take the
-/// place of one, and what is meant for the screen would be written into it.
+/// If the process was started without standard descriptors, the next file opened would get one of their
+/// numbers and receive what is meant for the screen.
 void OpenMissingDescriptors() {
     for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; fd++) {
         const bool is_missing = fcntl(fd, F_GETFD) < 0;
@@ -33,8 +33,8 @@ void OpenMissingDescriptors() {
     }
 }
 
-/// Another program may have left the terminal or pipe non-blocking. Input would then seem to have ended where
-/// no answer is typed yet, and every default would be taken for the administrator's consent.
+/// If another program left the terminal or pipe non-blocking, input would seem to have ended before an answer
+/// is typed, and every default would be taken.
 void MakeDescriptorsWait() {
     for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; fd++) {
         const int flags = fcntl(fd, F_GETFL);
@@ -42,21 +42,21 @@ void MakeDescriptorsWait() {
     }
 }
 
-/// A full disk quota or a reader of the screen that has gone must make a write fail, where the step can tell
-/// and undo, not end the program in the middle of a file. Commands are waited for, whatever the parent chose.
+/// A full quota or a closed terminal must make the write fail, which a step can handle, and not kill the
+/// program in the middle of a file. SIGCHLD: pclose needs the default.
 void SetSignalDefaults() {
     std::signal(SIGXFSZ, SIG_IGN);
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGCHLD, SIG_DFL);
 }
 
-/// The directory that it was started in may be gone, as after an upgrade. Every probe's shell would complain
-/// of that on the screen.
+/// In a working directory that was removed (by an upgrade, say) the shell of every probe would complain on
+/// the screen.
 void LeaveRemovedDirectory() {
     std::array<char, PATH_MAX> here{};
     if (getcwd(here.data(), here.size()) != nullptr) return;
     const int changed = chdir("/");
-    static_cast<void>(changed);  // where even that is refused, the complaints are all that is amiss
+    static_cast<void>(changed);  // if refused, the complaints are the only harm
 }
 
 bool IsStartedByRoot() {

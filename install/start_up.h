@@ -1,9 +1,8 @@
 // From the process as it was started to the installation's exit status.
 #pragma once
 
-/// All that comes before the first question: the checks, the header, the site's facts, the mail owner's
-/// identity. False when something stands in the way; it has told what.
+/// Everything before the first question: checks, header, site facts, the mail owner's identity. False if
+/// something prevents the installation; the reason has been printed.
 bool StartUp();
-/// 0 after a complete run, 2 when start-up fails or a step stops the installation. (A signal's 3 does not
-/// come through here.)
+/// The exit status: 0 after a complete run, 2 if start-up failed or a step stopped the installation.
 int Main();

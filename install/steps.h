@@ -1,5 +1,5 @@
-// The steps of the installation. Each takes nothing and returns whether to go on; a step that stops the
-// installation has told why. Left-over work goes to gstrl_Reminders.
+// The steps of the installation. Each returns true to go on; a step that returns false has printed why. Work
+// that is left undone goes to gstrl_Reminders.
 #pragma once
 
 bool Initialize();            // initialize.cc: the host's files and services

@@ -1,7 +1,7 @@
-// Waiting for what a signalled process does in its own time.
+// Waiting for a process to react to a signal.
 #pragma once
 
 #include <functional>
 
-/// Looks every tenth of a second whether it is so, for five seconds at most.
+/// Polls the condition every tenth of a second, for five seconds at most.
 void Await(const std::function<bool()>& is_so);

@@ -1,4 +1,4 @@
-// Other servers that hold the mail system's ports are found and, as the administrator says, stopped.
+// Finds the servers that hold the mail system's ports and stops those that the administrator names.
 #include <csignal>
 
 #include "install/console.h"
@@ -20,7 +20,7 @@ SStringList BusyNow() {
     return BusyServices(gstrl_Services, gstrl_ServicePorts, ListeningPorts());
 }
 
-/// Process listers cut names to 8, 9 or 10 characters.
+/// Process listers cut names to 8, 9 or 10 characters. The looseness of the expression is prescribed.
 int32_t CountMailSystem() {
     return static_cast<int32_t>(RunningProcesses().Grep("/ tern\\.harb?o?r?$/").Count());
 }
@@ -60,7 +60,7 @@ void LeaveServers(const SStringList& busy) {
     Tell("No processes killed.");
 }
 
-/// The super-server is not stopped: it reads its changed configuration again and lets go of the ports.
+/// inetd is not stopped: it rereads its changed configuration and closes the ports.
 bool HangUpInetd() {
     if (KillProgram("inetd", SIGHUP)) {
         PrintIndented(kResultIndent, "Killed (with -HUP) inetd");
@@ -91,7 +91,7 @@ void StopServers(const SStringList& names) {
     }
     Print("\n");
     gstrl_Reminders.Push("");
-    // A server lets go of its port in its own time, and the mail system is started next.
+    // A server takes a moment to close its port, and the mail system is started next.
     if (reached) Await([] { return BusyNow().IsEmpty(); });
 }
 

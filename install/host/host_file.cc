@@ -12,7 +12,7 @@ namespace {
 constexpr mode_t kPermissions = 07777;
 
 struct Original {
-    RegularFile file;  // stays open: it is this very file that is looked at, and whose mode is changed
+    RegularFile file;  // stays open, so that checks and mode changes reach this very file
     SString bytes;
 };
 
@@ -24,11 +24,11 @@ std::optional<Original> OpenOriginal(const SString& path) {
     return Original{std::move(file), std::move(*bytes)};
 }
 
-/// The copy of the old contents; removed with its scope unless it is to be kept.
+/// The copy of the old contents, removed at the end of the scope unless kept.
 class Backup {
   public:
     explicit Backup(const SString& path)
-        // Refuses whatever took the name since it was found free. Closed to others until it has its owner.
+        // O_EXCL: somebody may have taken the name since. 0600: closed to others until it has its owner.
         : name_(FreeName(path + ".bak")),
           file_(Descriptor::Open(name_, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600)) {}
     ~Backup() {
@@ -37,7 +37,7 @@ class Backup {
     Backup(const Backup&) = delete;
     Backup& operator=(const Backup&) = delete;
 
-    /// True when the whole copy, and its name, are on the disk.
+    /// True when the copy and its name are on the disk.
     bool Fill(const Original& original) const {
         return file_ && fchown(file_.Get(), original.file.status.st_uid, original.file.status.st_gid) == 0 &&
                fchmod(file_.Get(), original.file.status.st_mode & kPermissions) == 0 &&
@@ -57,7 +57,7 @@ class Backup {
     bool kept_ = false;
 };
 
-/// Write permission for a scope; a file that has it already keeps its mode untouched.
+/// Adds write permission for a scope, unless the file has it.
 class WriteAccess {
   public:
     WriteAccess(const SString& path, const Original& original)
@@ -80,8 +80,8 @@ class WriteAccess {
     bool granted_;
 };
 
-/// Opened without truncating: first it must be the very file that was read. That one is looked at anew, as an
-/// overlay file system gives a file another number at its first change.
+/// Not truncated yet: it must be the file that was read. The latter's status is taken again, because
+/// overlayfs changes the inode number when a file is first opened for writing.
 Descriptor OpenForWriting(const SString& path, const Original& original) {
     RegularFile file = OpenRegularFile(path, O_WRONLY, Links::All);
     const std::optional<struct stat> read = original.file.descriptor.Stat();

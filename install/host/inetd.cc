@@ -21,7 +21,7 @@ namespace {
 
 const SString kHangUp = "kill -HUP [inetd-pid]";
 
-/// Of the services that the mail system takes over, under all their names, those that are active.
+/// The active services that the mail system takes over, under any of their names.
 SStringList Conflicts(const SStringList& active) {
     SStringList names = gstrl_Services;
     names.Push({"mail", "pop-3"});
@@ -48,7 +48,7 @@ void NoteShowStopper(const SStringList& conflicts) {
 
 enum class TakeOver { Failed, NotReset, Done };
 
-/// One section for both, so that the file and the running daemon never disagree.
+/// One critical section for both, so that file and daemon never disagree.
 TakeOver TakeFromInetd(const SStringList& conflicts) {
     return Uninterrupted([&] {
         if (!UpdateInetdConf(conflicts)) return TakeOver::Failed;
@@ -56,7 +56,7 @@ TakeOver TakeFromInetd(const SStringList& conflicts) {
     });
 }
 
-/// The ports under which the daemon has looked the services up, as far as they are bound.
+/// Whether any of the services' ports is bound.
 bool AreBound(const SStringList& services) {
     const SStringList bound = ListeningPorts();
     return std::ranges::any_of(services, [&](const SString& name) {
@@ -91,7 +91,7 @@ bool DisableConflicts(const SStringList& conflicts) {
              " failed. You will have to update the configuration file manually later.");
     }
     if (CriticalSection::WasInterrupted()) return false;
-    // The daemon lets go of the ports in its own time, and a later step looks who holds them.
+    // The daemon takes a moment to close the ports, and a later step looks who holds them.
     if (outcome == TakeOver::Done) Await([&] { return !AreBound(conflicts); });
     return outcome != TakeOver::Failed || LeaveToAdministrator(conflicts);
 }

@@ -5,10 +5,10 @@
 
 #include "support/text/sstring_list.h"
 
-/// The first words of the lines that are neither blank nor comments. A lone word without a line end at the
-/// file's end is no entry: the daemon reads none there.
+/// The first words of the lines that are neither blank nor comments. A last line that is a single word
+/// without a line end is no entry to the daemon either.
 SStringList ActiveServices(SStringList lines);
-/// The lines with the entries of these services commented out.
+/// The lines, with the entries of these services commented out.
 SStringList WithoutServices(SStringList lines, const SStringList& services);
 /// Comments the services out in gstr_InetdConf, as root and not to be interrupted; then the effective user is
 /// gn_MailUID. The failures are those of RewriteHostFile.

@@ -1,5 +1,4 @@
-// The two directories that must be right before accounts are set up: the mail system's own store, from which
-// users fetch their mail, and the host's spool of local users' mail files.
+// Checks the mail system's mailbox directory and the host's maildrop directory, and makes them right.
 #include <sys/stat.h>
 
 #include <optional>
@@ -17,7 +16,7 @@ namespace {
 
 constexpr mode_t kMailboxMode = 0770;
 constexpr mode_t kPermissionBits = 07777;
-// The group's execute bit belongs to it: without it the setgid bit means mandatory locking on some systems.
+// Prescribed together: without group execute, setgid means mandatory locking on some systems.
 constexpr mode_t kSetgidBits = S_ISGID | S_IXGRP;
 
 bool TellMailboxDirNotMade() {
@@ -39,7 +38,7 @@ bool TellMailboxDirNotOwned() {
     return true;
 }
 
-/// Prescribed beside ContactMessage.
+/// Worded differently from ContactMessage, as prescribed.
 SString PleaseContact() {
     return "Please contact Ardenvale at " + SupportContact() + " if you need help resolving this problem.";
 }

@@ -15,8 +15,8 @@ SString WithoutTrailingSlash(SString path) {
     return path;
 }
 
-/// What an earlier run left when it was cut short is removed. Only an empty directory that such a run could
-/// have made counts: rmdir refuses all others, and links.
+/// Removes what a killed run left: an empty directory of our mode and owner. rmdir refuses full ones and
+/// links.
 void RemoveLeftOver(const SString& path, mode_t mode, uid_t owner) {
     struct stat facts {};
     if (lstat(path.CString(), &facts) != 0 || (facts.st_mode & kPermissions) != mode) return;

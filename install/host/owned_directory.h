@@ -1,5 +1,5 @@
-// Making a directory that belongs to another user. Until it has its owner it stands under the name with
-// ".new" after it, so that a run that is cut short leaves nothing half done under the real name.
+// Making a directory that belongs to another user. It is made as NAME.new and renamed when it has its owner,
+// so that a killed run leaves nothing half done under the real name.
 #pragma once
 
 #include <sys/types.h>
@@ -8,10 +8,10 @@
 
 enum class NewDirectory {
     Made,
-    NotMade,   // nothing stands at the path that did not stand there before
-    NotOwned,  // it is there, but owner and group could not be set
+    NotMade,   // what was at the path is still there
+    NotOwned,  // made, but owner and group could not be set
 };
 
-/// As root: the directory with this mode (less the process's mask), owner and group. A link in the place of
-/// the directory is never followed, and nothing that stands there is replaced.
+/// As root: the directory with this mode (less the process's mask), owner and group. Never follows a link at
+/// the path, and never replaces anything.
 NewDirectory MakeOwnedDirectory(const SString& path, mode_t mode, uid_t owner, gid_t group);

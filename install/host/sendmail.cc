@@ -30,7 +30,7 @@ void RemindOfDaemon() {
     gf_ShowStoppers = 1;
 }
 
-/// The administrator may have taken a while to answer: an id can be another program's by now.
+/// The administrator may take long to answer: by then another program may have the process id.
 SStringList StillRunning(const SStringList& processes) {
     const SStringList now = RunningProcesses();
     SStringList running;
@@ -48,7 +48,7 @@ bool Signal(const SStringList& processes, int signal) {
 void Kill(const SStringList& found) {
     const SStringList processes = StillRunning(found);
     if (Signal(processes, SIGTERM)) {
-        // The mail port is free only when they have ended; a signal of 0 just asks.
+        // The mail port is free only when they have ended. Signal 0 only asks.
         Await([&] { return !Signal(processes, 0); });
         Print("Sendmail killed successfully.\n\n");
         return;
@@ -77,7 +77,7 @@ void TellHowToDeliver() {
          "Note: you may have to run 'sendmail -q' several times to completely empty the queue."});
 }
 
-/// Whether the queue is empty, or its messages may be abandoned.
+/// Whether the queue is empty or the administrator gives its messages up.
 bool MayAbandonQueue() {
     const SStringList listing = MailQueueListing();
     if (IsEmptyQueue(listing)) return true;
@@ -87,8 +87,7 @@ bool MayAbandonQueue() {
     return answer == 'n';
 }
 
-/// Ends the progress line. The two warnings differ in their first letter only, as prescribed; so does the
-/// reminder stand without the empty entry that closes a group.
+/// Prescribed: the two warnings differ in their first letter, and no empty entry follows the reminder.
 void ReportLink(bool made, const SString& couldnt, const SString& link) {
     if (made) {
         EndProgress("done");

@@ -5,10 +5,10 @@
 
 /// One line of the services file, without its line end: "smtp       25/tcp".
 SString ServiceEntry(const SString& name, const SString& port);
-/// The entries of those services whose names the host's resolver does not know; names and ports go index for
-/// index. A name known with another port is known.
+/// The entries of the services whose names the resolver does not know, whatever port it has for them. Names
+/// and ports go index for index.
 SStringList MissingServices(SStringList names, SStringList ports);
-/// The lines of a services file with the entries behind the comments that lead it.
+/// The lines of a services file, with the entries after its leading comments.
 SStringList WithServices(SStringList lines, const SStringList& entries);
 /// Adds the entries to gstr_ServicesFile, as root and not to be interrupted; then the effective user is
 /// gn_MailUID. The failures are those of RewriteHostFile.

@@ -1,4 +1,4 @@
-// The last screen: what is left to do or, when nothing is, how the mail system is administered from now on.
+// The last screen: what is left to do or, if nothing is, how to administer the mail system.
 #include "install/console.h"
 #include "install/reminders.h"
 #include "install/settings.h"

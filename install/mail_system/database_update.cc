@@ -26,8 +26,8 @@ Setting SettingAt(SString address) {
     return {parts.Join("/"), key};
 }
 
-/// Reading comes first: a database in use that cannot be read at the moment is no reason to reset the site's
-/// settings, so it fails the update, while a table that is not there has nothing to carry over.
+/// A database in use that cannot be read fails the update: skipping it would reset the site's settings. A
+/// missing table has nothing to carry over.
 bool CarryOver(Sdbfile* from, Sdbfile* to, const Setting& setting) {
     if (from->Open(setting.table, 0) == 0) return from->IsMissing();
     SStringList values;
@@ -49,7 +49,7 @@ bool Settle(const SString& new_database, const SString& old_database) {
     return SettleDatabase(old_database) && SettleDatabase(new_database);
 }
 
-/// For a file that can have no second name: somebody else's, or one on a file system without hard links.
+/// If hard links are refused: the file is somebody else's, or the file system has none.
 bool CopyTo(const SString& file, const SString& copy) {
     const RegularFile from = OpenRegularFile(file, O_RDONLY, Links::NotAtEnd);
     const std::optional<SString> bytes = from ? from.descriptor.ReadAll() : std::nullopt;
@@ -58,20 +58,19 @@ bool CopyTo(const SString& file, const SString& copy) {
     return to && to.WriteAll(*bytes) && to.Sync();
 }
 
-/// The backup is a second name for the database in use, so that this one is never without its own.
+/// The backup is a hard link (else a copy), so FILE never goes missing.
 bool KeepPrevious(const SString& file) {
     const SString second_name = file + ".backup.new";
     RemoveFile(second_name);  // left by a run that was killed just here
     const bool kept = (AddName(file, second_name) || CopyTo(file, second_name)) &&
                       Rename(second_name, file + ".backup") && SyncParent(file);
-    // Where the backup was a name of this very file already (a run killed before the exchange), the rename
-    // did nothing, as POSIX has it for two names of one file.
+    // After a run killed here the backup may be a link to this very file: rename does nothing then (POSIX).
     RemoveFile(second_name);
     return kept;
 }
 
-/// The old database is still in its place unless somebody else took it away; the rename puts it back then,
-/// and does nothing otherwise, so that the second name is left to be removed.
+/// Usually FILE is still the old database and the rename of one link over the other does nothing, so the
+/// backup is removed.
 bool RollBack(const SString& file) {
     if (!Rename(file + ".backup", file)) return false;
     RemoveFile(file + ".backup");
@@ -91,7 +90,7 @@ SNamedStringList ReadPreserveMap(const SStringList& lines) {
 }
 
 bool UpdateDatabase(const SString& new_database, const SString& old_database, SStringList addresses) {
-    // Opened for writing, a new version that is gone (another run was faster) would be made anew, empty.
+    // If another run was faster, opening the new version for writing would make an empty one.
     return EntryExists(DatabasePath(new_database)) && Settle(new_database, old_database) &&
            CarryOverAll(old_database, new_database, std::move(addresses)) &&
            Settle(new_database, old_database);
@@ -102,8 +101,8 @@ Exchange ExchangeDatabase(const SString& file) {
     if (!Rename(file + ".install", file)) {
         return RollBack(file) ? Exchange::RolledBack : Exchange::NotRestored;
     }
-    RemoveFile(file + ".install");  // still there where it was another name of the old database
-    // A sync that fails costs the new version at a power failure, and the next run repeats this.
+    RemoveFile(file + ".install");  // still there if it was a hard link to the old one
+    // If the sync fails, a power failure undoes the exchange, and the next run repeats it.
     SyncParent(file);
     return Exchange::Done;
 }

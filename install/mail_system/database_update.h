@@ -1,5 +1,5 @@
-// Bringing a module's new configuration database into service: carrying the site's settings over from the
-// database in use, and exchanging the files.
+// Putting a module's new configuration database into service: the site's settings are copied into it, then
+// the files are exchanged.
 //
 // A module M has its database in use in the file M, a release's new one in M.install, and keeps the previous
 // one in M.backup. A setting's address is the table's path and the key in one: "/Config/Socket" is the key
@@ -13,10 +13,10 @@
 /// line without "/" says nothing.
 SNamedStringList ReadPreserveMap(const SStringList& lines);
 
-/// Copies every listed setting from the old database into the new one; both are given by base name. A setting
-/// whose table the old one lacks is left as shipped. False when one could not be read or stored (the others
-/// are copied all the same), when there is no new database, or when something of the databases lies beside
-/// their files, which a rename would lose.
+/// Copies every listed setting from the old database into the new one, both given by base name. A setting
+/// whose table the old one lacks stays as shipped. False if one could not be read or stored (the others are
+/// copied all the same), if there is no new database, or if a journal beside a file would get lost in a
+/// rename.
 bool UpdateDatabase(const SString& new_database, const SString& old_database, SStringList addresses);
 
 enum class Exchange {
@@ -26,6 +26,6 @@ enum class Exchange {
     NotRestored,  // even the roll-back was refused
 };
 
-/// Puts FILE.install in the place of FILE and keeps the latter as FILE.backup, replacing an older one. FILE
-/// is never missing, and either the old or the new one, wherever the process is killed or the power fails.
+/// Replaces FILE by FILE.install and keeps the old one as FILE.backup. At any moment, also after a kill or a
+/// power failure, FILE is there and is either the old or the new one.
 Exchange ExchangeDatabase(const SString& file);

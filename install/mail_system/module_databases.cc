@@ -1,5 +1,5 @@
-// Puts the new versions of the modules' configuration databases, which a release ships as ".install" files
-// beside those in use, into service. The settings that the release's preserve file lists are carried over.
+// Puts the module databases of a new release (MODULE.install) into service, keeping the settings that the
+// release's preserve file lists.
 #include "install/console.h"
 #include "install/mail_system/database_update.h"
 #include "install/reminders.h"

@@ -1,5 +1,5 @@
 // Shows the settings of remote administration (web port, web access, e-mail forms) and lets the administrator
-// change them. Each is stored as soon as its answer is accepted; one that cannot be stored is lost silently.
+// change them. Each is stored when its answer is accepted; a failure to store is not told (prescribed).
 #include "install/console.h"
 #include "install/mail_system/remote_settings.h"
 #include "install/sentences.h"

@@ -11,8 +11,8 @@ struct RemoteSettings {
 
 /// From the open tables "/Config" of the two databases.
 RemoteSettings ReadRemoteSettings(const Sdbfile& www_server, const Sdbfile& dispatch);
-/// The number that the text begins with: "080" is 80, "443x" is 443, "" is 0. One too large for a port stays
-/// too large, however long it is.
+/// The number that the text begins with: "080" is 80, "443x" is 443, "" is 0. A number too large for an int
+/// is still no port.
 int PortNumber(const SString& text);
 bool IsPort(int number);
 /// The access list as shown: "nowhere" where it holds "none", "everywhere" where it is empty.

@@ -12,7 +12,7 @@ namespace {
 constexpr int kTries = 5;
 constexpr int kCouldNotRun = 127;
 
-/// Ignored signals and the mask would outlive exec: a server started under nohup would never hang up.
+/// exec keeps ignored signals and the mask: a server started under nohup could not be hung up.
 void ResetSignals() {
     for (int number = 1; number <= SIGRTMAX; ++number) signal(number, SIG_DFL);
     sigset_t none;
@@ -24,7 +24,7 @@ void ResetSignals() {
     ResetSignals();
     KeepFromChildren();
     if (BecomeRootAsStarted()) execv(arguments[0].CString(), arguments.Pointers().data());
-    _exit(kCouldNotRun);  // not exit: nothing of the parent's is the child's to flush or clean up
+    _exit(kCouldNotRun);  // not exit: the parent's buffers are not the child's to flush
 }
 
 }  // namespace

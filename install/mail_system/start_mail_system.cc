@@ -1,4 +1,4 @@
-// The mail system's server is started, once the administrator has heard of what stands in its way.
+// Starts the mail system's server, or tells it to reread its configuration if it runs.
 #include <unistd.h>
 
 #include <csignal>
@@ -39,7 +39,7 @@ bool StartDaemon() {
             "Try again when the system is less loaded.");
         return false;
     }
-    // The server's start-up messages come first on the terminal.
+    // Lets the server print its start-up messages first.
     sleep(kSecondsToSpeak);
     Print("\n");
     return true;

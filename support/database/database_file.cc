@@ -14,7 +14,7 @@ namespace {
 
 constexpr mode_t kMode = 0640;
 
-// What opens with a blocking look (a FIFO) or is no file at all is told apart before SQLite sees it.
+// Rejects FIFOs and devices before SQLite opens them.
 DatabaseState LookAt(const SString& path) {
     struct stat facts {};
     if (path.IsEmpty()) return DatabaseState::Failed;
@@ -24,9 +24,8 @@ DatabaseState LookAt(const SString& path) {
     return S_ISREG(facts.st_mode) ? DatabaseState::Ready : DatabaseState::Failed;
 }
 
-// The mode is asked for explicitly, since the mask of whoever made the file must not decide. Only a file that
-// this call made is ever opened here: closing a second descriptor of a file drops all of the process's locks
-// on it (POSIX), those of another open handle included.
+// fchmod, because the mode must not depend on the umask. O_EXCL, because closing a second descriptor of an
+// existing file would drop the locks that other handles of this process hold on it (POSIX).
 bool MakeFile(const SString& path) {
     const Descriptor file = Descriptor::Open(path, O_WRONLY | O_CREAT | O_EXCL, kMode);
     return file ? fchmod(file.Get(), kMode) == 0 : errno == EEXIST;
@@ -36,9 +35,9 @@ bool MayWrite(const SString& path) {
     return faccessat(AT_FDCWD, path.CString(), W_OK, AT_EACCESS) == 0;
 }
 
-// SQLite leaves files beside a database that it may read but not write: read-only themselves, they would
-// keep a later run from writing although the database's own permissions have been mended. So such a database
-// is read as it stands, unless work of a killed process is still waiting beside it.
+// Beside a database that it may only read, SQLite would leave read-only files, which stop a later run even
+// after the database's permissions are mended. So such a database is opened as immutable, unless a killed
+// process left a log or journal to work off.
 sqlite::Mode ModeFor(const SString& path) {
     const bool may_write = MayWrite(path) && MayWrite(path.S("[^/]+$", ""));
     const bool has_pending_work = FileSize(path + "-wal") > 0 || EntryExists(path + "-journal");
@@ -62,8 +61,7 @@ bool MakeSchema(sqlite::Connection& connection, const DatabaseFormat& format) {
     return connection.Execute(format.schema) && connection.Execute(mark.CString()) && transaction.Commit();
 }
 
-// Where the file system cannot hold a write-ahead log, the database stays with its rollback journal, which
-// must then be synced in full.
+// On a file system without write-ahead logs SQLite keeps its rollback journal, which needs full syncing.
 bool SetDurability(sqlite::Connection& connection, const DatabaseFormat& format) {
     SString wanted(format.journal_mode);
     const auto mode = connection.Value((SString("PRAGMA journal_mode = ") + wanted).CString());

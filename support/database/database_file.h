@@ -20,12 +20,12 @@ struct OpenedDatabase {
     bool is_snapshot = false;                        // does not notice what others write
 };
 
-/// The file of a database; empty for a name that leads elsewhere, and without "TernHarbor".
+/// The file of a database; empty for a name that leads elsewhere ("../x"), or if "TernHarbor" is unset.
 SString DatabasePath(const SString& name);
 
-/// Opens a database for reading, and makes nothing: a file that is not there, or that nothing was written to
-/// yet, is Missing; one that cannot be read, or is no database of this format, is Failed.
+/// Opens a database for reading and creates nothing. Missing: there is no file, or an empty one. Failed: it
+/// cannot be read, or has another format.
 OpenedDatabase OpenForReading(const SString& path, const DatabaseFormat& format);
 
-/// Opens a database for writing, and makes what is missing of it. Never answers Missing.
+/// Opens a database for writing and creates it if necessary. Never Missing.
 OpenedDatabase OpenForWriting(const SString& path, const DatabaseFormat& format);

@@ -7,8 +7,8 @@ using sqlite::Step;
 
 namespace {
 
-// One file that can be renamed as it is: a rollback journal, gone when nothing is being written. EXTRA syncs
-// the directory, too, once the journal is removed; otherwise a power failure could undo what was stored.
+// A rollback journal exists only during a write, so the file can be renamed. EXTRA also syncs the directory
+// after removing the journal; otherwise a power failure could undo what was stored.
 constexpr DatabaseFormat kFormat = {
     "1414680141",  // "TRNM"
     "CREATE TABLE tables (path TEXT PRIMARY KEY) WITHOUT ROWID;"
@@ -144,8 +144,7 @@ bool HasSomethingBeside(const SString& path) {
 bool SettleDatabase(const SString& database) {
     const SString path = DatabasePath(database);
     if (path.IsEmpty() || !HasSomethingBeside(path)) return !path.IsEmpty();
-    // Opening works off what a transaction has left; a journal that was begun, but holds nothing yet, only
-    // goes with the next one.
+    // Opening works off a journal with contents; an empty one only goes with the next transaction.
     const OpenedDatabase opened = OpenForWriting(path, kFormat);
     return opened.state == DatabaseState::Ready &&
            (!HasSomethingBeside(path) || Rewrite(*opened.connection)) && !HasSomethingBeside(path);

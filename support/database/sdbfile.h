@@ -1,6 +1,6 @@
-// A handle on one named keyed database of the mail system: the file config/NAME under $TernHarbor (SQLite).
-// Inside it a value, a list of strings, is addressed by a slash-separated table path and a key. A database
-// that is missing, unreadable, locked for more than 5 s, full or damaged makes operations answer zero.
+// A handle on one named keyed database of the mail system: the file config/NAME under $TernHarbor (SQLite). A
+// value is a list of strings under a table path ("/Config") and a key. Operations give zero if the database
+// is missing, unreadable, locked for more than 5 s, full or damaged.
 #pragma once
 
 #include <memory>
@@ -17,15 +17,15 @@ class Sdbfile {
     Sdbfile& operator=(const Sdbfile&) = delete;
     void Init(const SString& database, int flag);
 
-    /// Opens a table; nonzero on success. For writing, a missing database or table is made; for reading, a
-    /// missing one answers zero and nothing is made. An open table is closed first.
+    /// Opens a table and closes one that is open; nonzero on success. For writing, a missing database or
+    /// table is made; for reading, the result is zero then.
     int Open(const SString& table_path, int writable);
-    /// After an Open for reading that answered zero: whether there is no such database or table. False when
-    /// it could not be told, because the database is locked, damaged or may not be read.
+    /// After an Open for reading that gave zero: whether there is no such database or table. False if that
+    /// could not be told (locked, damaged, no permission).
     bool IsMissing() const;
     /// The values under the key; empty when there are none or they cannot be read.
     SStringList Get(const SString& key) const;
-    /// The same, telling the two apart: false when they cannot be read.
+    /// The same, but false if they cannot be read.
     bool Read(const SString& key, SStringList* values) const;
     /// Stores the values, durably; nonzero on success.
     int Set(const SString& key, const SStringList& values);
@@ -36,7 +36,7 @@ class Sdbfile {
     std::unique_ptr<State> state_;
 };
 
-/// Makes a database's file complete by itself, so that it can be renamed: works off the journal or the log
-/// that a killed process left beside it. False when something is still beside it (another process uses it, or
-/// it may not be written); true where there is no such database. No handle of this process may have it open.
+/// Makes a database's file safe to rename: works off the journal or log that a killed process left beside it.
+/// False if that is still there (another process uses it, or it may not be written). True if there is no such
+/// database. No handle of this process may have it open.
 bool SettleDatabase(const SString& database);

@@ -8,9 +8,8 @@ namespace {
 
 constexpr int kLockWait = 5000;  // milliseconds
 
-// A file mapped into memory would end the program with SIGBUS when somebody truncates it. Temporary files
-// would land in a directory that root's environment names. A damaged or hostile file must not make the
-// library call functions of its choice, nor read past a page.
+// A truncated file that is mapped would end the program (SIGBUS). Temporary files would land where root's
+// environment says. A hostile schema must not call functions, nor a damaged page make SQLite read past it.
 constexpr const char* kPrecautions =
     "PRAGMA mmap_size = 0; PRAGMA temp_store = MEMORY; PRAGMA trusted_schema = OFF; "
     "PRAGMA cell_size_check = ON";
@@ -98,7 +97,7 @@ std::unique_ptr<Connection> Connection::Open(const SString& path, Mode mode) {
         SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX | (immutable ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
     sqlite3* handle = nullptr;
     const int code = sqlite3_open_v2(uri.CString(), &handle, flags, nullptr);
-    std::unique_ptr<Connection> connection(new Connection(handle));  // to be closed even after a failure
+    std::unique_ptr<Connection> connection(new Connection(handle));  // must be closed even after a failure
     if (code != SQLITE_OK) return nullptr;
     sqlite3_busy_timeout(handle, kLockWait);
     return connection->Execute(kPrecautions) ? std::move(connection) : nullptr;
@@ -130,7 +129,7 @@ Transaction::Transaction(Connection& connection) : connection_(connection) {
     Execution(connection_.begin_).Run();
 }
 
-// A refused commit, too, leaves the transaction open.
+// A failed commit leaves the transaction open.
 Transaction::~Transaction() {
     if (IsOpen()) Execution(connection_.rollback_).Run();
 }

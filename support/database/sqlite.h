@@ -32,8 +32,8 @@ class Statement {
     std::unique_ptr<sqlite3_stmt, Finalize> statement_;
 };
 
-/// One execution of a statement, its parameters bound in order. The values are not copied: they must outlive
-/// it, which is why temporary strings are refused.
+/// One execution of a statement, its parameters bound in order. The values are not copied and must outlive
+/// it, so temporary strings do not compile.
 class Execution {
   public:
     template <typename... Values>
@@ -59,8 +59,8 @@ class Execution {
     sqlite3_stmt* statement_;  // null when it could not be prepared or bound
 };
 
-/// How a file is opened: for reading and writing where the system allows it, or as a file that nobody
-/// changes, which needs neither locks nor files beside it.
+/// Shared: for reading, and for writing if the system allows it. Immutable: as a file that nobody changes,
+/// without locks or files beside it.
 enum class Mode { Shared, Immutable };
 
 class Connection {
@@ -97,7 +97,7 @@ class Transaction {
     ~Transaction();
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
-    /// False when the lock was not to be had, and after the library had to give the transaction up.
+    /// False if the lock could not be had, or the library gave the transaction up.
     bool IsOpen() const { return connection_.IsInTransaction(); }
     bool Commit();
 

@@ -58,7 +58,7 @@ std::optional<char> TakePrintable(Cursor& cursor) {
     return is_printable ? std::optional(cursor.Take()) : std::nullopt;
 }
 
-// <quoted-string>, its opening quote taken.
+// <quoted-string>, after its opening quote.
 std::optional<std::string> QuotedWord(Cursor& cursor) {
     std::string word;
     while (!cursor.TakeIf('"')) {
@@ -121,8 +121,8 @@ bool IsDomain(std::string_view domain) {
     return IsLabel(domain);
 }
 
-// "@one,@two:" in front of the mailbox says which way the mail should take; nobody follows it any more
-// (RFC 1123 section 5.3.6). The text without it; nothing when it is malformed.
+// The text without its source route "@one,@two:", which is ignored (RFC 1123 section 5.3.6); nothing if that
+// is malformed.
 std::optional<std::string_view> WithoutRoute(std::string_view text) {
     if (!text.starts_with('@')) return text;
     while (text.starts_with('@')) {

@@ -1,8 +1,9 @@
+// Splits an address list (RFC 822 section 6) into addresses.
 #include <algorithm>
 
 #include "support/mail/address.h"
 
-// RFC 822 section 6: "Joe <joe@example.com>, friends: ann@example.com, bob@example.com (Bob);".
+// "Joe <joe@example.com>, friends: ann@example.com, bob@example.com (Bob);".
 namespace {
 
 bool IsBlank(char c) {
@@ -110,7 +111,7 @@ class Splitter {
     const std::string& list_;
     size_t at_ = 0;
     size_t piece_begin_ = 0;
-    std::string text_;  // the piece without comments, and without blanks where they mean nothing
+    std::string text_;  // the piece without comments and meaningless blanks
     bool has_brackets_ = false;
     bool is_in_brackets_ = false;
     bool is_after_blank_ = false;

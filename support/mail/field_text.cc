@@ -10,7 +10,7 @@ bool IsValue(std::string_view text) {
     return text.find_first_of(std::string_view("\0\r\n", 3)) == text.npos;
 }
 
-/// Visible characters and a colon that is the only one and the last.
+/// Visible characters, then the only colon.
 bool IsName(std::string_view text) {
     return text.size() > 1 && text.find(':') == text.size() - 1 &&
            std::all_of(text.begin(), text.end(), [](unsigned char c) { return c > ' ' && c != 0x7f; });

@@ -137,7 +137,7 @@ void SControl::RemoveMessage() {
     Discard();
     if (GetFilename().IsEmpty()) return;
     DirectoryLock lock(control_directory_, LOCK_EX);
-    RemoveFile(Path());  // first: without it there is no message
+    RemoveFile(Path());  // first, as the control file makes the message exist
     RemoveFile(HeaderPath());
     RemoveFile(BodyPath());
 }

@@ -10,25 +10,23 @@
 class PendingFile;
 
 /// Named fields bound to a file (field_text.h has its form), locked between processes while read and written.
-/// The lock is the directory's (flock), as a file's own would be lost when it is replaced; one that another
-/// process holds is waited for, up to 5 s.
+/// The directory is locked (flock), because the file is replaced by each write. Waits up to 5 s for the lock.
 class SField : public SNamedStringList {
   public:
     ~SField() override;
     bool Read();   // replaces the fields; false when the file cannot be read or is none of ours
     bool Write();  // false when the file could not be written whole
 
-    /// The two halves of Write, for a file that something else must precede: the fields are on their way to
-    /// the disk under another name; they are the file. What was prepared and not published is gone with the
-    /// object.
+    /// The two halves of Write, for what must be written in between: Prepare writes the fields under another
+    /// name, Publish renames them. The destructor removes what was prepared and not published.
     bool Prepare();
     bool Publish();
 
   protected:
     explicit SField(const SString& line_end);
-    void SetPath(const SString& path);  // what was prepared for another one is dropped
+    void SetPath(const SString& path);  // drops what was prepared for another path
     const SString& Path() const { return path_; }
-    void Discard();  // what was prepared
+    void Discard();  // drops what was prepared
 
   private:
     SString path_;

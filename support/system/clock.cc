@@ -11,7 +11,7 @@ namespace {
 
 SString FormatTime(const char* format, const tm& time) {
     std::array<char, 64> text{};
-    // The program never leaves the C locale, so the names of days and months are the standard's.
+    // English names: the program never leaves the C locale.
     return SString(std::string(text.data(), strftime(text.data(), text.size(), format, &time)));
 }
 

@@ -10,9 +10,9 @@ namespace {
 
 constexpr size_t kLongestPiece = 511;
 
-// Standard input may hold the administrator's next answers, and nothing of a probe's complaints belongs on
-// the screen. A Ctrl-C reaches the whole foreground group and must not cut a probe short. The variables would
-// make ps print other processes or columns, or cut them.
+// Standard input holds the administrator's next answers, and complaints do not belong on the screen. A Ctrl-C
+// reaches the whole foreground group and must not end a probe. The variables change which processes and
+// columns ps prints.
 const SString kSurroundings =
     "trap '' HUP INT QUIT TERM; exec </dev/null 2>/dev/null; "
     "unset COLUMNS LINES PS_FORMAT PS_PERSONALITY CMD_ENV I_WANT_A_BROKEN_PS; "
@@ -20,8 +20,8 @@ const SString kSurroundings =
 
 constexpr std::array kTerminalSignals = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
 
-/// The terminal's signals blocked for a scope: a child started in it is safe from them until it ignores them
-/// itself. What comes in the meantime reaches this process afterwards.
+/// Blocks the terminal's signals for a scope, so that a child started in it survives them until it ignores
+/// them itself. This process gets them afterwards.
 class TerminalSignalsBlocked {
   public:
     TerminalSignalsBlocked() {
@@ -43,7 +43,7 @@ FILE* Start(const SString& command) {
     return popen((kSurroundings + command).CString(), "re");
 }
 
-/// As fgets with a buffer of one byte more, but a NUL byte does not hide the rest of its line.
+/// Like fgets with a buffer of 512 bytes, but a NUL does not hide the rest of the line.
 SString ReadPiece(FILE* stream) {
     std::string piece;
     while (piece.size() < kLongestPiece && !piece.ends_with('\n')) {

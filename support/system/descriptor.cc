@@ -47,7 +47,7 @@ int Descriptor::Release() {
 }
 
 bool Descriptor::Close() {
-    // Linux has let go of the descriptor even where close reports EINTR: trying again could close another's.
+    // Linux has closed the descriptor even on EINTR: a second try could close another one.
     return fd_ < 0 || close(Release()) == 0 || errno == EINTR;
 }
 

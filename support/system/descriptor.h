@@ -37,9 +37,9 @@ class Descriptor {
     int fd_ = -1;
 };
 
-/// Makes a directory's entries durable (fsync on the directory). The path's parent for SyncParent.
+/// Syncs a directory's entries to the disk (fsync); SyncParent those of the path's parent.
 bool SyncDirectory(const SString& path);
 bool SyncParent(const SString& path);
-/// From here on, a program that this process starts gets no descriptors but the three standard ones: also
-/// none that this process was itself started with.
+/// From here on, programs that this process starts inherit only the three standard descriptors, and none of
+/// those that it was itself started with.
 void KeepFromChildren();

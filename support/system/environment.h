@@ -1,4 +1,4 @@
-// What surrounds this process: its environment variables and its id.
+// This process's environment variables and id.
 #pragma once
 
 #include "support/text/sstring.h"

@@ -31,8 +31,8 @@ std::optional<struct stat> LinkStat(const SString& path) {
     return facts;
 }
 
-/// For file systems without renameat2's flag. A second name for a file is made atomically or not at all;
-/// a directory can have none, but rename itself refuses every target except an empty directory.
+/// For file systems without RENAME_NOREPLACE: link never overwrites. A directory cannot be linked, but rename
+/// replaces nothing by it except an empty directory.
 bool RenameByLink(const SString& from, const SString& to) {
     const auto facts = LinkStat(from);
     if (!facts) return false;
@@ -146,7 +146,7 @@ SString FileGroup(const SString& path) {
 
 SString FreeName(const SString& path) {
     if (!EntryExists(path)) return path;
-    // Bounded, as in a directory that cannot be looked into every name counts as taken.
+    // Bounded: in a directory that cannot be searched every name counts as taken.
     for (int number = 1; number < kMostNames; ++number) {
         SString name = path + SString(number);
         if (!EntryExists(name)) return name;

@@ -5,14 +5,13 @@
 
 #include "support/text/sstring_list.h"
 
-/// Follows links: a dangling link is nothing.
+/// Follows links. A dangling link does not exist.
 bool FileExists(const SString& path);
-/// Does not follow: true for a dangling link, and where it cannot be told.
+/// Does not follow links. Also true if it cannot be told.
 bool EntryExists(const SString& path);
 bool IsDirectory(const SString& path);
 bool IsRegular(const SString& path);
-/// Whether the effective user can write, and the file has any write bit at all: root, too, is told that a
-/// read-only file is one.
+/// Whether the effective user can write. False for root, too, if the file has no write bit.
 bool IsWriteable(const SString& path);
 /// In bytes; -1 when it cannot be told.
 int64_t FileSize(const SString& path);
@@ -22,19 +21,19 @@ SStringList ReadDir(const SString& path);
 /// Absolute, every link resolved; empty when it cannot be (POSIX realpath).
 SString RealPath(const SString& path);
 bool Rename(const SString& from, const SString& to);
-/// As Rename, but fails (EEXIST) where anything stands at the target.
+/// Like Rename, but never overwrites (EEXIST).
 bool RenameNoReplace(const SString& from, const SString& to);
-/// A second name for the same file (a hard link); fails where anything stands at the new name.
+/// A hard link. Never overwrites.
 bool AddName(const SString& path, const SString& name);
 bool RemoveFile(const SString& path);
 /// The whole contents; empty when it cannot be read.
 SString MapFileRead(const SString& path);
 SString BaseName(const SString& path, const SString& suffix);
 SStringList BaseName(const SStringList& paths, const SString& suffix);
-/// The name of the owner (group) of what stands at the path, a final link not followed. Empty when the path
-/// cannot be looked at or the id has no name.
+/// The name of the path's owner (group), a final link not followed. Empty if there is no such path, or no
+/// name for the id.
 SString FileOwner(const SString& path);
 SString FileGroup(const SString& path);
-/// path, or path1, path2 ... : the first at which nothing stands, not even a dangling link. Empty when that
-/// cannot be told of any name.
+/// The first of path, path1, path2 ... at which nothing exists, not even a dangling link. Empty if that
+/// cannot be told.
 SString FreeName(const SString& path);

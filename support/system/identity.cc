@@ -18,7 +18,7 @@ std::optional<std::vector<gid_t>> CurrentGroups() {
     return groups;
 }
 
-/// The user goes last: without root's rights the groups could not be changed any more.
+/// The user goes last: setting groups needs root's rights.
 bool Take(uid_t uid, gid_t gid, const std::vector<gid_t>& groups) {
     return seteuid(getuid()) == 0 && setgroups(groups.size(), groups.data()) == 0 && setegid(gid) == 0 &&
            seteuid(uid) == 0;
@@ -38,12 +38,12 @@ bool BecomeMailOwner(const SString& login, uid_t uid, gid_t gid) {
 AsRoot::AsRoot() : AsRoot(geteuid()) {}
 
 AsRoot::AsRoot(uid_t after) : after_(after) {
-    // Where the system refuses, what needs root's rights fails by itself and is reported there.
+    // If refused, whatever needs root's rights fails and is reported there.
     if (geteuid() != getuid()) static_cast<void>(seteuid(getuid()));
 }
 
 AsRoot::~AsRoot() {
-    // Going on with root's rights would be worse than ending.
+    // Better to end than to go on as root.
     if (after_ != geteuid() && seteuid(after_) != 0) abort();
 }
 

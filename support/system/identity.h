@@ -25,9 +25,9 @@ class AsRoot {
     uid_t after_;
 };
 
-/// A user's identity for a scope: uid, primary group and supplementary groups. Where the system refuses any
-/// of it, nothing is changed and IsTaken is false: do nothing on the user's behalf then. A failure to give
-/// the identity back ends the program (abort), as going on would act as somebody else.
+/// A user's identity for a scope: uid, primary group and supplementary groups. If the system refuses any of
+/// it, nothing is changed and IsTaken is false: do nothing for the user then. A failure to give the identity
+/// back aborts the program, which would otherwise act as somebody else.
 class AsUser {
   public:
     AsUser(uid_t uid, gid_t gid, const std::vector<gid_t>& groups);
@@ -46,7 +46,7 @@ class AsUser {
 /// The supplementary groups of a login (getgrouplist), its primary group included.
 std::vector<gid_t> GroupsOf(const SString& login, gid_t gid);
 
-/// In a child before exec: real and effective user root, the groups that the process was started with
-/// (call RememberGroups first thing in main), so that a server is started as root's shell would.
+/// In a child before exec: root as real and effective user, with the groups that the process was started with
+/// (main calls RememberGroups first).
 void RememberGroups();
 bool BecomeRootAsStarted();

@@ -4,8 +4,7 @@
 //     PendingFile file(path);
 //     bool done = file.Write(text) && file.Publish();
 //
-// The other name is ".NAME.PROCESS-ID.NUMBER"; a process that is killed may leave one behind, and nothing
-// else.
+// The other name is ".NAME.PROCESS-ID.NUMBER"; all that a killed process may leave behind is such a file.
 #pragma once
 
 #include "support/system/descriptor.h"
@@ -21,9 +20,9 @@ class PendingFile {
 
     bool IsOpen() const { return static_cast<bool>(file_); }
     bool Write(const SString& bytes);
-    /// Syncs, takes the name (replacing what stands there) and syncs the directory. False when the system
-    /// refused any of it, also an earlier Write; the name then stands for what it stood for before, unless
-    /// only the directory's sync was refused.
+    /// Syncs the file, renames it to its name (replacing what is there) and syncs the directory. False if any
+    /// of this or an earlier Write failed; what had the name before then still has it, unless only the
+    /// directory's sync failed.
     bool Publish();
 
   private:

@@ -12,14 +12,14 @@ namespace {
 
 constexpr long kLastSystemProcess = 10;
 
-/// A host's tool that answers a question, and the reader of its answer.
+/// A host's tool, and the parser of its output.
 struct Probe {
     const char* program;
     const char* arguments;
     SStringList (*parse)(SStringList);
 };
 
-// Of each table the first row whose program stands on the host is run.
+// The first program of a table that exists on the host is run.
 constexpr Probe kSocketProbes[] = {
     // SunOS and IRIX
     {"/usr/etc/netstat", "-an", PortsFromNetstat},
@@ -63,13 +63,13 @@ bool KillProgram(const SString& name, int signal) {
 
 SStringList ProcessesNamed(const SStringList& entries, const SString& name) {
     SStringList named;
-    // An unbalanced bracket could break out of the group: what does not compile alone names nothing.
+    // "a)|(b" would break out of the group below, so the name must compile by itself.
     if (!Pattern::Of(name).IsValid()) return named;
     const Pattern& whole = Pattern::Of("\\A(?:" + name + ")\\z");
     for (const SString& entry : entries) {
         const SString process = entry.S("\\A.* ", "");
         const auto match = whole.Find(process);
-        // "(*ACCEPT)" ends a match where it stands, whatever the expression goes on to ask for.
+        // "(*ACCEPT)" would end the match before the \\z.
         if (match && match->front().end == process.Length()) named.Push(entry);
     }
     return named;

@@ -12,7 +12,7 @@ SStringList ReadProcessInfo();
 /// Sends the signal to every process of exactly this name (an expression, bound to the whole name) with an id
 /// above 10, as root. True when one was reached.
 bool KillProgram(const SString& name, int signal);
-/// Its two halves, on entries of ReadProcessInfo. A name that does not compile as an expression names none.
+/// Its two halves, on entries of ReadProcessInfo. A name that is a malformed expression matches none.
 SStringList ProcessesNamed(const SStringList& entries, const SString& name);
 bool SignalProcesses(const SStringList& entries, int signal);
 

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// A kernel before 5.6, or a container that does not know the call, follows no link at the end instead.
+/// Kernels before 5.6, and containers that refuse the call, get O_NOFOLLOW instead.
 Descriptor OpenWithoutMagicLinks(const SString& path, int flags) {
     struct open_how how = {};
     how.flags = static_cast<uint64_t>(flags) | O_NOCTTY | O_CLOEXEC;

@@ -65,11 +65,11 @@ bool KillProgram(const SString& name, int signal) {
 SStringList ProcessesNamed(const SStringList& entries, const SString& name) {
     SStringList named;
     // An unbalanced bracket could break out of the group: what does not compile alone names nothing.
-    if (!Pattern::Of(name).IsValid()) return named;
-    const Pattern& whole = Pattern::Of("\\A(?:" + name + ")\\z");
+    if (!Pattern(name.Bytes()).IsValid()) return named;
+    const Pattern whole("\\A(?:" + name.Bytes() + ")\\z");
     for (const SString& entry : entries) {
         const SString process = entry.S("\\A.* ", "");
-        const auto match = whole.Find(process);
+        const auto match = whole.Find(process.Bytes());
         // "(*ACCEPT)" ends a match where it stands, whatever the expression goes on to ask for.
         if (match && match->front().end == process.Length()) named.Push(entry);
     }

@@ -65,12 +65,12 @@ void SStringList::Delete(const SString& item) {
 SStringList SStringList::Grep(const SString& expression, SStringList* /*unused*/) {
     using Form = PatternExpression::Form;
     SStringList chosen;
-    const auto parsed = ParsePatternExpression(expression);
+    const auto parsed = ParsePatternExpression(expression.Bytes());
     if (!parsed) return chosen;
-    const Pattern& pattern = Pattern::Of(parsed->pattern);
+    const Pattern pattern(parsed->pattern);
     if (!pattern.IsValid()) return chosen;
     for (SString& item : items_) {
-        const bool matches = pattern.Find(item).has_value();
+        const bool matches = pattern.Find(item.Bytes()).has_value();
         if (matches == (parsed->form == Form::kReject)) continue;
         if (parsed->form == Form::kSubstitute) item = item.S(parsed->pattern, parsed->replacement);
         chosen.Push(item);

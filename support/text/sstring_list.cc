@@ -68,7 +68,6 @@ SStringList SStringList::Grep(const SString& expression, SStringList* /*unused*/
     const auto parsed = ParsePatternExpression(expression.Bytes());
     if (!parsed) return chosen;
     const Pattern pattern(parsed->pattern);
-    if (!pattern.IsValid()) return chosen;
     for (SString& item : items_) {
         const bool matches = pattern.Find(item.Bytes()).has_value();
         if (matches == (parsed->form == Form::kReject)) continue;

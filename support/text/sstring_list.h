@@ -45,10 +45,11 @@ class SStringList {
 
     bool Contains(const SString& item) const;
     void Delete(const SString& item);
-    /// Pattern expressions: "/re/" gives the elements that match, "!/re/" those that do not, in their order;
-    /// "s/re/replacement/" replaces the first match in every element that has one, in place, and gives the
-    /// changed elements. Any other text, or one that does not compile, selects and changes nothing. "\/" is
-    /// a slash inside an expression. The second argument is always null.
+    /// "/re/" gives the elements that match, "!/re/" those that do not, in their order; "s/re/replacement/"
+    /// replaces the first match in every element that has one, in place, and gives the changed elements. "\/"
+    /// is a slash inside an expression. A malformed re matches nothing: "/re/" selects nothing, "!/re/" all,
+    /// and "s/re/x/" changes nothing. Any other text selects and changes nothing. The second argument is
+    /// always null.
     SStringList Grep(const SString& expression, SStringList* unused = nullptr);
     SStringList Grep(const SString& expression) const = delete;  // form 3 edits the list: copy it first
     SString Join(const SString& separator = "") const;

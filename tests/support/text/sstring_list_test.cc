@@ -144,7 +144,7 @@ TEST(Grep, SelectsAndRejects) {
         {{}, "/a/", {}},
         {{"a"}, "a", {}},
         {{"a"}, "/(/", {}},
-        {{"a"}, "!/(/", {}},
+        {{"a", "("}, "!/(/", {"a", "("}},
     };
     for (const auto& c : cases) {
         SStringList list = c.list;

@@ -29,7 +29,13 @@ bool AddName(const SString& path, const SString& name);
 bool RemoveFile(const SString& path);
 /// The whole contents; empty when it cannot be read.
 SString MapFileRead(const SString& path);
+/// The path's last component, without the suffix where it ends in that: BaseName("/a/b.c/", ".c") is "b".
 SString BaseName(const SString& path, const SString& suffix);
+/// A literal would fit both the string and the list.
+inline SString BaseName(const char* path, const SString& suffix) {
+    return BaseName(SString(path), suffix);
+}
+/// The same of every path.
 SStringList BaseName(const SStringList& paths, const SString& suffix);
 /// The name of the owner (group) of what stands at the path, a final link not followed. Empty when the path
 /// cannot be looked at or the id has no name.

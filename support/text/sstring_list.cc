@@ -11,10 +11,6 @@ SStringList::SStringList(const char* const* null_terminated) {
         Push(*null_terminated);
 }
 
-void SStringList::Push(const SString& item) {
-    items_.push_back(item);
-}
-
 void SStringList::Push(const SStringList& items) {
     // By count, as a list may be pushed onto itself.
     const size_t count = items.Count();

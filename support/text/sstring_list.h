@@ -14,8 +14,8 @@ class SStringList {
     using const_iterator = std::deque<SString>::const_iterator;
 
     SStringList() = default;
-    SStringList(const SString& only) : items_{only} {}
-    SStringList(const char* only) : items_{SString(only)} {}
+    template <std::convertible_to<SString> T>
+    SStringList(const T& only) : items_{SString(only)} {}
     SStringList(std::initializer_list<SString> items) : items_(items) {}
     explicit SStringList(const char* const* null_terminated);
 
@@ -28,9 +28,11 @@ class SStringList {
     auto begin() { return items_.begin(); }
     auto end() { return items_.end(); }
 
-    void Push(const SString& item);
+    template <std::convertible_to<SString> T>
+    void Push(const T& item) {
+        items_.emplace_back(item);
+    }
     void Push(const SStringList& items);
-    void Push(const char* item) { Push(SString(item)); }
     /// Removes and returns the last (Pop) or first (Shift) element; an empty string when there is none.
     SString Pop();
     SString Shift();

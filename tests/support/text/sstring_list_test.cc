@@ -25,6 +25,13 @@ TEST(SStringList, IsPushedPoppedAndShifted) {
     EXPECT_EQ(list.Shift(), "");
 }
 
+TEST(SStringList, TakesNumbers) {
+    SStringList list = 0;
+    list.Push(0);
+    list.Push(-17L);
+    EXPECT_EQ(list, SStringList({"0", "0", "-17"}));
+}
+
 TEST(SStringList, TakesItselfAndItsElements) {
     SStringList list{"a", "b"};
     list.Push(list);

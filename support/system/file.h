@@ -28,7 +28,13 @@ bool AddName(const SString& path, const SString& name);
 bool RemoveFile(const SString& path);
 /// The whole contents; empty when it cannot be read.
 SString MapFileRead(const SString& path);
+/// The path's last component, without the suffix where it ends in that: BaseName("/a/b.c/", ".c") is "b".
 SString BaseName(const SString& path, const SString& suffix);
+/// A literal would fit both the string and the list.
+inline SString BaseName(const char* path, const SString& suffix) {
+    return BaseName(SString(path), suffix);
+}
+/// The same of every path.
 SStringList BaseName(const SStringList& paths, const SString& suffix);
 /// The name of the path's owner (group), a final link not followed. Empty if there is no such path, or no
 /// name for the id.

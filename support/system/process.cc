@@ -64,12 +64,12 @@ bool KillProgram(const SString& name, int signal) {
 SStringList ProcessesNamed(const SStringList& entries, const SString& name) {
     SStringList named;
     // "a)|(b" would break out of the group below, so the name must compile by itself.
-    if (!Pattern::Of(name).IsValid()) return named;
-    const Pattern& whole = Pattern::Of("\\A(?:" + name + ")\\z");
+    if (!Pattern(name.Bytes()).IsValid()) return named;
+    const Pattern whole("\\A(?:" + name.Bytes() + ")\\z");
     for (const SString& entry : entries) {
         const SString process = entry.S("\\A.* ", "");
-        const auto match = whole.Find(process);
-        // "(*ACCEPT)" would end the match before the \\z.
+        const auto match = whole.Find(process.Bytes());
+        // "(*ACCEPT)" would end the match before the "\\z".
         if (match && match->front().end == process.Length()) named.Push(entry);
     }
     return named;

@@ -1,15 +1,17 @@
-// A compiled regular expression (PCRE2, in the common backtracking syntax), compiled once for each text and
-// kept. Matching is bounded: one that would run away counts as no match, and a text of any length is safe.
-// The subject is bytes, not UTF-8. "$" also matches before a line end that ends the text, "." matches no line
-// end, and "\d", "\s", "\w" are ASCII's.
+// A regular expression (PCRE2, in the common backtracking syntax) and its matches in a text.
+//
+//     Pattern("a(b)?(c)").Find("xac")    groups 1-3, none, 2-3
+//
+// Both are bytes, NUL included, never UTF-8. Matching is bounded: a match that would run away counts as none,
+// and a text of any length is safe. "$" also matches before a line end that ends the text, "." matches no
+// line end, and "\d", "\s", "\w" are ASCII's.
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
-
-#include "support/text/sstring.h"
 
 class Pattern {
   public:
@@ -20,29 +22,24 @@ class Pattern {
     };
     using Match = std::vector<Group>;  // [0] is the whole match
 
-    /// What matching may still cost, in characters looked at. A loop of matches over one text shares one, so
-    /// that the loop, too, is bounded.
+    /// What matching may still cost, in characters looked at. A loop over the matches of one text shares one,
+    /// so that the whole loop is bounded.
     struct Work {
-        explicit Work(const SString& subject);
+        explicit Work(std::string_view subject);
         size_t left;
     };
 
-    /// The compiled expression; one that does not compile is kept as one that matches nothing. The reference
-    /// stays good while fewer than a hundred other expressions are asked for.
-    static const Pattern& Of(const SString& expression);
+    /// Compiles the expression, unless it was used lately.
+    explicit Pattern(std::string_view expression);
 
+    /// False for an expression that is malformed or too large to compile: it matches nothing.
     bool IsValid() const;
-    /// The first match at or after from.
-    std::optional<Match> Find(const SString& subject, size_t from = 0) const;
-    std::optional<Match> Find(const SString& subject, size_t from, Work* work) const;
-
-    ~Pattern();
-    Pattern(const Pattern&) = delete;
-    Pattern& operator=(const Pattern&) = delete;
+    /// The first match at or after from; nothing when from is beyond the end.
+    std::optional<Match> Find(std::string_view subject, size_t from = 0) const;
+    std::optional<Match> Find(std::string_view subject, size_t from, Work* work) const;
 
   private:
-    explicit Pattern(const SString& expression);
-    struct Compiled;
-    class Cache;
-    std::unique_ptr<Compiled> compiled_;
+    struct Program;
+    static std::shared_ptr<const Program> Compiled(std::string_view expression);
+    std::shared_ptr<const Program> program_;
 };

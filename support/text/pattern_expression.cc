@@ -26,7 +26,7 @@ std::string_view Inside(std::string_view enclosed) {
 }
 
 /// In an expression "\/" means a slash by itself; the replacement is plain text and loses the backslash.
-SString Unescaped(std::string_view replacement) {
+std::string Unescaped(std::string_view replacement) {
     std::string result;
     for (size_t at = 0; at < replacement.size(); at++) {
         if (replacement.substr(at, 2) == "\\/") at++;
@@ -40,23 +40,21 @@ std::optional<PatternExpression> Substitution(std::string_view text) {
     const size_t middle = NextSlash(text, 2);
     const size_t end = middle == kNone ? kNone : NextSlash(text, middle + 1);
     if (end == kNone || end + 1 != text.size()) return std::nullopt;
-    return PatternExpression{PatternExpression::Form::kSubstitute, text.substr(2, middle - 2),
+    return PatternExpression{PatternExpression::Form::kSubstitute, std::string(text.substr(2, middle - 2)),
                              Unescaped(text.substr(middle + 1, end - middle - 1))};
 }
 
 }  // namespace
 
-std::optional<PatternExpression> ParsePatternExpression(const SString& text) {
+std::optional<PatternExpression> ParsePatternExpression(std::string_view text) {
     using Form = PatternExpression::Form;
-    const std::string_view bytes = text.Bytes();
-    if (IsEnclosed(bytes)) return PatternExpression{Form::kSelect, Inside(bytes), ""};
-    if (bytes.starts_with('!') && IsEnclosed(bytes.substr(1))) {
-        return PatternExpression{Form::kReject, Inside(bytes.substr(1)), ""};
+    if (IsEnclosed(text)) return PatternExpression{Form::kSelect, std::string(Inside(text)), ""};
+    if (text.starts_with('!') && IsEnclosed(text.substr(1))) {
+        return PatternExpression{Form::kReject, std::string(Inside(text.substr(1))), ""};
     }
-    return Substitution(bytes);
+    return Substitution(text);
 }
 
-SString WithoutSlashes(const SString& pattern) {
-    const std::string_view bytes = pattern.Bytes();
-    return IsEnclosed(bytes) ? Inside(bytes) : bytes;
+std::string_view WithoutSlashes(std::string_view pattern) {
+    return IsEnclosed(pattern) ? Inside(pattern) : pattern;
 }

@@ -1,18 +1,20 @@
-// Pattern expressions as text: "/re/", "!/re/" and "s/re/replacement/". "\/" is a slash inside one.
+// Pattern expressions as text: "/re/" selects, "!/re/" rejects, "s/re/replacement/" substitutes; "\/" is a
+// slash inside one.
 #pragma once
 
 #include <optional>
-
-#include "support/text/sstring.h"
+#include <string>
+#include <string_view>
 
 struct PatternExpression {
     enum class Form { kSelect, kReject, kSubstitute };
     Form form = Form::kSelect;
-    SString pattern;
-    SString replacement;
+    std::string pattern;
+    std::string replacement;
 };
 
-/// Nothing when the text has none of the three forms.
-std::optional<PatternExpression> ParsePatternExpression(const SString& text);
-/// The pattern without the slashes around it, where it has them.
-SString WithoutSlashes(const SString& pattern);
+/// Nothing when the text has none of the three forms: one with a flag ("s/a/b/g") has none, and "/a/b/"
+/// selects by "a/b". The pattern may still be malformed (see Pattern::IsValid).
+std::optional<PatternExpression> ParsePatternExpression(std::string_view text);
+/// The pattern without the slashes around it; unchanged where it is not between two ("/", "/a", "/a\/").
+std::string_view WithoutSlashes(std::string_view pattern);

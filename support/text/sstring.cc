@@ -10,11 +10,6 @@ SString& SString::operator+=(const SString& other) {
     return *this;
 }
 
-SString& SString::operator+=(char c) {
-    bytes_ += c;
-    return *this;
-}
-
 char SString::operator[](long index) const {
     const long length = static_cast<long>(bytes_.size());
     if (index == -1) index = length - 1;
@@ -53,15 +48,8 @@ void SString::Write(std::ostream& out) const {
 }
 
 SString operator+(SString left, const SString& right) {
-    return left += right;
-}
-
-SString operator+(SString left, char right) {
-    return left += right;
-}
-
-SString operator+(char left, const SString& right) {
-    return SString(left, 1) += right;
+    left += right;
+    return left;
 }
 
 std::ostream& operator<<(std::ostream& out, const SString& text) {

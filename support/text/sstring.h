@@ -10,9 +10,11 @@
 #include <iosfwd>
 #include <string>
 #include <string_view>
+#include <utility>
 
 class SStringList;
 
+/// What an SString is made from as a number: a character or a truth value is none.
 template <typename T>
 concept Number = std::integral<T> && !std::same_as<T, char> && !std::same_as<T, bool>;
 
@@ -23,18 +25,17 @@ class SString {
     SString(std::string bytes) : bytes_(std::move(bytes)) {}
     SString(std::string_view bytes) : bytes_(bytes) {}
     template <Number T>
-    explicit SString(T number) : bytes_(std::to_string(number)) {}  // decimal text
-    SString(char c, size_t count) : bytes_(count, c) {}
-    template <Number T>
-    SString& operator=(T number) {  // decimal text
-        return *this = SString(number);
-    }
+    SString(T number) : bytes_(std::to_string(number)) {}  // decimal text; a literal 0, too, is a number
+    /// The character repeated; empty when count is 0 or less.
+    SString(char c, Number auto count) : bytes_(count > 0 ? static_cast<size_t>(count) : 0, c) {}
 
     SString& operator+=(const SString& other);
-    SString& operator+=(char c);
+    SString& operator+=(std::same_as<char> auto c) {  // or an int would be taken for a character
+        bytes_ += c;
+        return *this;
+    }
 
     bool operator==(const SString& other) const = default;
-    bool operator==(const char* text) const { return bytes_ == text; }
     /// By byte value, unsigned. (clang-tidy 14 takes the "<=> 0" that the compiler makes of it for a
     /// pointer's.)
     std::strong_ordering operator<=>(const SString&) const = default;  // NOLINT(modernize-use-nullptr)
@@ -87,8 +88,13 @@ class SString {
 };
 
 SString operator+(SString left, const SString& right);
-SString operator+(SString left, char right);
-SString operator+(char left, const SString& right);
+SString operator+(SString left, std::same_as<char> auto right) {
+    left += right;
+    return left;
+}
+SString operator+(std::same_as<char> auto left, const SString& right) {
+    return SString(left, 1) += right;
+}
 
 std::ostream& operator<<(std::ostream& out, const SString& text);
 /// One line, its line end kept (Chop removes it; a last line without one gets one, so that Chop loses

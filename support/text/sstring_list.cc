@@ -11,10 +11,6 @@ SStringList::SStringList(const char* const* null_terminated) {
         Push(*null_terminated);
 }
 
-void SStringList::Push(const SString& item) {
-    items_.push_back(item);
-}
-
 void SStringList::Push(const SStringList& items) {
     // By count, as a list may be pushed onto itself.
     const size_t count = items.Count();
@@ -65,12 +61,11 @@ void SStringList::Delete(const SString& item) {
 SStringList SStringList::Grep(const SString& expression, SStringList* /*unused*/) {
     using Form = PatternExpression::Form;
     SStringList chosen;
-    const auto parsed = ParsePatternExpression(expression);
+    const auto parsed = ParsePatternExpression(expression.Bytes());
     if (!parsed) return chosen;
-    const Pattern& pattern = Pattern::Of(parsed->pattern);
-    if (!pattern.IsValid()) return chosen;
+    const Pattern pattern(parsed->pattern);
     for (SString& item : items_) {
-        const bool matches = pattern.Find(item).has_value();
+        const bool matches = pattern.Find(item.Bytes()).has_value();
         if (matches == (parsed->form == Form::kReject)) continue;
         if (parsed->form == Form::kSubstitute) item = item.S(parsed->pattern, parsed->replacement);
         chosen.Push(item);

@@ -14,8 +14,8 @@ class SStringList {
     using const_iterator = std::deque<SString>::const_iterator;
 
     SStringList() = default;
-    SStringList(const SString& only) : items_{only} {}
-    SStringList(const char* only) : items_{SString(only)} {}
+    template <std::convertible_to<SString> T>
+    SStringList(const T& only) : items_{SString(only)} {}
     SStringList(std::initializer_list<SString> items) : items_(items) {}
     explicit SStringList(const char* const* null_terminated);
 
@@ -28,9 +28,11 @@ class SStringList {
     auto begin() { return items_.begin(); }
     auto end() { return items_.end(); }
 
-    void Push(const SString& item);
+    template <std::convertible_to<SString> T>
+    void Push(const T& item) {
+        items_.emplace_back(item);
+    }
     void Push(const SStringList& items);
-    void Push(const char* item) { Push(SString(item)); }
     /// Removes and returns the last (Pop) or first (Shift) element; an empty string when there is none.
     SString Pop();
     SString Shift();
@@ -45,10 +47,11 @@ class SStringList {
 
     bool Contains(const SString& item) const;
     void Delete(const SString& item);
-    /// Pattern expressions: "/re/" gives the elements that match, "!/re/" those that do not, in their order;
-    /// "s/re/replacement/" replaces the first match in every element that has one, in place, and gives the
-    /// changed elements. Any other text, or one that does not compile, selects and changes nothing. "\/" is
-    /// a slash inside an expression. The second argument is always null.
+    /// "/re/" gives the elements that match, "!/re/" those that do not, in their order; "s/re/replacement/"
+    /// replaces the first match in every element that has one, in place, and gives the changed elements. "\/"
+    /// is a slash inside an expression. A malformed re matches nothing: "/re/" selects nothing, "!/re/" all,
+    /// and "s/re/x/" changes nothing. Any other text selects and changes nothing. The second argument is
+    /// always null.
     SStringList Grep(const SString& expression, SStringList* unused = nullptr);
     SStringList Grep(const SString& expression) const = delete;  // form 3 edits the list: copy it first
     SString Join(const SString& separator = "") const;

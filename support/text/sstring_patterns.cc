@@ -44,12 +44,12 @@ std::string Expand(const SString& replacement, const SString& subject, const Pat
 
 /// The next match that can end a field: one of no length at the field's own start or at the text's end
 /// cannot.
-std::optional<Pattern::Match> NextSeparator(const Pattern& pattern, const SString& text, size_t field,
+std::optional<Pattern::Match> NextSeparator(const Pattern& pattern, std::string_view text, size_t field,
                                             Pattern::Work* work) {
     auto match = pattern.Find(text, field, work);
     if (match && match->front().end == field) match = pattern.Find(text, field + 1, work);
     const bool is_empty = match && match->front().begin == match->front().end;
-    if (is_empty && match->front().begin == text.Length()) return std::nullopt;
+    if (is_empty && match->front().begin == text.size()) return std::nullopt;
     return match;
 }
 
@@ -77,30 +77,30 @@ SStringList Words(const SString& text, int limit) {
 
 SStringList SString::M(const SString& pattern) const {
     SStringList groups;
-    const auto match = Pattern::Of(WithoutSlashes(pattern)).Find(*this);
+    const auto match = Pattern(WithoutSlashes(pattern.bytes_)).Find(bytes_);
     if (!match) return groups;
     for (size_t i = 1; i < match->size(); i++) groups.Push(Piece(*this, (*match)[i].begin, (*match)[i].end));
     return groups;
 }
 
 bool SString::Matches(const SString& pattern) const {
-    return Pattern::Of(WithoutSlashes(pattern)).Find(*this).has_value();
+    return Pattern(WithoutSlashes(pattern.bytes_)).Find(bytes_).has_value();
 }
 
 SString SString::S(const SString& pattern, const SString& replacement, const SString& flags) const {
-    const Pattern& compiled = Pattern::Of(pattern);
+    const Pattern compiled(pattern.bytes_);
     const bool every = flags.Index('g') >= 0;
-    Pattern::Work work(*this);
+    Pattern::Work work(bytes_);
     std::string result;
     size_t kept = 0;
-    for (auto match = compiled.Find(*this, 0, &work); match;) {
+    for (auto match = compiled.Find(bytes_, 0, &work); match;) {
         const auto [begin, end, took_part] = match->front();
         result.append(bytes_, kept, begin - kept);
         result += Expand(replacement, *this, *match);
         kept = end;
         if (!every) break;
         // After a match of no length the next begins one further, or this one would be found for ever.
-        match = compiled.Find(*this, begin == end ? end + 1 : end, &work);
+        match = compiled.Find(bytes_, begin == end ? end + 1 : end, &work);
     }
     return result.append(bytes_, kept);
 }
@@ -113,12 +113,12 @@ SStringList SString::Split(char separator, int limit) const {
 }
 
 SStringList SString::Split(const SString& pattern, int limit) const {
-    const Pattern& compiled = Pattern::Of(pattern);
-    Pattern::Work work(*this);
+    const Pattern compiled(pattern.bytes_);
+    Pattern::Work work(bytes_);
     SStringList fields;
     size_t field = 0;
     while (!IsFull(fields, limit)) {
-        const auto separator = NextSeparator(compiled, *this, field, &work);
+        const auto separator = NextSeparator(compiled, bytes_, field, &work);
         if (!separator) break;
         fields.Push(Piece(*this, field, separator->front().begin));
         field = separator->front().end;

@@ -14,7 +14,7 @@ void Require(bool holds) {
 }
 
 void CheckMatch(const SString& expression, const SString& subject) {
-    const auto match = Pattern::Of(expression).Find(subject);
+    const auto match = Pattern(expression.Bytes()).Find(subject.Bytes());
     if (!match) return;
     for (const auto& group : *match) Require(group.begin <= group.end && group.end <= subject.Length());
     Require(subject.M(expression).Count() + 1 == match->size() || expression.StartsWith("/"));

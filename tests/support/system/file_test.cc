@@ -197,6 +197,7 @@ TEST(BaseName, IsTheLastComponentWithoutItsSuffix) {
         {"", "x", ""},
     };
     for (const Base& base : cases) EXPECT_EQ(BaseName(base.path, base.suffix), base.name) << base.path;
+    EXPECT_EQ(BaseName("/a/b", ""), SString("b"));
     EXPECT_EQ(BaseName(SStringList{"/b/x.c", "a.c"}, ".c"), (SStringList{"x", "a"}));
     EXPECT_TRUE(BaseName(SStringList(), "").IsEmpty());
 }

@@ -25,6 +25,13 @@ TEST(SStringList, IsPushedPoppedAndShifted) {
     EXPECT_EQ(list.Shift(), "");
 }
 
+TEST(SStringList, TakesNumbers) {
+    SStringList list = 0;
+    list.Push(0);
+    list.Push(-17L);
+    EXPECT_EQ(list, SStringList({"0", "0", "-17"}));
+}
+
 TEST(SStringList, TakesItselfAndItsElements) {
     SStringList list{"a", "b"};
     list.Push(list);
@@ -144,7 +151,7 @@ TEST(Grep, SelectsAndRejects) {
         {{}, "/a/", {}},
         {{"a"}, "a", {}},
         {{"a"}, "/(/", {}},
-        {{"a"}, "!/(/", {}},
+        {{"a", "("}, "!/(/", {"a", "("}},
     };
     for (const auto& c : cases) {
         SStringList list = c.list;

@@ -4,6 +4,7 @@
 
 #include <climits>
 #include <sstream>
+#include <type_traits>
 
 #include "support/text/printable.h"
 #include "support/text/sstring_list.h"
@@ -22,6 +23,45 @@ TEST(SString, IsBuiltFromWhatTheProgramHas) {
     EXPECT_EQ(SString(LONG_MIN), "-9223372036854775808");
     EXPECT_EQ(SString('=', 5), "=====");
     EXPECT_STREQ(SString().CString(), "");
+}
+
+TEST(SString, OfANumberIsItsDecimalText) {
+    SString text = 0;
+    EXPECT_EQ(text, "0");
+    EXPECT_EQ(text.Length(), 1U);
+    EXPECT_EQ(SString(0), "0");
+    EXPECT_EQ(SString(0L), "0");
+    EXPECT_EQ(SString(0U), "0");
+    text = "a";
+    text += 0;
+    EXPECT_EQ(text, "a0");
+    EXPECT_EQ(text + 65, "a065");
+    EXPECT_EQ(65 + text, "65a0");
+    EXPECT_FALSE(text == 0);
+    text = 0;
+    EXPECT_EQ(text, "0");
+    EXPECT_TRUE(text == 0);
+    EXPECT_EQ(text = 18446744073709551615UL, "18446744073709551615");
+}
+
+TEST(SString, OfANullPointerIsEmpty) {
+    const char* const null = nullptr;
+    SString text = null;
+    EXPECT_TRUE(text.IsEmpty());
+    text = "a";
+    EXPECT_FALSE(text == null);
+    text = nullptr;
+    EXPECT_TRUE(text.IsEmpty());
+}
+
+TEST(SString, TakesNoCharacterOrTruthValueForANumber) {
+    static_assert(!std::is_constructible_v<SString, char> && !std::is_constructible_v<SString, bool>);
+    static_assert(!std::is_assignable_v<SString&, char> && !std::is_assignable_v<SString&, bool>);
+}
+
+TEST(SString, OfACharacterIsEmptyWithoutACount) {
+    EXPECT_EQ(SString('x', 3), "xxx");
+    for (const long count : {0L, -1L, LONG_MIN}) EXPECT_TRUE(SString('x', count).IsEmpty()) << count;
 }
 
 TEST(SString, CopiesAreIndependent) {

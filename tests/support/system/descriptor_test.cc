@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "support/system/file.h"
-#include "support/text/sstring_list.h"
 #include "tests/temporary_folder.h"
 
 namespace {
@@ -80,14 +79,6 @@ TEST(SyncParent, TakesThePathsDirectory) {
     EXPECT_TRUE(SyncParent("file"));
     EXPECT_FALSE(SyncParent(folder / "none/file"));
     EXPECT_FALSE(SyncDirectory(folder.Write("file", "")));
-}
-
-TEST(Lines, KeepTheirEnds) {
-    const std::pair<SString, SStringList> cases[] = {
-        {"", {}},         {"\n", {"\n"}},         {"a", {"a"}},
-        {"a\n", {"a\n"}}, {"a\nb", {"a\n", "b"}}, {"\n\na\r\n", {"\n", "\n", "a\r\n"}},
-    };
-    for (const auto& [text, lines] : cases) EXPECT_EQ(Lines(text), lines) << text;
 }
 
 }  // namespace

@@ -1,27 +1,12 @@
 #include "support/system/host.h"
-#include "support/system/clock.h"
-#include "support/system/environment.h"
-#include "support/system/random.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <set>
+#include <string>
 #include <utility>
 
 namespace {
-
-TEST(GetEnv, ReadsWhatPutEnvSets) {
-    unsetenv("InstallTest");
-    EXPECT_EQ(GetEnv("InstallTest"), "");
-    PutEnv("InstallTest", "one");
-    EXPECT_EQ(GetEnv("InstallTest"), "one");
-    PutEnv("InstallTest", "a=b c");
-    EXPECT_EQ(GetEnv("InstallTest"), "a=b c");
-    PutEnv("InstallTest", "");
-    EXPECT_EQ(GetEnv("InstallTest"), "");
-    unsetenv("InstallTest");
-}
 
 TEST(NodeName, IsTheKernels) {
     char name[256] = "";
@@ -68,35 +53,6 @@ TEST(IsValidDomain, FollowsTheHostNameSyntax) {
         {domain253 + "b", false},
     };
     for (const auto& [name, valid] : cases) EXPECT_EQ(IsValidDomain(name), valid) << name;
-}
-
-TEST(RFC822Date, HasTheStandardsForm) {
-    EXPECT_TRUE(
-        RFC822Date().Matches("^(Mon|Tue|Wed|Thu|Fri|Sat|Sun), \\d\\d "
-                             "(Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec) \\d{4} "
-                             "\\d\\d:\\d\\d:\\d\\d [+-]\\d{4}\\z"))
-        << RFC822Date();
-}
-
-TEST(MessageIdDate, IsNeverTheSameTwice) {
-    SString before;
-    for (int i = 0; i < 1000; ++i) {
-        const SString now = MessageIdDate();
-        EXPECT_TRUE(now.Matches("^\\d{20}\\z")) << now;
-        EXPECT_LT(before, now);
-        before = now;
-    }
-}
-
-TEST(ProcessIdString, IsDecimal) {
-    EXPECT_EQ(ProcessIdString(), SString(std::to_string(getpid())));
-}
-
-TEST(RandomInt, DrawsEveryValueOfItsRange) {
-    std::set<int> drawn;
-    for (int i = 0; i < 10'000; ++i) drawn.insert(RandomInt(9));
-    EXPECT_EQ(drawn, (std::set<int>{0, 1, 2, 3, 4, 5, 6, 7, 8}));
-    EXPECT_EQ(RandomInt(1), 0);
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 namespace {
 
 TEST(SStringList, IsBuiltFromWhatTheProgramHas) {
@@ -196,6 +198,14 @@ TEST(Grep, SubstitutesInPlaceAndGivesTheChanged) {
         EXPECT_EQ(list.Grep(c.expression), c.changed) << c.expression;
         EXPECT_EQ(list, c.left) << c.expression;
     }
+}
+
+TEST(Lines, KeepTheirEnds) {
+    const std::pair<SString, SStringList> cases[] = {
+        {"", {}},         {"\n", {"\n"}},         {"a", {"a"}},
+        {"a\n", {"a\n"}}, {"a\nb", {"a\n", "b"}}, {"\n\na\r\n", {"\n", "\n", "a\r\n"}},
+    };
+    for (const auto& [text, lines] : cases) EXPECT_EQ(Lines(text), lines) << text;
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include "install/accounts/forward_notice.h"
 #include "install/console.h"
 #include "install/critical_section.h"
-#include "support/system/identity.h"
 #include "support/text/printable.h"
 
 namespace {
@@ -109,10 +108,7 @@ AccountLoop::Visit AccountLoop::MakeVisit(const Candidate& candidate, const Iden
         visit.maildrop = Maildrop::Suspicious;
         return visit;
     }
-    {
-        AsRoot root;
-        visit.maildrop = RepairMaildrop(MaildropPath(candidate.login), user, site_.mail_group);
-    }
+    visit.maildrop = RepairMaildrop(MaildropPath(candidate.login), user, site_.mail_group);
     HomeFindings findings = VisitHome(candidate.home, user, ForwardNoticeFile(site_.host));
     visit.account.finger_info = findings.finger_lines.Join("\r\n");
     // Nobody could be told at an address that is none.

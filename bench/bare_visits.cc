@@ -47,7 +47,7 @@ bool VisitBare(const ThrowAwaySite& site, int logins) {
             const AsRoot root;
             if (LookAt(site.MaildropFile(i))) OpenAndLook(site.MaildropFile(i), O_WRONLY);
         }
-        const AsUser user(ThrowAwaySite::Uid(i), kUsersGroup, {kUsersGroup});
+        const AsUser user({ThrowAwaySite::Uid(i), kUsersGroup, {kUsersGroup}});
         const SString home = site.Home(i);
         for (const char* name : {"/.project", "/.plan"}) {
             if (LookAt(home + name)) OpenAndLook(home + name, O_RDONLY);

@@ -5,7 +5,6 @@
 #include "install/accounts/forward_notice.h"
 #include "install/console.h"
 #include "install/critical_section.h"
-#include "support/system/identity.h"
 #include "support/text/printable.h"
 
 namespace {
@@ -17,13 +16,13 @@ constexpr size_t kLoginsOneByOne = 100;
 constexpr std::chrono::milliseconds kBatchTime{20};
 constexpr size_t kBatchBytes = size_t{1} << 20;  // of finger information, which users choose the size of
 
-SString OutcomeText(Outcome outcome) {
+SString OutcomeText(AccountOutcome outcome) {
     switch (outcome) {
-        case Outcome::Created:
+        case AccountOutcome::Created:
             return "created\n";
-        case Outcome::Exists:
+        case AccountOutcome::Exists:
             return "already exists\n";
-        case Outcome::Failed:
+        case AccountOutcome::Failed:
             break;
     }
     return "Error: couldn't create the account!\n";
@@ -109,10 +108,7 @@ AccountLoop::Visit AccountLoop::MakeVisit(const Candidate& candidate, const Iden
         visit.maildrop = Maildrop::Suspicious;
         return visit;
     }
-    {
-        AsRoot root;
-        visit.maildrop = RepairMaildrop(MaildropPath(candidate.login), user, site_.mail_group);
-    }
+    visit.maildrop = RepairMaildrop(MaildropPath(candidate.login), user, site_.mail_group);
     HomeFindings findings = VisitHome(candidate.home, user, ForwardNoticeFile(site_.host));
     visit.account.finger_info = findings.finger_lines.Join("\r\n");
     // Nobody could be told at an address that is none.
@@ -125,7 +121,7 @@ AccountLoop::Visit AccountLoop::MakeVisit(const Candidate& candidate, const Iden
 /// All accounts in one transaction. False when one was refused, which takes back the others.
 bool AccountLoop::WriteTogether(Visits* visits) {
     AccountTransaction transaction;
-    for (Visit& visit : *visits) visit.outcome = MakeAccount(visit.account, &visit.uid_and_password);
+    for (Visit& visit : *visits) visit.outcome = MakeAccountInBatch(visit.account, &visit.uid_and_password);
     return transaction.Commit() || !transaction.IsOpen();
 }
 
@@ -138,8 +134,8 @@ void AccountLoop::Write(Visits* visits) {
 
 void AccountLoop::Record(const Visit& visit) {
     const SString user = visit.account.full_name + " (" + visit.account.login + ")";
-    if (visit.outcome == Outcome::Failed) results_->failed.Push(user);
-    if (visit.outcome != Outcome::Created) return;
+    if (visit.outcome == AccountOutcome::Failed) results_->failed.Push(user);
+    if (visit.outcome != AccountOutcome::Created) return;
     results_->uids_and_passwords.Push(visit.uid_and_password);
     results_->created.Push(user);
 }

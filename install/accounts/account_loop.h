@@ -37,7 +37,7 @@ class AccountLoop {
         Candidate candidate;
         NewAccount account;
         Maildrop maildrop = Maildrop::Fine;
-        Outcome outcome = Outcome::Failed;
+        AccountOutcome outcome = AccountOutcome::Failed;
         SString uid_and_password;
     };
     using Visits = std::deque<Visit>;

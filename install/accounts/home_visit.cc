@@ -1,3 +1,4 @@
+// Reads and writes in a home, as its user.
 #include "install/accounts/home_visit.h"
 
 #include <fcntl.h>
@@ -9,7 +10,6 @@
 
 #include "support/system/descriptor.h"
 #include "support/system/file.h"
-#include "support/system/identity.h"
 
 namespace {
 
@@ -64,7 +64,7 @@ void WriteNotice(const SString& path, const SString& text) {
 HomeFindings VisitHome(const SString& home, const Identity& user, const SString& notice) {
     HomeFindings findings;
     if (home[0] != '/' || !user.IsSomebody()) return findings;
-    AsUser identity(user.uid, user.gid, user.groups);
+    AsUser identity(user);
     if (!identity.IsTaken()) return findings;
     const SString base = (home[-1] == '/' ? home : home + "/") + "/";
     AddSection("Project:", "-------", ReadLines(base + ".project"), &findings.finger_lines);

@@ -6,7 +6,7 @@
 // beyond 1 MiB only the whole lines within the first 1 MiB count, and of one that claims to be empty, none.
 #pragma once
 
-#include "install/accounts/login_index.h"
+#include "support/system/identity.h"
 #include "support/text/sstring_list.h"
 
 struct HomeFindings {

@@ -1,3 +1,4 @@
+// Reads the host's logins and group members into tables, and answers from them.
 #include "install/accounts/login_index.h"
 
 #include <grp.h>
@@ -5,7 +6,6 @@
 #include <algorithm>
 
 #include "install/accounts/password_entries.h"
-#include "support/system/identity.h"
 
 namespace {
 

@@ -7,22 +7,12 @@
 // as some directory services answer but do not enumerate.
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <vector>
 
 #include "install/accounts/file_watch.h"
 #include "install/accounts/name_table.h"
-
-struct Identity {
-    uid_t uid = 0;
-    gid_t gid = 0;
-    std::vector<gid_t> groups;  // supplementary ones, the primary one included
-
-    /// Whether the ids name anybody: the system calls that change an owner or an identity take this one for
-    /// "leave it as it is".
-    bool IsSomebody() const { return uid != UINT32_MAX && gid != UINT32_MAX; }
-};
+#include "support/system/identity.h"
 
 class LoginIndex {
   public:

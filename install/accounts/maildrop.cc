@@ -1,3 +1,4 @@
+// Gives a maildrop file to its user and the mail group.
 #include "install/accounts/maildrop.h"
 
 #include <fcntl.h>
@@ -22,6 +23,7 @@ void GiveTo(const Identity& user, gid_t mail_group, const Descriptor& file, cons
 }  // namespace
 
 Maildrop RepairMaildrop(const SString& path, const Identity& user, gid_t mail_group) {
+    AsRoot root;
     struct stat seen = {};
     if (lstat(path.CString(), &seen) != 0) return Maildrop::Fine;
     if (!IsPlain(seen)) return Maildrop::Suspicious;

@@ -4,12 +4,12 @@
 // first.
 #pragma once
 
-#include "install/accounts/login_index.h"
+#include "support/system/identity.h"
 
 enum class Maildrop {
     Fine,       // right now, missing, or left alone as it could not be opened or was exchanged meanwhile
     Suspicious  // a link, a hard link or a special file: not touched
 };
 
-/// To be called with root's rights.
+/// Takes root's rights itself.
 Maildrop RepairMaildrop(const SString& path, const Identity& user, gid_t mail_group);

@@ -1,3 +1,4 @@
+// Writes the messages of the account step to the queue.
 #include "install/accounts/set_up_mails.h"
 
 #include "install/accounts/forward_notice.h"
@@ -89,4 +90,13 @@ void QueueSetUpMails(const AccountResults& results, const SString& host) {
     if (!results.created.IsEmpty()) QueueGreetingRequest(results.uids_and_passwords);
     if (has_results) QueueResultsMail(results, host);
     if (has_forwards) QueueForwardNotice(results.forward_users, host);
+}
+
+void SendNewAccountForm() {
+    SControl control;
+    control["Function:"] = "Account-Manager";
+    control["Control-Type:"] = "Request";
+    control["Request-Type:"] = "NewAccountForm";
+    control["Priority:"] = "1";
+    static_cast<void>(control.Write("NewAccountForm." + ProcessIdString()));
 }

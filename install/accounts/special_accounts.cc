@@ -1,19 +1,14 @@
 // The accounts that receive the mail system's own control traffic, and the template for later accounts.
+#include "install/accounts/create_account.h"
 #include "install/settings.h"
 #include "install/steps.h"
-#include "support/database/account.h"
 
 namespace {
 
-struct Field {
-    const char* name;
-    SStringList values;
-};
-
 struct SpecialAccount {
     const char* uid;
-    std::vector<Field> fields;
-    bool is_locked;
+    AccountFields fields;
+    AccountLock lock;
 };
 
 SpecialAccount Manager(const char* uid, const char* name, const SStringList& addresses) {
@@ -25,7 +20,7 @@ SpecialAccount Manager(const char* uid, const char* name, const SStringList& add
              {"Finger-Access", "none"},
              {"Access-Domains", "none"},
              {"Password", GeneratePassword()}},
-            true};
+            AccountLock::Locked};
 }
 
 // Placeholders: the pattern for accounts that are made later.
@@ -38,7 +33,7 @@ SpecialAccount Template() {
              {"SMTP-Address", "user@" + gstr_HostName},
              {"Local-Delivery", "UNIX"},
              {"UNIX-UserName", "userid"}},
-            false};
+            AccountLock::Open};
 }
 
 std::vector<SpecialAccount> SpecialAccounts() {
@@ -49,23 +44,18 @@ std::vector<SpecialAccount> SpecialAccounts() {
             Manager("Error-Handler", "Error Handler", {"Error-Handler@" + gstr_IpAddress}), Template()};
 }
 
-// What is refused is left out and made by the next run.
-void Create(SAccountDBMod* database, SAccountMod* modification, const SpecialAccount& account) {
+// An account that is refused in part is left out, and made by the next run.
+void Create(const SpecialAccount& account) {
     AccountTransaction creation;
-    // Another process may have made it meanwhile: then it is somebody's, and stays as it is.
-    if (database->ModifyAccount(account.uid, modification) == 0 || !modification->IsNew()) return;
-    for (const Field& field : account.fields) modification->Set(field.name, field.values);
-    if (account.is_locked) modification->Lock();
-    creation.Commit();
+    if (CreateAccount(account.uid, account.fields, account.lock)) creation.Commit();
 }
 
 }  // namespace
 
 bool SetupSpecialAccounts() {
-    SAccountDBMod database;
-    SAccountMod modification;
+    SAccountDB accounts;
     for (const SpecialAccount& account : SpecialAccounts()) {
-        if (database.GetAccountInfo(account.uid, nullptr) == 0) Create(&database, &modification, account);
+        if (accounts.GetAccountInfo(account.uid, nullptr) == 0) Create(account);
     }
     return true;
 }

@@ -1,9 +1,8 @@
+// The account step: asks who is to have a mail account, and makes accounts for those users.
 #include <grp.h>
 
-#include "install/accounts/account_form.h"
 #include "install/accounts/account_loop.h"
-#include "install/accounts/account_method.h"
-#include "install/accounts/mail_domains.h"
+#include "install/accounts/account_questions.h"
 #include "install/accounts/password_entries.h"
 #include "install/accounts/set_up_mails.h"
 #include "install/console.h"

@@ -4,15 +4,16 @@
 
 #include "support/database/account.h"
 
+enum class AdminAccountsOutcome {
+    Done,
+    NotDelivered,  // the accounts stand, but the Postmaster's mail goes nowhere
+    NoPostmaster,  // here and below, nothing stands
+    NoRoot,
+    NotReopened,  // the Postmaster's account, once root's was made
+};
+
 struct AdminAccounts {
-    enum class Outcome {
-        Done,
-        NotDelivered,  // the accounts stand, but the Postmaster's mail goes nowhere
-        NoPostmaster,  // here and below, nothing stands
-        NoRoot,
-        NotReopened,  // the Postmaster's account, once root's was made
-    };
-    Outcome outcome = Outcome::Done;
+    AdminAccountsOutcome outcome = AdminAccountsOutcome::Done;
     bool root_was_made = false;
 };
 

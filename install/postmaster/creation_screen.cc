@@ -1,3 +1,4 @@
+// Tells how the making of the administrator's accounts went.
 #include "install/postmaster/creation_screen.h"
 
 #include "install/console.h"
@@ -9,15 +10,13 @@
 
 namespace {
 
-using Outcome = AdminAccounts::Outcome;
-
-SString Error(Outcome outcome) {
-    if (outcome == Outcome::NoRoot) {
+SString Error(AdminAccountsOutcome outcome) {
+    if (outcome == AdminAccountsOutcome::NoRoot) {
         return "ERROR: Couldn't create a mail account for root. "
                "There is probably a problem with the permissions of " +
                gstr_TernHarbor + "config or the disk is full.";
     }
-    if (outcome == Outcome::NotReopened) {
+    if (outcome == AdminAccountsOutcome::NotReopened) {
         return "ERROR: Couldn't add root to the Postmaster account. " + LikelyCause();
     }
     return "ERROR: Couldn't create the Postmaster account! This is probably a permission problem with the " +
@@ -35,18 +34,18 @@ void TellNotDelivered() {
 }
 
 /// The lines of a run that had to make root's account, up to the word that completes the last of them.
-void TellRoot(Outcome outcome) {
+void TellRoot(AdminAccountsOutcome outcome) {
     Print("hold on a second....\nCreating a mail account for root.... ");
-    if (outcome != Outcome::NoRoot) Print("done\nAdding root to Postmaster delivery list.... ");
+    if (outcome != AdminAccountsOutcome::NoRoot) Print("done\nAdding root to Postmaster delivery list.... ");
 }
 
 SString Completion(const AdminAccounts& made) {
     switch (made.outcome) {
-        case Outcome::Done:
+        case AdminAccountsOutcome::Done:
             return "done";
-        case Outcome::NotDelivered:
+        case AdminAccountsOutcome::NotDelivered:
             return made.root_was_made ? "failed!" : "failed";
-        case Outcome::NoRoot:
+        case AdminAccountsOutcome::NoRoot:
             return "failed!";
         default:
             return "";
@@ -60,7 +59,8 @@ bool CreatePostmasterWithRoot(SAccountDBMod* accounts) {
     const AdminAccounts made = MakeAdminAccounts(accounts, gstr_HostName, gstr_DomainName);
     if (made.root_was_made) TellRoot(made.outcome);
     Print(Completion(made) + "\n");
-    if (made.outcome == Outcome::NotDelivered) TellNotDelivered();
-    const bool stands = made.outcome == Outcome::Done || made.outcome == Outcome::NotDelivered;
+    if (made.outcome == AdminAccountsOutcome::NotDelivered) TellNotDelivered();
+    const bool stands =
+        made.outcome == AdminAccountsOutcome::Done || made.outcome == AdminAccountsOutcome::NotDelivered;
     return stands || AbortOverAccounts(Error(made.outcome));
 }

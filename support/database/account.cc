@@ -1,3 +1,4 @@
+// Account records, their changes and transactions, on the store behind them.
 #include "support/database/account.h"
 
 #include "support/database/account_store.h"
@@ -39,15 +40,15 @@ SStringList SAccountDB::GetLocalMailDomains() {
 
 namespace {
 
-/// A change as a transaction of its own, or as a part of the scope that is open.
+/// A change as a transaction of its own, or as a part of the one that is open.
 template <typename Work>
 bool Change(AccountStore& store, const Work& work) {
-    if (!store.IsInScope()) {
+    if (!store.IsInTransaction()) {
         AccountTransaction own;
         return own.IsOpen() && work() && own.Commit();
     }
     const bool is_done = store.IsWritable() && work();
-    if (!is_done && store.IsWritable()) store.Break();
+    if (!is_done) store.TakeBack();
     return is_done;
 }
 
@@ -77,14 +78,17 @@ int SAccountMod::Lock() {
     return id_ != 0 && Change(_dbf_DB, [&] { return _dbf_DB.Lock(id_, Uid()); });
 }
 
-AccountTransaction::AccountTransaction() : open_(AccountStore::Shared().Begin()) {}
+AccountTransaction::AccountTransaction()
+    : is_ended_(AccountStore::Shared().IsInTransaction()),  // another one's
+      is_open_(!is_ended_ && AccountStore::Shared().Begin()) {}
 
 AccountTransaction::~AccountTransaction() {
-    if (!ended_) AccountStore::Shared().End(false);
+    if (!is_ended_) AccountStore::Shared().End(false);
 }
 
 bool AccountTransaction::Commit() {
-    ended_ = true;
+    if (is_ended_) return false;
+    is_ended_ = true;
     return AccountStore::Shared().End(true);
 }
 

@@ -61,8 +61,7 @@ class SAccountDBMod : public SAccountDB {
     int DeleteAccount(const SString& uid);
 };
 
-/// A pending modification of one account. Each Set is lasting at once (against a killed process) unless an
-/// AccountTransaction is open.
+/// A pending modification of one account. Outside a transaction each Set survives a killed process at once.
 class SAccountMod : public virtual SAccount {
   public:
     SAccountMod() = default;
@@ -80,22 +79,22 @@ class SAccountMod : public virtual SAccount {
     bool is_new_ = false;
 };
 
-/// Several account operations as one: all of them or none, also after kill -9. Taken back with the scope
-/// unless Commit succeeded, and when one of the operations in it was refused. A scope inside another is taken
-/// back by itself; what it committed lasts once the outermost has committed. Inside a scope that is not open
-/// nothing is written.
+/// Several account operations as one: all of them or none, also after kill -9. Every change while it lives is
+/// a part of it. Once a part has failed, or where it could not begin, nothing is written until it ends, and
+/// Commit fails. There is one at a time: inside another, it is not open and does nothing.
 class AccountTransaction {
   public:
     AccountTransaction();  // takes the write lock, waiting up to 5 s
     ~AccountTransaction();
     AccountTransaction(const AccountTransaction&) = delete;
     AccountTransaction& operator=(const AccountTransaction&) = delete;
-    bool IsOpen() const { return open_; }
+    /// Whether it could begin.
+    bool IsOpen() const { return is_open_; }
     bool Commit();
 
   private:
-    bool open_;
-    bool ended_ = false;
+    bool is_ended_;
+    bool is_open_;
 };
 
 /// Brings everything committed to the disk. False when the system refused.

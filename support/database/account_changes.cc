@@ -1,7 +1,5 @@
-// The account store's transactions and what is written inside them.
+// The account store's transaction and what is written inside it.
 #include <fcntl.h>
-
-#include <algorithm>
 
 #include "support/database/account_session.h"
 #include "support/system/descriptor.h"
@@ -16,51 +14,26 @@ const SString kAddressField = "SMTP-Address";
 }  // namespace
 
 bool AccountStore::Begin() {
-    ++depth_;
-    if (IsWritable() && !(depth_ == 1 ? BeginTransaction() : Execution(session_->begin_part).Run())) {
-        broken_from_ = std::max(1, depth_ - 1);  // a part without its mark cannot be taken back by itself
-    }
+    is_in_transaction_ = true;
+    if (OpenSession(true) == DatabaseState::Ready) transaction_.emplace(*session_->connection);
     return IsWritable();
 }
 
-bool AccountStore::BeginTransaction() {
-    if (OpenSession(true) != DatabaseState::Ready) return false;
-    transaction_.emplace(*session_->connection);
-    return transaction_->IsOpen();
-}
-
-// On a full disk and its like the library gives up the whole transaction by itself. What is still written
-// then would be lasting at once, without the rest: the outermost scope has to count as broken.
-bool AccountStore::End(bool commit) {
-    if (transaction_ && !transaction_->IsOpen()) broken_from_ = 1;
-    if (!commit && IsWritable()) Break();
-    const bool is_done = depth_ == 1 ? EndTransaction() : EndPart();
-    epoch_ += is_done ? 0 : 1;
-    --depth_;
-    if (broken_from_ > depth_) broken_from_ = INT_MAX;
-    return is_done;
-}
-
-bool AccountStore::EndTransaction() {
-    const bool is_done = IsWritable() && transaction_->Commit();
+void AccountStore::TakeBack() {
     transaction_.reset();
+    ++epoch_;
+}
+
+bool AccountStore::End(bool commit) {
+    const bool is_done = commit && IsWritable() && transaction_->Commit();
+    if (!is_done) ++epoch_;
+    transaction_.reset();
+    is_in_transaction_ = false;
     return is_done;
 }
 
-bool AccountStore::EndPart() {
-    if (broken_from_ < depth_) {
-        return false;  // goes with the scope around it
-    }
-    const bool is_whole = IsWritable();
-    if ((is_whole || Execution(session_->take_back_part).Run()) && Execution(session_->end_part).Run()) {
-        return is_whole;
-    }
-    broken_from_ = depth_ - 1;
-    return false;
-}
-
-// A checkpoint brings the log into the database and syncs both. While another process reads, a part of the
-// log has to wait; then the log itself is what must be on the disk.
+// A checkpoint brings the log into the database and syncs both; what another process's reading holds back is
+// synced in the log itself.
 bool AccountStore::Sync() {
     const DatabaseState state = OpenSession(false);
     if (state != DatabaseState::Ready) return state == DatabaseState::Missing;
@@ -70,8 +43,7 @@ bool AccountStore::Sync() {
     return (!file || file.Sync()) && SyncParent(session_->path);
 }
 
-// The account is made where there is none and found where there is one. A look-up that failed must never pass
-// for "there is none": somebody's account would be written over.
+// A failed look-up never passes for "there is none": somebody's account would be written over.
 AccountStore::Binding AccountStore::Bind(const SString& uid) {
     if (Execution(session_->add, uid).Run() && session_->connection->HasChanged()) {
         return {session_->connection->LastId(), true};
@@ -80,7 +52,7 @@ AccountStore::Binding AccountStore::Bind(const SString& uid) {
     return query.Next() == Step::Row ? Binding{query.Number(0), false} : Binding{};
 }
 
-// The id alone would not do: once the newest account is deleted, the next one gets its id.
+// The id of a deleted account may be given to the next one.
 bool AccountStore::Holds(int64_t id, const SString& uid) {
     return Execution(session_->holds, id, uid).Next() == Step::Row;
 }
@@ -120,7 +92,7 @@ bool AccountStore::AddAddresses(int64_t id, const SStringList& values) {
     return true;
 }
 
-// The index has no way from an account to its addresses; the field that they came from has.
+// The index leads from addresses to accounts only, so the field that they came from names them.
 bool AccountStore::RemoveAddresses(int64_t id) {
     Execution old(session_->values, id, kAddressField);
     Step step = old.Next();

@@ -1,12 +1,12 @@
+// Opens the account database, and notices when its file is another.
 #include "support/database/account_session.h"
 
 #include "support/system/regular_file.h"
 
 namespace {
 
-// A write-ahead log makes a commit one write to one file, without waiting for the disk: it survives a killed
-// process at once, and Sync makes it survive a power failure. Rows of an account stand together, accounts in
-// the order of creation, so that a new account is appended; only the two look-up indexes are scattered.
+// A commit in a write-ahead log survives a killed process without waiting for the disk, and a power failure
+// after Sync; accounts are appended in the order of creation (docs/storage.md).
 constexpr DatabaseFormat kFormat = {
     "1414680129",  // "TRNA"
     "CREATE TABLE accounts (id INTEGER PRIMARY KEY, uid TEXT NOT NULL UNIQUE,"
@@ -33,8 +33,7 @@ AccountStore::Session::Session(OpenedDatabase database, const SString& file, boo
     stat(path.CString(), &opened);
 }
 
-// A database that somebody has put in the file's place since (from a backup, say) must not be missed: what
-// is written into a file without a name is lost.
+// What is written into a file that a backup has replaced is lost.
 bool AccountStore::Session::IsCurrent() const {
     struct stat now {};
     return !is_snapshot && path == Path() && stat(path.CString(), &now) == 0 && IsSameFile(now, opened);

@@ -30,10 +30,6 @@ struct AccountStore::Session {
     sqlite::Statement count = connection->Prepare("SELECT count(*) FROM accounts");
     sqlite::Statement addresses = connection->Prepare("SELECT address FROM addresses");
 
-    sqlite::Statement begin_part = connection->Prepare("SAVEPOINT part");
-    sqlite::Statement take_back_part = connection->Prepare("ROLLBACK TO part");
-    sqlite::Statement end_part = connection->Prepare("RELEASE part");
-
     sqlite::Statement add =
         connection->Prepare("INSERT INTO accounts (uid) VALUES (?1) ON CONFLICT DO NOTHING");
     sqlite::Statement holds = connection->Prepare("SELECT 1 FROM accounts WHERE id = ?1 AND uid = ?2");

@@ -1,3 +1,4 @@
+// The account store's connection and what is read over it.
 #include "support/database/account_store.h"
 
 #include <set>
@@ -25,11 +26,11 @@ DatabaseState AccountStore::OpenSession(bool for_writing) {
 
 namespace {
 
-Lookup Outcome(DatabaseState state) {
+Lookup LookupBy(DatabaseState state) {
     return state == DatabaseState::Missing ? Lookup::Missing : Lookup::Failed;
 }
 
-Lookup Outcome(Step step) {
+Lookup LookupBy(Step step) {
     return step == Step::Row ? Lookup::Found : step == Step::Done ? Lookup::Missing : Lookup::Failed;
 }
 
@@ -37,13 +38,13 @@ Lookup Outcome(Step step) {
 
 Lookup AccountStore::Find(const SString& uid) {
     const DatabaseState state = OpenSession(false);
-    return state == DatabaseState::Ready ? Outcome(Execution(session_->find, uid).Next()) : Outcome(state);
+    return state == DatabaseState::Ready ? LookupBy(Execution(session_->find, uid).Next()) : LookupBy(state);
 }
 
 Lookup AccountStore::Read(const SString& uid, SNamedStringList* fields, bool* is_locked) {
     fields->Reset();
     const DatabaseState state = OpenSession(false);
-    if (state != DatabaseState::Ready) return Outcome(state);
+    if (state != DatabaseState::Ready) return LookupBy(state);
     Execution query(session_->read, uid);
     const Step first = query.Next();
     Step step = first;
@@ -51,16 +52,16 @@ Lookup AccountStore::Read(const SString& uid, SNamedStringList* fields, bool* is
         *is_locked = query.Number(0) != 0;
         if (!query.IsNull(1)) (*fields)[query.Text(1)].Push(query.Text(2));
     }
-    return step == Step::Failed ? Lookup::Failed : Outcome(first);
+    return step == Step::Failed ? Lookup::Failed : LookupBy(first);
 }
 
 Lookup AccountStore::FindOwner(const SString& address_key, SString* uid) {
     const DatabaseState state = OpenSession(false);
-    if (state != DatabaseState::Ready) return Outcome(state);
+    if (state != DatabaseState::Ready) return LookupBy(state);
     Execution query(session_->find_owner, address_key);
     const Step step = query.Next();
     if (step == Step::Row) *uid = query.Text(0);
-    return Outcome(step);
+    return LookupBy(step);
 }
 
 SStringList AccountStore::Uids() {

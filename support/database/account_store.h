@@ -2,8 +2,6 @@
 // the whole process, opened on demand, its statements prepared once. Used by account.cc and account_uid.cc.
 #pragma once
 
-#include <climits>
-
 #include "support/database/account.h"
 #include "support/database/database_file.h"
 
@@ -28,18 +26,21 @@ class AccountStore {
     /// here, and no other process has written.
     uint64_t Epoch();
 
-    // --- scopes of writing: the outermost is a transaction, an inner one can be taken back by itself
+    // --- one transaction at a time
+    /// Takes the write lock. False when it was not to be had: nothing can be written until End then.
     bool Begin();
+    /// False when nothing of the transaction stays.
     bool End(bool commit);
-    bool IsInScope() const { return depth_ > 0; }
-    /// Whether the innermost scope is sound; nothing may be written otherwise.
-    bool IsWritable() const { return depth_ > 0 && depth_ < broken_from_; }
-    /// After a change that failed half-way: the innermost scope will be taken back.
-    void Break() { broken_from_ = depth_; }
+    bool IsInTransaction() const { return is_in_transaction_; }
+    /// Whether changes are accepted. On a full disk and its like the library gives up the transaction by
+    /// itself: a change after that would be lasting at once, without the rest.
+    bool IsWritable() const { return transaction_ && transaction_->IsOpen(); }
+    /// After a change that failed half-way: nothing of the transaction stays, and nothing more is written.
+    void TakeBack();
     /// Brings everything committed to the disk.
     bool Sync();
 
-    // --- changes, inside a writable scope; false after a failure that may have left half of the change
+    // --- changes, while IsWritable; false after a failure that may have left half of the change
     struct Binding {
         int64_t id = 0;  // 0: refused
         bool is_new = false;
@@ -53,16 +54,12 @@ class AccountStore {
   private:
     struct Session;  // the connection, its statements and the file that it has open
     DatabaseState OpenSession(bool for_writing);
-    bool BeginTransaction();
-    bool EndTransaction();
-    bool EndPart();
     bool Holds(int64_t id, const SString& uid);
     bool AddAddresses(int64_t id, const SStringList& values);
     bool RemoveAddresses(int64_t id);
 
     std::unique_ptr<Session> session_;
     std::optional<sqlite::Transaction> transaction_;
-    int depth_ = 0;              // of nested scopes
-    int broken_from_ = INT_MAX;  // the outermost scope that failed: nothing in it or inside it counts
+    bool is_in_transaction_ = false;  // between Begin and End, whatever has become of it
     uint64_t epoch_ = 0;
 };

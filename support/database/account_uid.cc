@@ -1,3 +1,4 @@
+// Generates account UIDs and passwords.
 #include <unordered_map>
 
 #include "support/database/account_store.h"
@@ -11,8 +12,7 @@ bool IsFree(const SString& uid) {
     return uid != kReserved && AccountStore::Shared().Find(uid) != Lookup::Found;
 }
 
-// The number at which the search for each name has to start: all below it are taken. A site may have a
-// hundred thousand people of one name, and none of them must make the search start over.
+// For each name the first number that may be free: a search from 1 would be quadratic in people of one name.
 class Numbers {
   public:
     long& Of(const SString& base) {

@@ -1,3 +1,4 @@
+// Changes the effective user and groups, and gives them back.
 #include "support/system/identity.h"
 
 #include <grp.h>
@@ -19,9 +20,9 @@ std::optional<std::vector<gid_t>> CurrentGroups() {
 }
 
 /// The user goes last: setting groups needs root's rights.
-bool Take(uid_t uid, gid_t gid, const std::vector<gid_t>& groups) {
-    return seteuid(getuid()) == 0 && setgroups(groups.size(), groups.data()) == 0 && setegid(gid) == 0 &&
-           seteuid(uid) == 0;
+bool Take(const Identity& user) {
+    return seteuid(getuid()) == 0 && setgroups(user.groups.size(), user.groups.data()) == 0 &&
+           setegid(user.gid) == 0 && seteuid(user.uid) == 0;
 }
 
 std::optional<std::vector<gid_t>>& GroupsAtStart() {
@@ -47,17 +48,16 @@ AsRoot::~AsRoot() {
     if (after_ != geteuid() && seteuid(after_) != 0) abort();
 }
 
-AsUser::AsUser(uid_t uid, gid_t gid, const std::vector<gid_t>& groups)
-    : uid_before_(geteuid()), gid_before_(getegid()) {
-    const auto before = CurrentGroups();
-    if (!before) return;
-    groups_before_ = *before;
-    taken_ = Take(uid, gid, groups);
-    if (!taken_ && !Take(uid_before_, gid_before_, groups_before_)) abort();
+AsUser::AsUser(const Identity& user) : before_{geteuid(), getegid(), {}} {
+    const auto groups = CurrentGroups();
+    if (!groups) return;
+    before_.groups = *groups;
+    taken_ = Take(user);
+    if (!taken_ && !Take(before_)) abort();
 }
 
 AsUser::~AsUser() {
-    if (taken_ && !Take(uid_before_, gid_before_, groups_before_)) abort();
+    if (taken_ && !Take(before_)) abort();
 }
 
 std::vector<gid_t> GroupsOf(const SString& login, gid_t gid) {

@@ -4,9 +4,21 @@
 
 #include <sys/types.h>
 
+#include <cstdint>
 #include <vector>
 
 #include "support/text/sstring.h"
+
+/// Who a user is to the system.
+struct Identity {
+    uid_t uid = 0;
+    gid_t gid = 0;
+    std::vector<gid_t> groups;  // supplementary ones, the primary one included
+
+    /// Whether the ids name anybody: the system calls that change an owner or an identity take this one for
+    /// "leave it as it is".
+    bool IsSomebody() const { return uid != UINT32_MAX && gid != UINT32_MAX; }
+};
 
 /// The mail system's owner for good: group, supplementary groups, then user. False when the system refuses.
 bool BecomeMailOwner(const SString& login, uid_t uid, gid_t gid);
@@ -25,21 +37,19 @@ class AsRoot {
     uid_t after_;
 };
 
-/// A user's identity for a scope: uid, primary group and supplementary groups. If the system refuses any of
-/// it, nothing is changed and IsTaken is false: do nothing for the user then. A failure to give the identity
-/// back aborts the program, which would otherwise act as somebody else.
+/// A user's identity for a scope. If the system refuses any of it, nothing is changed and IsTaken is false:
+/// do nothing for the user then. A failure to give the identity back aborts the program, which would
+/// otherwise act as somebody else.
 class AsUser {
   public:
-    AsUser(uid_t uid, gid_t gid, const std::vector<gid_t>& groups);
+    explicit AsUser(const Identity& user);
     ~AsUser();
     AsUser(const AsUser&) = delete;
     AsUser& operator=(const AsUser&) = delete;
     bool IsTaken() const { return taken_; }
 
   private:
-    uid_t uid_before_;
-    gid_t gid_before_;
-    std::vector<gid_t> groups_before_;
+    Identity before_;
     bool taken_ = false;
 };
 

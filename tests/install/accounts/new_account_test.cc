@@ -14,13 +14,13 @@ NewAccount Jones() {
 
 class MakeOneAccount : public testing::Test {
   protected:
-    Outcome Make(const NewAccount& account) { return MakeAccount(account, &made_); }
+    AccountOutcome Make(const NewAccount& account) { return MakeAccount(account, &made_); }
     AccountDatabase database_;
     SString made_;
 };
 
 TEST_F(MakeOneAccount, WritesEveryField) {
-    ASSERT_EQ(Make(Jones()), Outcome::Created);
+    ASSERT_EQ(Make(Jones()), AccountOutcome::Created);
     EXPECT_TRUE(made_.Matches("^Jones_Smith [bcdlmnprst][aeio][bcdlmnprst][aeio][bcdlmnprst][1-9]$"))
         << made_;
     const struct {
@@ -46,13 +46,13 @@ TEST_F(MakeOneAccount, WritesEveryField) {
 TEST_F(MakeOneAccount, KeepsAnEmptyFingerInfoAsOneValue) {
     NewAccount account = Jones();
     account.finger_info = "";
-    ASSERT_EQ(Make(account), Outcome::Created);
+    ASSERT_EQ(Make(account), AccountOutcome::Created);
     EXPECT_EQ(database_.Values("Jones_Smith", "Finger-Info"), SStringList(""));
 }
 
 TEST_F(MakeOneAccount, LeavesTheOwnerOfAnAddressAlone) {
     database_.Add("Somebody", "JONES@Mail.Example.com");
-    EXPECT_EQ(Make(Jones()), Outcome::Exists);
+    EXPECT_EQ(Make(Jones()), AccountOutcome::Exists);
     EXPECT_EQ(database_.Uids(), SStringList("Somebody"));
 }
 
@@ -61,7 +61,7 @@ TEST_F(MakeOneAccount, NumbersAccountsOfOneName) {
         NewAccount account = Jones();
         account.login = login;
         account.addresses = SString(login) + "@example.com";
-        EXPECT_EQ(Make(account), Outcome::Created);
+        EXPECT_EQ(Make(account), AccountOutcome::Created);
     }
     EXPECT_EQ(database_.Uids(), SStringList({"Jones_Smith", "Jones_Smith1", "Jones_Smith2"}));
 }
@@ -73,7 +73,7 @@ TEST_F(MakeOneAccount, TakesOnlyLoginsThatCanBeAddressed) {
         NewAccount account = Jones();
         account.login = login;
         account.addresses = SString(login) + "@example.com";
-        EXPECT_EQ(Make(account), Outcome::Failed) << login;
+        EXPECT_EQ(Make(account), AccountOutcome::Failed) << login;
     }
     for (const char* login : {"a", "A", "a.b", "a-b_c", "a/b", "+a", "-a", "a$1", "o'neil", "9lives"}) {
         EXPECT_TRUE(IsLocalPart(login)) << login;
@@ -84,16 +84,16 @@ TEST_F(MakeOneAccount, TakesOnlyLoginsThatCanBeAddressed) {
 TEST_F(MakeOneAccount, MakesNoneWhereNoAddressIsOne) {
     NewAccount account = Jones();
     account.addresses = {"jones@corp-", "jones@mail.corp-"};
-    EXPECT_EQ(Make(account), Outcome::Failed);
+    EXPECT_EQ(Make(account), AccountOutcome::Failed);
     EXPECT_TRUE(database_.Uids().IsEmpty());
     account.addresses.Push("jones@example.com");
-    EXPECT_EQ(Make(account), Outcome::Created);
-    EXPECT_EQ(Make(account), Outcome::Exists);
+    EXPECT_EQ(Make(account), AccountOutcome::Created);
+    EXPECT_EQ(Make(account), AccountOutcome::Exists);
 }
 
 TEST_F(MakeOneAccount, KeepsTheFieldsInFrontOfARefusedOne) {
     database_.Refuse("NEW.name = 'UNIX-UserName'");
-    EXPECT_EQ(Make(Jones()), Outcome::Failed);
+    EXPECT_EQ(Make(Jones()), AccountOutcome::Failed);
     SAccount account;
     ASSERT_TRUE(SAccountDB().GetAccountInfo("Jones_Smith", &account));
     EXPECT_EQ(account.Fields().Count(), 3U);
@@ -103,19 +103,55 @@ TEST_F(MakeOneAccount, KeepsTheFieldsInFrontOfARefusedOne) {
 
 TEST_F(MakeOneAccount, MakesNoneWhereTheFirstFieldIsRefused) {
     database_.Refuse("NEW.name = 'Name'");
-    EXPECT_EQ(Make(Jones()), Outcome::Failed);
+    EXPECT_EQ(Make(Jones()), AccountOutcome::Failed);
     EXPECT_EQ(database_.Uids(), SStringList("Somebody"));
+}
+
+TEST_F(MakeOneAccount, InABatchLastsWithTheBatch) {
+    for (const bool is_committed : {false, true}) {
+        AccountTransaction batch;
+        EXPECT_EQ(MakeAccountInBatch(Jones(), &made_), AccountOutcome::Created);
+        EXPECT_EQ(MakeAccountInBatch(Jones(), &made_), AccountOutcome::Exists);
+        EXPECT_TRUE(!is_committed || batch.Commit());
+    }
+    EXPECT_EQ(database_.Uids(), SStringList("Jones_Smith"));
+    EXPECT_EQ("Jones_Smith " + database_.Values("Jones_Smith", "Password").Get(0), made_);
+}
+
+TEST_F(MakeOneAccount, RefusedInABatchTakesTheBatchBack) {
+    database_.Refuse("NEW.value = 'jones'");
+    AccountTransaction batch;
+    NewAccount other = Jones();
+    other.login = "other";
+    other.addresses = "other@example.com";
+    EXPECT_EQ(MakeAccountInBatch(other, &made_), AccountOutcome::Created);
+    EXPECT_EQ(MakeAccountInBatch(Jones(), &made_), AccountOutcome::Failed);
+    EXPECT_FALSE(batch.Commit());
+    EXPECT_EQ(database_.Uids(), SStringList("Somebody"));
+}
+
+TEST_F(MakeOneAccount, OnlyExistsInABatchThatCouldNotBegin) {
+    database_.Add("Jones_Smith", "jones@example.com");
+    const auto other = sqlite::Connection::Open(database_.Path(), sqlite::Mode::Shared);
+    ASSERT_NE(other, nullptr);
+    const sqlite::Transaction writing(*other);
+    const AccountTransaction batch;
+    EXPECT_FALSE(batch.IsOpen());
+    EXPECT_EQ(MakeAccountInBatch(Jones(), &made_), AccountOutcome::Exists);
+    NewAccount free = Jones();
+    free.addresses = "free@example.com";
+    EXPECT_EQ(MakeAccountInBatch(free, &made_), AccountOutcome::Failed);
 }
 
 TEST_F(MakeOneAccount, FailsWithoutADatabaseToWrite) {
     ASSERT_EQ(rmdir((database_.Folder() / "config").CString()), 0);
-    EXPECT_EQ(Make(Jones()), Outcome::Failed);
+    EXPECT_EQ(Make(Jones()), AccountOutcome::Failed);
 }
 
 TEST_F(MakeOneAccount, FailsOnADamagedDatabaseAndLeavesItAlone) {
     const SString garbage = "this is no database" + SString('x', 5000);
     database_.Folder().Write("config/MTA-Accounts", garbage);
-    EXPECT_EQ(Make(Jones()), Outcome::Failed);
+    EXPECT_EQ(Make(Jones()), AccountOutcome::Failed);
     EXPECT_EQ(MapFileRead(database_.Path()), garbage);
 }
 
@@ -123,7 +159,7 @@ TEST_F(MakeOneAccount, NeverWritesOverAnAccountThatCannotBeLookedUp) {
     // The index of addresses is damaged: who owns one cannot be told.
     database_.Add("Jones_Smith", "jones@example.com");
     database_.Execute("ALTER TABLE addresses RENAME TO gone");
-    EXPECT_EQ(Make(Jones()), Outcome::Failed);
+    EXPECT_EQ(Make(Jones()), AccountOutcome::Failed);
     EXPECT_EQ(database_.Values("Jones_Smith", "SMTP-Address"), "jones@example.com");
     EXPECT_TRUE(database_.Values("Jones_Smith", "Name").IsEmpty());
 }
@@ -134,7 +170,7 @@ TEST_F(MakeOneAccount, SeesAnExistingAccountWhileAnotherProcessWrites) {
     ASSERT_NE(other, nullptr);
     const sqlite::Transaction writing(*other);
     ASSERT_TRUE(writing.IsOpen());
-    EXPECT_EQ(Make(Jones()), Outcome::Exists);
+    EXPECT_EQ(Make(Jones()), AccountOutcome::Exists);
 }
 
 }  // namespace

@@ -169,149 +169,25 @@ TEST_F(SetUpMails, QueuesManyAccountsInOneRequest) {
     EXPECT_TRUE(Text("control", ".NewAccounts-Control").EndsWith("\n\tUser19999 bodil4\n"));
 }
 
-const char kBeginning[] =
-    "Here's a summary of the tasks performed by the tern.harbor\r\n"
-    "Install program:\r\n"
-    "\r\n"
-    "Accounts were set up for the following users:\r\n"
-    "\r\n";
-const char kAliases[] =
-    "\r\n"
-    "\r\n"
-    "No system-wide aliases or user forwards were set up by the\r\n"
-    "installation process (users with .forward files, if any,\r\n"
-    "are listed below). Please look through your aliases file\r\n"
-    "and set up accounts or aliases as necessary. See manual\r\n"
-    "chapters 5 and 6 which describe the three alias types\r\n"
-    "and how to set them up.\r\n"
-    "\r\n";
-const char kCreated[] =
-    "        Ann Lee (ann)\r\n"
-    "        Jones Smith (jones)\r\n";
-const char kFailed[] =
-    "\r\n"
-    "Install failed to set up accounts for the following users:\r\n"
-    "(contact Ardenvale for assistance)\r\n"
-    "\r\n"
-    "        A B (a b)\r\n"
-    "\r\n";
-const char kSkippedBeginning[] =
-    "\r\n"
-    "Accounts *were not* set up for the following UNIX id's\r\n"
-    "since they historically do not refer to actual users or\r\n"
-    "because a home directory isn't specified in the password\r\n"
-    "database:\r\n"
-    "\r\n";
-const char kSkippedEnd[] =
-    "\r\n"
-    "You can add these accounts, or create aliases for them if\r\n"
-    "you want. See the manual for instructions.\r\n"
-    "\r\n";
-const char kForwards[] =
-    "\r\n"
-    "The following users had .forward files in their home dir-\r\n"
-    "ectories:\r\n"
-    "\r\n"
-    "        ann@example.com\r\n"
-    "        jones@example.com\r\n"
-    "\r\n"
-    "These files are not going to be honored by tern.harbor.\r\n"
-    "See the manual for instructions on setting up forwarding\r\n"
-    "for an account.\r\n"
-    "\r\n";
-const char kThanks[] =
-    "\r\n"
-    "Thank you for installing tern.harbor!\r\n"
-    "\r\n";
-
-TEST(ResultsMailBody, TellsAllThatHappened) {
-    EXPECT_EQ(ResultsMailBody(Results()).Bytes(), std::string(kBeginning) + kCreated + kAliases + kFailed +
-                                                      kSkippedBeginning +
-                                                      "        bin          (bin)\r\n"
-                                                      "        nobody       (Nobody)\r\n"
-                                                      "        twelve-chars (Long)\r\n" +
-                                                      kSkippedEnd + kForwards + kThanks);
+TEST(SendNewAccountForm, QueuesOneRequestNamedAfterTheProcess) {
+    const TemporaryFolder folder;
+    PutEnv("TernHarbor", folder / "");
+    ASSERT_TRUE(MakeDir(folder / "control", 0770));
+    SendNewAccountForm();
+    EXPECT_EQ(BaseName(ReadDir(folder / "control"), ""),
+              SStringList("NewAccountForm." + ProcessIdString() + "-Control"));
+    EXPECT_EQ(MapFileRead(ReadDir(folder / "control").Get(0)),
+              "Function: Account-Manager\n"
+              "Control-Type: Request\n"
+              "Request-Type: NewAccountForm\n"
+              "Priority: 1\n");
 }
 
-TEST(ResultsMailBody, LeavesFailuresOutWhereAccountsExisted) {
-    AccountResults results = Results();
-    results.accounts_existed = true;
-    results.skipped_logins.Reset();
-    results.forward_users.Reset();
-    EXPECT_EQ(ResultsMailBody(results).Bytes(), std::string(kBeginning) + kCreated + kAliases + kThanks);
-}
-
-TEST(ResultsMailBody, HasAnEmptyListWhereNoAccountWasMade) {
-    EXPECT_EQ(ResultsMailBody({}).Bytes(), std::string(kBeginning) + kAliases + kThanks);
-}
-
-TEST(ResultsMailBody, FillsSkippedLoginsToTwelveCharacters) {
-    const struct {
-        SString login;
-        SString name;
-        SString line;
-    } cases[] = {
-        {"elevenchars", "X", "elevenchars  (X)"},
-        {"twelve-chars", "X", "twelve-chars (X)"},
-        {"thirteen-char", "X", "thirteen-char (X)"},
-        {"bin", "", "bin"},
-        {"-a", "X\r\n.\r\nQUIT", "-a           (X??.??QUIT)"},
-        {"b\r\n", ".\n", "b??          (.?)"},
-    };
-    for (const auto& c : cases) {
-        AccountResults results;
-        results.skipped_logins = c.login;
-        results.skipped_names = c.name;
-        EXPECT_EQ(ResultsMailBody(results).Bytes(), std::string(kBeginning) + kAliases + kSkippedBeginning +
-                                                        "        " + c.line.Bytes() + "\r\n" + kSkippedEnd +
-                                                        kThanks);
-    }
-}
-
-TEST(ForwardMessages, ReadAsALetter) {
-    EXPECT_EQ((pz_ForwardMessage1 + kHost + pz_ForwardMessage2).Bytes(),
-              "\t**************************************************\r\n"
-              "\t***  YOUR \".forward\" FILE IS NO LONGER ACTIVE  ***\r\n"
-              "\t**************************************************\r\n"
-              "\r\n"
-              "The tern.harbor mail system has been installed on mail.example.com.\r\n"
-              "\r\n"
-              "Mail forwarding in the new system is implemented in a different manner\r\n"
-              "than with \".forward\" files.  The new system supports any combination\r\n"
-              "of the following:\r\n"
-              "\r\n"
-              "\t- delivering messages to your UNIX mailbox\r\n"
-              "\r\n"
-              "\t- forwarding your mail to one or more other\r\n"
-              "\t  E-mail addresses\r\n"
-              "\r\n"
-              "\t- sending \"vacation\" notices\r\n"
-              "\r\n"
-              "\t- filtering mail using procmail, filter, etc.\r\n"
-              "\r\n"
-              "Right now your account is set up to retain all your mail in your UNIX\r\n"
-              "mailbox.  If you want to activate vacation notifications, or forward\r\n"
-              "copies of your mail elsewhere, follow the instructions in the message\r\n"
-              "you received with the subject, \"Greeting (your name)\".\r\n"
-              "\r\n"
-              "We hope you enjoy the mail system interface (via the World Wide Web and\r\n"
-              "fill-in-the-blank E-mail forms) and the available mail account delivery\r\n"
-              "options once you have had a chance to try them out.\r\n"
-              "\r\n");
-}
-
-TEST(ForwardNoticeFile, IsAShortDatedNote) {
-    EXPECT_EQ(ForwardNoticeFile(kHost).S("\nDate: [^\n]+\n", "\nDate: DATE\n").Bytes(),
-              "##### Important Notice #####\n"
-              "\n"
-              "Date: DATE\n"
-              "\n"
-              "A new mail system, named tern.harbor, has been installed on\n"
-              "mail.example.com.  One effect of this transition is that\n"
-              ".forward files are no longer used for mail forwarding --\n"
-              "please contact your postmaster or system administrator for\n"
-              "more information.\n"
-              "\n");
+TEST(SendNewAccountForm, LeavesNothingWhereThereIsNoQueue) {
+    const TemporaryFolder folder;
+    PutEnv("TernHarbor", folder / "");
+    SendNewAccountForm();
+    EXPECT_TRUE(ReadDir(folder / "").IsEmpty());
 }
 
 }  // namespace

@@ -77,7 +77,7 @@ TEST(MakeOwnedDirectory, LeavesOthersWorkAlone) {
 
 TEST(MakeOwnedDirectory, TakesRootsRightsItself) {
     const TemporaryFolder folder;  // root's
-    const AsUser owner(kOwner, kGroup, {kGroup});
+    const AsUser owner({kOwner, kGroup, {kGroup}});
     ASSERT_TRUE(owner.IsTaken());
     EXPECT_EQ(Make(folder / "mailboxes"), NewDirectory::Made);
     EXPECT_EQ(geteuid(), kOwner);

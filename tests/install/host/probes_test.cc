@@ -8,7 +8,7 @@
 namespace {
 
 TEST(Probes, GiveTheIdentityBack) {
-    const AsUser owner(54321, 54322, {54322});
+    const AsUser owner({54321, 54322, {54322}});
     ASSERT_TRUE(owner.IsTaken());
     ListeningPorts();
     MailQueueListing();

@@ -46,7 +46,7 @@ SStringList StatusOfServer(const SString& expression) {
 }
 
 TEST(StartServer, GivesRootsIdentityBack) {
-    const AsUser owner(54321, 54322, {54322});
+    const AsUser owner({54321, 54322, {54322}});
     ASSERT_TRUE(owner.IsTaken());
     const SString gid(getgid());
     EXPECT_EQ(

@@ -9,8 +9,6 @@
 
 namespace {
 
-using Outcome = AdminAccounts::Outcome;
-
 /// Makes the database refuse rows, as a full disk would, in a place of the test's choice.
 SString Refusing(const SString& table, const SString& condition) {
     return "CREATE TRIGGER refuse BEFORE INSERT ON " + table + " WHEN " + condition +
@@ -58,7 +56,7 @@ class PostmasterAccounts : public testing::Test {
 
 TEST_F(PostmasterAccounts, MakesBoth) {
     const AdminAccounts made = Make();
-    EXPECT_EQ(made.outcome, Outcome::Done);
+    EXPECT_EQ(made.outcome, AdminAccountsOutcome::Done);
     EXPECT_TRUE(made.root_was_made);
     const struct {
         const char* uid;
@@ -92,7 +90,7 @@ TEST_F(PostmasterAccounts, MakesBoth) {
 TEST_F(PostmasterAccounts, DeliverToWhoeverOwnsRootsAddress) {
     AddAccount("Charlie_Root", "ROOT@mail.example.com");
     const AdminAccounts made = Make();
-    EXPECT_EQ(made.outcome, Outcome::Done);
+    EXPECT_EQ(made.outcome, AdminAccountsOutcome::Done);
     EXPECT_FALSE(made.root_was_made);
     EXPECT_EQ(Value("Postmaster", "Account-Delivery"), SStringList("Charlie_Root"));
     EXPECT_FALSE(Exists("Root"));
@@ -100,7 +98,7 @@ TEST_F(PostmasterAccounts, DeliverToWhoeverOwnsRootsAddress) {
 
 TEST_F(PostmasterAccounts, LeaveAStrangersRootAlone) {
     AddAccount("Root", "tuber@example.com");
-    EXPECT_EQ(Make().outcome, Outcome::Done);
+    EXPECT_EQ(Make().outcome, AdminAccountsOutcome::Done);
     EXPECT_EQ(Value("Root", "SMTP-Address"), SStringList("tuber@example.com"));
     EXPECT_EQ(Value("Root1", "SMTP-Address"), SStringList("root@mail.example.com"));
     EXPECT_EQ(Value("Postmaster", "Account-Delivery"), SStringList("Root1"));
@@ -108,7 +106,7 @@ TEST_F(PostmasterAccounts, LeaveAStrangersRootAlone) {
 
 TEST_F(PostmasterAccounts, AreNeverWrittenOver) {
     AddAccount("Postmaster", "old@example.com");
-    EXPECT_EQ(Make().outcome, Outcome::NoPostmaster);
+    EXPECT_EQ(Make().outcome, AdminAccountsOutcome::NoPostmaster);
     EXPECT_EQ(Value("Postmaster", "SMTP-Address"), SStringList("old@example.com"));
     EXPECT_FALSE(Exists("Root"));
 }
@@ -116,16 +114,16 @@ TEST_F(PostmasterAccounts, AreNeverWrittenOver) {
 TEST_F(PostmasterAccounts, StandTogetherOrNotAtAll) {
     const struct {
         SString triggers;
-        Outcome outcome;
+        AdminAccountsOutcome outcome;
         bool stand;
     } cases[] = {
-        {Refusing("accounts", "NEW.uid = 'Postmaster'"), Outcome::NoPostmaster, false},
-        {Refusing("fields", "NEW.value = 'Mail Administrator'"), Outcome::NoPostmaster, false},
-        {Refusing("accounts", "NEW.uid = 'Root'"), Outcome::NoRoot, false},
-        {Refusing("fields", "NEW.value = 'UNIX'"), Outcome::NoRoot, false},
+        {Refusing("accounts", "NEW.uid = 'Postmaster'"), AdminAccountsOutcome::NoPostmaster, false},
+        {Refusing("fields", "NEW.value = 'Mail Administrator'"), AdminAccountsOutcome::NoPostmaster, false},
+        {Refusing("accounts", "NEW.uid = 'Root'"), AdminAccountsOutcome::NoRoot, false},
+        {Refusing("fields", "NEW.value = 'UNIX'"), AdminAccountsOutcome::NoRoot, false},
         {kLosing + Refusing("accounts", "EXISTS (SELECT 1 FROM accounts WHERE uid = 'Root')"),
-         Outcome::NotReopened, false},
-        {Refusing("fields", "NEW.name = 'Account-Delivery'"), Outcome::NotDelivered, true},
+         AdminAccountsOutcome::NotReopened, false},
+        {Refusing("fields", "NEW.name = 'Account-Delivery'"), AdminAccountsOutcome::NotDelivered, true},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.triggers.CString());
@@ -140,7 +138,7 @@ TEST_F(PostmasterAccounts, StandTogetherOrNotAtAll) {
 
 TEST_F(PostmasterAccounts, NeedADatabase) {
     folder_.Write("config/MTA-Accounts", "damaged");
-    EXPECT_EQ(Make().outcome, Outcome::NoPostmaster);
+    EXPECT_EQ(Make().outcome, AdminAccountsOutcome::NoPostmaster);
     EXPECT_EQ(MapFileRead(folder_ / "config/MTA-Accounts"), "damaged");
 }
 

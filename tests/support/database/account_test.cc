@@ -171,36 +171,26 @@ TEST_F(Accounts, TransactionIsAllOrNothing) {
     EXPECT_TRUE(Exists("Ann") && Exists("Bob"));
 }
 
-TEST_F(Accounts, InnerTransactionIsTakenBackByItself) {
-    {
+TEST_F(Accounts, TransactionInsideAnotherDoesNothing) {
+    for (const bool is_committed : {false, true}) {
         AccountTransaction outer;
         EXPECT_TRUE(Make("Ann"));
         {
-            const AccountTransaction inner;
+            AccountTransaction inner;
+            EXPECT_FALSE(inner.IsOpen());
             EXPECT_TRUE(Make("Bob"));
-            AccountTransaction innermost;
-            EXPECT_TRUE(Make("Carol"));
-            EXPECT_TRUE(innermost.Commit());
-            EXPECT_TRUE(Exists("Carol"));
+            EXPECT_FALSE(inner.Commit());
         }
-        EXPECT_FALSE(Exists("Bob") || Exists("Carol"));
-        AccountTransaction inner;
-        EXPECT_TRUE(Make("Dan"));
-        EXPECT_TRUE(inner.Commit());
-        EXPECT_TRUE(outer.Commit());
+        EXPECT_TRUE(Make("Carol"));
+        EXPECT_EQ(*OtherProcess()->Value("SELECT count(*) FROM accounts"), "0");
+        EXPECT_TRUE(!is_committed || outer.Commit());
+        EXPECT_FALSE(is_committed && outer.Commit());
     }
-    EXPECT_EQ(accounts_.AccountUIDList(), SStringList({"Ann", "Dan"}));
-    {
-        const AccountTransaction outer;
-        AccountTransaction inner;
-        EXPECT_TRUE(Make("Eve"));
-        EXPECT_TRUE(inner.Commit());
-    }
-    EXPECT_FALSE(Exists("Eve"));
+    EXPECT_EQ(accounts_.AccountUIDList(), SStringList({"Ann", "Bob", "Carol"}));
 }
 
 // Rows refused in the middle of a change, as on a full disk.
-TEST_F(Accounts, RefusedChangeTakesBackItsTransactionOnly) {
+TEST_F(Accounts, RefusedChangeTakesBackItsTransaction) {
     ASSERT_TRUE(Make("Ann", "ann@example.com"));
     const char* const refusals[] = {
         "CREATE TRIGGER refuse BEFORE INSERT ON fields WHEN NEW.value = 'bad' BEGIN"
@@ -208,28 +198,27 @@ TEST_F(Accounts, RefusedChangeTakesBackItsTransactionOnly) {
         "DROP TRIGGER refuse; CREATE TRIGGER refuse BEFORE INSERT ON fields WHEN NEW.value = 'bad' BEGIN"
         " SELECT RAISE(ROLLBACK, 'all of it'); END",
     };
-    for (const bool all_is_lost : {false, true}) {
-        ASSERT_TRUE(OtherProcess()->Execute(refusals[all_is_lost ? 1 : 0]));
+    for (const char* refusal : refusals) {
+        ASSERT_TRUE(OtherProcess()->Execute(refusal));
         SAccountMod account;
         ASSERT_TRUE(accounts_.ModifyAccount("Ann", &account));
         EXPECT_FALSE(account.Set("Name", {"good", "bad"}));
         EXPECT_EQ(Field("Ann", "Name"), SStringList("Ann"));
         {
-            AccountTransaction outer;
+            AccountTransaction transaction;
             EXPECT_TRUE(Make("Bob"));
-            {
-                AccountTransaction inner;
-                EXPECT_TRUE(account.Set("Password", "secret"));
-                EXPECT_FALSE(account.Set("Name", {"good", "bad"}));
-                EXPECT_FALSE(account.Set("Name", "good"));  // would be lasting by itself
-                EXPECT_FALSE(inner.Commit());
-            }
-            EXPECT_EQ(outer.Commit(), !all_is_lost);
+            EXPECT_TRUE(account.Set("Password", "secret"));
+            EXPECT_FALSE(account.Set("Name", {"good", "bad"}));
+            EXPECT_FALSE(account.Set("Name", "good"));  // would be lasting by itself
+            EXPECT_FALSE(Make("Carol"));
+            EXPECT_FALSE(AccountTransaction().IsOpen());
+            EXPECT_FALSE(transaction.Commit());
         }
-        EXPECT_EQ(Exists("Bob"), !all_is_lost);
+        EXPECT_EQ(accounts_.AccountUIDList(), SStringList("Ann"));
         EXPECT_EQ(Field("Ann", "Name"), SStringList("Ann"));
         EXPECT_EQ(Field("Ann", "Password"), SStringList());
-        accounts_.DeleteAccount("Bob");
+        EXPECT_TRUE(account.Set("Password", "later"));
+        EXPECT_TRUE(account.Set("Password", SStringList()));
     }
 }
 

@@ -65,7 +65,7 @@ TEST_F(DatabaseFileTest, WritingMakesTheFileWithItsOwnerAndMode) {
     for (const mode_t mask : {0000U, 0007U, 0077U}) {
         const mode_t before = umask(mask);
         {
-            const AsUser owner(kOwner, kGroup, {kGroup});
+            const AsUser owner({kOwner, kGroup, {kGroup}});
             EXPECT_TRUE(Writes());
         }
         umask(before);
@@ -151,7 +151,7 @@ TEST_F(DatabaseFileTest, OnlyARegularFileOfItsFormatWillDo) {
 // A run on a database that may only be read must not leave anything that keeps the next one from writing.
 TEST_F(DatabaseFileTest, ReadOnlyIsReadAndLeftAsItIs) {
     data_.GiveTo(kOwner, kGroup);
-    const AsUser owner(kOwner, kGroup, {kGroup});
+    const AsUser owner({kOwner, kGroup, {kGroup}});
     ASSERT_TRUE(Writes(kWithLog));
     const SString directory = data_.Config("");
     const struct {

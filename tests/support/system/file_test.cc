@@ -61,7 +61,7 @@ TEST(File, TellsWhatStandsAtAPath) {
 
 TEST(File, MayExistWhereItCannotBeTold) {
     const TemporaryFolder folder;  // closed to all but root
-    const AsUser nobody(kNobody, kNobody, {kNobody});
+    const AsUser nobody({kNobody, kNobody, {kNobody}});
     ASSERT_TRUE(nobody.IsTaken());
     EXPECT_FALSE(FileExists(folder / "none"));
     EXPECT_TRUE(EntryExists(folder / "none"));
@@ -81,7 +81,7 @@ TEST(IsWriteable, AsksForTheEffectiveUser) {
     const TemporaryFolder folder;
     const SString file = folder.Write("file", "", 0644);
     ASSERT_EQ(chmod((folder / "").CString(), 0755), 0);
-    const AsUser nobody(kNobody, kNobody, {kNobody});
+    const AsUser nobody({kNobody, kNobody, {kNobody}});
     ASSERT_TRUE(nobody.IsTaken());
     EXPECT_FALSE(IsWriteable(file));
 }

@@ -22,7 +22,7 @@ std::vector<gid_t> Groups() {
 TEST(AsUser, TakesAndGivesBackTheWholeIdentity) {
     const auto before = Groups();
     {
-        const AsUser user(kUser, kGroup, kGroups);
+        const AsUser user({kUser, kGroup, kGroups});
         EXPECT_TRUE(user.IsTaken());
         EXPECT_EQ(geteuid(), kUser);
         EXPECT_EQ(getegid(), kGroup);
@@ -36,7 +36,7 @@ TEST(AsUser, TakesAndGivesBackTheWholeIdentity) {
 
 TEST(AsUser, ChangesNothingWhereTheSystemRefuses) {
     const auto before = Groups();
-    const AsUser user(static_cast<uid_t>(-1), kGroup, kGroups);
+    const AsUser user({static_cast<uid_t>(-1), kGroup, kGroups});
     EXPECT_FALSE(user.IsTaken());
     EXPECT_EQ(geteuid(), 0U);
     EXPECT_EQ(getegid(), getgid());
@@ -44,9 +44,9 @@ TEST(AsUser, ChangesNothingWhereTheSystemRefuses) {
 }
 
 TEST(AsUser, CanBeTakenByAnotherUser) {
-    const AsUser owner(kUser, kGroup, kGroups);
+    const AsUser owner({kUser, kGroup, kGroups});
     {
-        const AsUser other(kUser + 1, kGroup + 5, {});
+        const AsUser other({kUser + 1, kGroup + 5, {}});
         EXPECT_TRUE(other.IsTaken());
         EXPECT_EQ(geteuid(), kUser + 1);
     }
@@ -56,7 +56,7 @@ TEST(AsUser, CanBeTakenByAnotherUser) {
 }
 
 TEST(AsRoot, TakesRootsRightsForAScope) {
-    const AsUser owner(kUser, kGroup, kGroups);
+    const AsUser owner({kUser, kGroup, kGroups});
     {
         const AsRoot root;
         EXPECT_EQ(geteuid(), 0U);

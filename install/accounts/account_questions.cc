@@ -1,10 +1,33 @@
-#include "install/accounts/mail_domains.h"
+// What the account step asks before it makes accounts.
+#include "install/accounts/account_questions.h"
 
 #include "install/console.h"
 #include "support/system/host.h"
 #include "support/text/printable.h"
 
 namespace {
+
+void ExplainMethods(bool accounts_exist) {
+    if (!accounts_exist) {
+        PrintParagraph(
+            "Electronic mail accounts can be created automatically for the users that currently have "
+            "UNIX login accounts. Please select one of the following methods for setting up the accounts:");
+    } else {
+        PrintParagraph(
+            "There are already some electronic mail accounts in the tern.harbor account database. If you "
+            "would like to synchronize your UNIX password database with the internal tern.harbor "
+            "database, you can do that now.");
+        PrintParagraph(
+            "The UNIX password database will be searched for users that currently don't have accounts in "
+            "tern.harbor, and accounts for those users will be created.");
+        PrintParagraph("Please select one of the following methods for setting up the accounts:");
+    }
+    Print(
+        " [A] Search for all users, including those\n"
+        " in the /etc/passwd file and NIS/NIS+.\n\n"
+        " [P] Search through /etc/passwd only.\n\n"
+        " [N] Don't automatically set up any accounts.\n\n");
+}
 
 void ExplainMailDomains(const SString& host, const SString& domain) {
     PrintParagraph(
@@ -52,6 +75,20 @@ bool ConfirmDomains(const SStringList& accepted) {
 }
 
 }  // namespace
+
+AccountMethod AskAccountMethod(bool accounts_exist) {
+    ExplainMethods(accounts_exist);
+    switch (Ask("Which method? All/Passwd/None/Quit ", accounts_exist ? "N" : "P")) {
+        case 'a':
+            return AccountMethod::AllSources;
+        case 'q':
+            return AccountMethod::Quit;
+        case 'n':
+            return AccountMethod::None;
+        default:
+            return AccountMethod::PasswordFile;
+    }
+}
 
 std::optional<SStringList> AskMailDomains(const SString& host, const SString& domain) {
     ExplainMailDomains(host, domain);

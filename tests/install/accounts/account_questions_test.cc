@@ -1,4 +1,4 @@
-#include "install/accounts/mail_domains.h"
+#include "install/accounts/account_questions.h"
 
 #include <gtest/gtest.h>
 
@@ -9,6 +9,29 @@ namespace {
 
 const SString kHost = "mail.example.com";
 const SString kDomain = "example.com";
+
+TEST(AskAccountMethod, TakesTheFirstLetterAndProposesByWhatIsThere) {
+    const struct {
+        const char* answers;
+        bool accounts_exist;
+        AccountMethod method;
+    } cases[] = {
+        {"a\n", false, AccountMethod::AllSources},
+        {"All\n", true, AccountMethod::AllSources},
+        {"p\n", true, AccountMethod::PasswordFile},
+        {"none\n", false, AccountMethod::None},
+        {"Quit\n", true, AccountMethod::Quit},
+        {"\n", false, AccountMethod::PasswordFile},
+        {"\n", true, AccountMethod::None},
+        {"", false, AccountMethod::PasswordFile},
+        {"", true, AccountMethod::None},
+        {"x\n", true, AccountMethod::PasswordFile},
+    };
+    for (const auto& c : cases) {
+        const Dialogue dialogue(c.answers);
+        EXPECT_EQ(AskAccountMethod(c.accounts_exist), c.method) << c.answers << c.accounts_exist;
+    }
+}
 
 struct Answers {
     const char* what;

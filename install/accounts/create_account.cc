@@ -1,0 +1,15 @@
+// Writes a new account's fields and its lock.
+#include "install/accounts/create_account.h"
+
+bool CreateAccount(const SString& uid, const AccountFields& fields, AccountLock lock, size_t* refused) {
+    SAccountDBMod accounts;
+    SAccountMod account;
+    // An account that another process has made meanwhile is somebody's.
+    if (accounts.ModifyAccount(uid, &account) == 0 || !account.IsNew()) return false;
+    for (size_t i = 0; i < fields.size(); ++i) {
+        if (account.Set(fields[i].name, fields[i].values) != 0) continue;
+        if (refused != nullptr) *refused = i;
+        return false;
+    }
+    return lock == AccountLock::Open || account.Lock() != 0;
+}

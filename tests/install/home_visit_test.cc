@@ -2,8 +2,15 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
+
+#include <cerrno>
+#include <cstddef>
 
 #include "support/descriptor.h"
 #include "support/file.h"
@@ -178,6 +185,35 @@ TEST_F(HomeVisit, LeavesAloneWhatIsNoHome) {
     EXPECT_TRUE(VisitHome(Home(), nobody, kNotice).finger_lines.IsEmpty());
     EXPECT_TRUE(VisitHome(Home(), no_group, kNotice).finger_lines.IsEmpty());
     EXPECT_FALSE(EntryExists(In(".forward.NOTICE")));
+}
+
+/// From here on the kernel answers the system call openat2 with this error, in this process.
+void RefuseOpenat2(unsigned error) {
+    sock_filter filter[] = {
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_openat2, 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | error),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    };
+    const sock_fprog program = {std::size(filter), filter};
+    if (prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0) _exit(1);
+}
+
+TEST_F(HomeVisit, ReadsWithoutOpenat2WhereThatIsUnknownOnly) {
+    Put(".project", "Mail\n");
+    Put("mine", "mine\n");
+    Link("mine", ".plan");
+    const struct {
+        unsigned error;
+        int lines;  // of .project: a link is not followed then
+    } cases[] = {{ENOSYS, 4}, {EPERM, 4}, {EACCES, 0}};
+    for (const auto& c : cases) {
+        const auto visit = [&] {
+            RefuseOpenat2(c.error);
+            _exit(100 + static_cast<int>(FingerLines().Count()));
+        };
+        EXPECT_EXIT(visit(), testing::ExitedWithCode(100 + c.lines), "") << c.error;
+    }
 }
 
 }  // namespace

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "install/steps.h"
 #include "support/file.h"
 #include "support/host.h"
+#include "tests/dialogue.h"
 #include "tests/temporary_folder.h"
 
 namespace {
@@ -68,6 +70,25 @@ TEST(ReadRemoteSettings, TakesWhatIsMissingAsTheModulesDo) {
     EXPECT_EQ(settings.port, 443);
     EXPECT_EQ(settings.access, SStringList({"a.example", "b.example"}));
     EXPECT_FALSE(settings.by_email);
+}
+
+TEST(ConfigureFeatures, AsksForAPortUntilItGetsOne) {
+    const TemporaryFolder folder;
+    PutEnv("TernHarbor", folder / "");
+    MakeDir(folder / "config", 0700);
+    Sdbfile www_server("WWW-Server", 0);
+    ASSERT_TRUE(www_server.Open("/Config", 1) && www_server.Set("Socket", "no port"));
+    {
+        const Dialogue dialogue("yes\n0\n8080\nyes\nyes\n");
+        EXPECT_TRUE(ConfigureFeatures());
+        EXPECT_EQ(www_server.Get("Socket"), SStringList("8080"));
+    }
+    // Where input ends, a default that is a port ends the question, and none that is not.
+    const Dialogue dialogue("yes\n0\n");
+    EXPECT_TRUE(ConfigureFeatures());
+    ASSERT_TRUE(www_server.Set("Socket", "no port"));
+    const Dialogue another("yes\n0\n");
+    EXPECT_FALSE(ConfigureFeatures());
 }
 
 }  // namespace

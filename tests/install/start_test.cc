@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 
 #include "install/server_process.h"
@@ -99,6 +100,18 @@ TEST(StartDaemon, IsNotDoneWithShowStoppersUnlessAsked) {
     }
     gf_ShowStoppers = 0;
     gstrl_Reminders.Reset();
+}
+
+TEST(StartDaemon, LeavesTheServerFourSecondsToSpeak) {
+    const TemporaryFolder folder;
+    gstr_ProgramDir = folder / "";
+    folder.Write("tern.harbor", "#!/bin/sh\n", 0755);
+    const auto begin = std::chrono::steady_clock::now();
+    const Dialogue dialogue;
+    EXPECT_TRUE(StartDaemon());
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::seconds(4));
+    EXPECT_EQ(WaitForServer(), 0);
+    gstr_ProgramDir = "";
 }
 
 }  // namespace

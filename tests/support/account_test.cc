@@ -232,6 +232,24 @@ TEST_F(Accounts, RefusedChangeTakesBackItsTransactionOnly) {
     }
 }
 
+TEST_F(Accounts, FieldIsSetOnlyWhereEveryRowOfItIs) {
+    ASSERT_TRUE(Make("Ann", "ann@example.com"));
+    SAccountMod account;
+    ASSERT_TRUE(accounts_.ModifyAccount("Ann", &account));
+    for (const char* change : {"DELETE ON fields", "INSERT ON fields", "DELETE ON addresses",
+                               "INSERT ON addresses", "INSERT ON addresses WHEN NEW.address LIKE 'b%'"}) {
+        const SString refusal =
+            SString("CREATE TRIGGER refuse BEFORE ") + change + " BEGIN SELECT RAISE(ABORT, 'no'); END";
+        ASSERT_TRUE(OtherProcess()->Execute(refusal.CString())) << change;
+        EXPECT_FALSE(account.Set("SMTP-Address", {"a@example.com", "b@example.com"})) << change;
+        EXPECT_EQ(Field("Ann", "SMTP-Address"), SStringList("ann@example.com")) << change;
+        EXPECT_EQ(Owner("ann@example.com"), "Ann") << change;
+        EXPECT_EQ(Owner("a@example.com"), "") << change;
+        ASSERT_TRUE(OtherProcess()->Execute("DROP TRIGGER refuse"));
+    }
+    EXPECT_TRUE(account.Set("SMTP-Address", {"a@example.com", "b@example.com"}));
+}
+
 TEST_F(Accounts, FailedTransactionWritesNothing) {
     ASSERT_TRUE(Make("Ann"));
     const auto other = OtherProcess();

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstddef>
 
 #include "support/descriptor.h"
@@ -214,6 +215,20 @@ TEST_F(HomeVisit, ReadsWithoutOpenat2WhereThatIsUnknownOnly) {
         };
         EXPECT_EXIT(visit(), testing::ExitedWithCode(100 + c.lines), "") << c.error;
     }
+}
+
+// Who has a lease on a file makes others wait for 45 seconds as they open it.
+TEST_F(HomeVisit, WaitsForNobodyWhoHoldsAFile) {
+    const SString path = Put(".plan", "mine\n");
+    const auto visit = [&](bool is_openat2_known) {
+        signal(SIGIO, SIG_IGN);  // asks for the lease
+        const Descriptor held = Descriptor::Open(path, O_WRONLY);
+        if (fcntl(held.Get(), F_SETLEASE, F_WRLCK) != 0) _exit(1);
+        if (!is_openat2_known) RefuseOpenat2(ENOSYS);
+        _exit(100 + static_cast<int>(FingerLines().Count()));
+    };
+    EXPECT_EXIT(visit(true), testing::ExitedWithCode(100), "");
+    EXPECT_EXIT(visit(false), testing::ExitedWithCode(100), "");
 }
 
 }  // namespace

@@ -104,6 +104,7 @@ TEST_F(Accounts, ModificationServesSeveralInTurn) {
     EXPECT_FALSE(accounts_.ModifyAccount("", &account));
     EXPECT_FALSE(account.Set("Name", "nobody"));
     EXPECT_FALSE(SAccountMod().Lock());
+    EXPECT_FALSE(SAccountMod().IsNew());
 }
 
 TEST_F(Accounts, AreListedInTheOrderOfCreation) {

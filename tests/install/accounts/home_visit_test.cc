@@ -2,8 +2,16 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstddef>
 
 #include "support/system/descriptor.h"
 #include "support/system/file.h"
@@ -178,6 +186,49 @@ TEST_F(HomeVisit, LeavesAloneWhatIsNoHome) {
     EXPECT_TRUE(VisitHome(Home(), nobody, kNotice).finger_lines.IsEmpty());
     EXPECT_TRUE(VisitHome(Home(), no_group, kNotice).finger_lines.IsEmpty());
     EXPECT_FALSE(EntryExists(In(".forward.NOTICE")));
+}
+
+/// From here on the kernel answers the system call openat2 with this error, in this process.
+void RefuseOpenat2(unsigned error) {
+    sock_filter filter[] = {
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_openat2, 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | error),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    };
+    const sock_fprog program = {std::size(filter), filter};
+    if (prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0) _exit(1);
+}
+
+TEST_F(HomeVisit, ReadsWithoutOpenat2WhereThatIsUnknownOnly) {
+    Put(".project", "Mail\n");
+    Put("mine", "mine\n");
+    Link("mine", ".plan");
+    const struct {
+        unsigned error;
+        int lines;  // of .project: a link is not followed then
+    } cases[] = {{ENOSYS, 4}, {EPERM, 4}, {EACCES, 0}};
+    for (const auto& c : cases) {
+        const auto visit = [&] {
+            RefuseOpenat2(c.error);
+            _exit(100 + static_cast<int>(FingerLines().Count()));
+        };
+        EXPECT_EXIT(visit(), testing::ExitedWithCode(100 + c.lines), "") << c.error;
+    }
+}
+
+// Who has a lease on a file makes others wait for 45 seconds as they open it.
+TEST_F(HomeVisit, WaitsForNobodyWhoHoldsAFile) {
+    const SString path = Put(".plan", "mine\n");
+    const auto visit = [&](bool is_openat2_known) {
+        signal(SIGIO, SIG_IGN);  // asks for the lease
+        const Descriptor held = Descriptor::Open(path, O_WRONLY);
+        if (fcntl(held.Get(), F_SETLEASE, F_WRLCK) != 0) _exit(1);
+        if (!is_openat2_known) RefuseOpenat2(ENOSYS);
+        _exit(100 + static_cast<int>(FingerLines().Count()));
+    };
+    EXPECT_EXIT(visit(true), testing::ExitedWithCode(100), "");
+    EXPECT_EXIT(visit(false), testing::ExitedWithCode(100), "");
 }
 
 }  // namespace

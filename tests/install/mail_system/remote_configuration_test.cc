@@ -55,6 +55,15 @@ TEST_F(ConfigureFeaturesTest, AsksForAPortUntilItIsOne) {
     EXPECT_EQ(Stored("WWW-Server", "Socket"), "30");
 }
 
+TEST_F(ConfigureFeaturesTest, GoesOnAskingWhileThereIsInput) {
+    Store("WWW-Server", "Socket", "no port");
+    EXPECT_TRUE(Run("yes\n0\n8080\nyes\nyes\n"));
+    EXPECT_EQ(Stored("WWW-Server", "Socket"), "8080");
+    EXPECT_TRUE(Run("yes\n0\n"));  // the default is a port
+    Store("WWW-Server", "Socket", "no port");
+    EXPECT_FALSE(Run("yes\n0\n"));
+}
+
 TEST_F(ConfigureFeaturesTest, StopsWhereInputEndsAndTheDefaultIsNoPort) {
     Store("WWW-Server", "Socket", "none");
     EXPECT_FALSE(Run("yes\n"));

@@ -1,8 +1,12 @@
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <chrono>
 
 #include "install/settings.h"
 #include "install/steps.h"
 #include "tests/dialogue.h"
+#include "tests/temporary_folder.h"
 
 namespace {
 
@@ -26,6 +30,18 @@ TEST(StartDaemon, IsNotDoneWithShowStoppersUnlessAsked) {
     }
     gf_ShowStoppers = 0;
     gstrl_Reminders.Reset();
+}
+
+TEST(StartDaemon, LeavesTheServerFourSecondsToSpeak) {
+    const TemporaryFolder folder;
+    gstr_ProgramDir = folder / "";
+    folder.Write("tern.harbor", "#!/bin/sh\n", 0755);
+    const auto begin = std::chrono::steady_clock::now();
+    const Dialogue dialogue;
+    EXPECT_TRUE(StartDaemon());
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::seconds(4));
+    EXPECT_GT(wait(nullptr), 0);
+    gstr_ProgramDir = "";
 }
 
 }  // namespace

@@ -105,6 +105,7 @@ TEST_F(Accounts, ModificationServesSeveralInTurn) {
     EXPECT_FALSE(accounts_.ModifyAccount("", &account));
     EXPECT_FALSE(account.Set("Name", "nobody"));
     EXPECT_FALSE(SAccountMod().Lock());
+    EXPECT_FALSE(SAccountMod().IsNew());
 }
 
 TEST_F(Accounts, AreListedInTheOrderOfCreation) {
@@ -220,6 +221,24 @@ TEST_F(Accounts, RefusedChangeTakesBackItsTransaction) {
         EXPECT_TRUE(account.Set("Password", "later"));
         EXPECT_TRUE(account.Set("Password", SStringList()));
     }
+}
+
+TEST_F(Accounts, FieldIsSetOnlyWhereEveryRowOfItIs) {
+    ASSERT_TRUE(Make("Ann", "ann@example.com"));
+    SAccountMod account;
+    ASSERT_TRUE(accounts_.ModifyAccount("Ann", &account));
+    for (const char* change : {"DELETE ON fields", "INSERT ON fields", "DELETE ON addresses",
+                               "INSERT ON addresses", "INSERT ON addresses WHEN NEW.address LIKE 'b%'"}) {
+        const SString refusal =
+            SString("CREATE TRIGGER refuse BEFORE ") + change + " BEGIN SELECT RAISE(ABORT, 'no'); END";
+        ASSERT_TRUE(OtherProcess()->Execute(refusal.CString())) << change;
+        EXPECT_FALSE(account.Set("SMTP-Address", {"a@example.com", "b@example.com"})) << change;
+        EXPECT_EQ(Field("Ann", "SMTP-Address"), SStringList("ann@example.com")) << change;
+        EXPECT_EQ(Owner("ann@example.com"), "Ann") << change;
+        EXPECT_EQ(Owner("a@example.com"), "") << change;
+        ASSERT_TRUE(OtherProcess()->Execute("DROP TRIGGER refuse"));
+    }
+    EXPECT_TRUE(account.Set("SMTP-Address", {"a@example.com", "b@example.com"}));
 }
 
 TEST_F(Accounts, FailedTransactionWritesNothing) {

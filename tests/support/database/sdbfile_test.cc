@@ -149,6 +149,19 @@ TEST_F(SdbfileTest, FullDiskLeavesTheOldValues) {
     EXPECT_EQ(data_.Listing(), "Module");
 }
 
+TEST_F(SdbfileTest, RefusedRowLeavesTheOldValues) {
+    ASSERT_TRUE(Store("/Config", "Key", {"one", "two"}));
+    const auto other = sqlite::Connection::Open(data_.Config("Module"), sqlite::Mode::Shared);
+    for (const char* change : {"DELETE ON settings", "INSERT ON settings WHEN NEW.value = 'bad'"}) {
+        const SString refusal =
+            SString("CREATE TRIGGER refuse BEFORE ") + change + " BEGIN SELECT RAISE(ABORT, 'no'); END";
+        ASSERT_TRUE(other->Execute(refusal.CString())) << change;
+        EXPECT_FALSE(Store("/Config", "Key", {"good", "bad"})) << change;
+        EXPECT_EQ(Load("/Config", "Key"), SStringList({"one", "two"})) << change;
+        ASSERT_TRUE(other->Execute("DROP TRIGGER refuse"));
+    }
+}
+
 /// Another process writes half of a transaction and is killed: its journal or log stays.
 void LeaveUnfinished(const SString& path, const char* journal_mode) {
     const pid_t child = fork();

@@ -65,4 +65,21 @@ TEST_F(StorageDocument, ShowsASetting) {
     ExpectSchema("WWW-Server");
 }
 
+TEST_F(StorageDocument, CountsPositionsFromZero) {
+    SAccountDBMod accounts;
+    SAccountMod account;
+    Sdbfile module("Module", 0);
+    ASSERT_TRUE(accounts.ModifyAccount("Ann", &account) &&
+                account.Set("SMTP-Address", {"a@b.example", "c@d.example"}));
+    ASSERT_TRUE(module.Open("/Config", 1) && module.Set("WWWAccess", {"a.example", "b.example"}));
+    const std::pair<const char*, const char*> tables[] = {{"MTA-Accounts", "fields"}, {"Module", "settings"}};
+    for (const auto& [database, table] : tables) {
+        const auto connection = sqlite::Connection::Open(data_.Config(database), sqlite::Mode::Shared);
+        ASSERT_NE(connection, nullptr);
+        const SString query = SString("SELECT group_concat(position) FROM (SELECT position FROM ") + table +
+                              " ORDER BY position)";
+        EXPECT_EQ(connection->Value(query.CString()), SString("0,1")) << database;
+    }
+}
+
 }  // namespace

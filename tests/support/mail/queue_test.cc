@@ -3,9 +3,11 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <chrono>
+#include <csignal>
 #include <thread>
 
 #include "support/system/descriptor.h"
@@ -110,6 +112,22 @@ TEST_F(Queue, DoesNotWriteWhatCouldNotBeReadBack) {
     SControl control;
     control["Priority:"] = "1\n2";
     EXPECT_FALSE(control.Write("Stem"));
+    EXPECT_TRUE(AllFiles().IsEmpty());
+}
+
+TEST_F(Queue, IsNotPreparedWhereItCouldNotBeWrittenWhole) {
+    SControl control;
+    control["Priority:"] = SString('1', 5000);
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    const auto handler = signal(SIGXFSZ, SIG_IGN);
+    const rlimit full{4096, before.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &full), 0);
+    const bool is_prepared = control.Prepare("Stem");
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
+    signal(SIGXFSZ, handler);
+    EXPECT_FALSE(is_prepared);
+    EXPECT_FALSE(control.Publish());
     EXPECT_TRUE(AllFiles().IsEmpty());
 }
 

@@ -2,8 +2,10 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 
@@ -91,6 +93,15 @@ TEST(ReadCommand, HandsDownOnlyTheStandardDescriptors) {
     const SString path = "/proc/self/fd/" + SString(stray);
     EXPECT_TRUE(ReadCommand("[ -e " + path + " ] && echo inherited").IsEmpty());
     close(stray);
+}
+
+TEST(ReadCommand, LeavesNoChildBehind) {
+    const auto run = [] {
+        ReadCommand("true");
+        const bool is_childless = waitpid(-1, nullptr, WNOHANG) < 0 && errno == ECHILD;
+        _exit(is_childless ? 77 : 1);
+    };
+    EXPECT_EXIT(run(), testing::ExitedWithCode(77), "");
 }
 
 }  // namespace

@@ -27,6 +27,13 @@ TEST(Descriptor, OfAMissingFileIsNone) {
     EXPECT_FALSE(file.Sync());
 }
 
+TEST(Descriptor, IsNoneUntilItIsGivenOne) {
+    Descriptor none;
+    EXPECT_FALSE(none);
+    EXPECT_LT(none.Get(), 0);  // not one of the standard descriptors, which it would close
+    EXPECT_TRUE(none.Close());
+}
+
 TEST(Descriptor, HasOneOwner) {
     Descriptor first = Descriptor::Open("/dev/null", O_RDONLY);
     const int fd = first.Get();

@@ -33,6 +33,7 @@ TEST(SNamedStringList, DeletesOneOrAll) {
     lists.Delete(lists.Keys()[0]);
     EXPECT_EQ(lists.Keys(), SStringList("b"));
     EXPECT_TRUE(lists.Get("a").IsEmpty());
+    EXPECT_TRUE(lists["a"].IsEmpty());
     lists["a"] = "3";
     EXPECT_EQ(lists.Keys(), SStringList({"b", "a"}));
     lists.Reset();

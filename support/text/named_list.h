@@ -1,4 +1,4 @@
-// String lists under names: a map that keeps its names in the order in which they were first set.
+// Lists of strings under names, the names in the order in which they were first used.
 #pragma once
 
 #include <map>
@@ -12,7 +12,9 @@ class SNamedStringList {
     SStringList& operator[](const SString& name);
     /// The same without making one: an empty list when there is none.
     SStringList Get(const SString& name) const;
+    /// A name deleted and used again comes last.
     const SStringList& Keys() const { return names_; }
+    /// Nothing happens when there is no such name.
     void Delete(const SString& name);
     void Reset();
 

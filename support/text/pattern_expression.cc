@@ -4,7 +4,7 @@ namespace {
 
 constexpr size_t kNone = std::string_view::npos;
 
-/// The position of the first slash at or after from that no backslash escapes.
+/// The first unescaped slash at or after from.
 size_t NextSlash(std::string_view text, size_t from) {
     for (size_t at = from; at < text.size(); at++) {
         if (text[at] == '/') return at;
@@ -13,7 +13,7 @@ size_t NextSlash(std::string_view text, size_t from) {
     return kNone;
 }
 
-/// Whether the text ends in a slash that belongs to it as its end: "/a\/" does not.
+/// "/a\/" is not: its last slash is escaped.
 bool IsEnclosed(std::string_view text) {
     if (text.size() < 2 || text.front() != '/') return false;
     size_t slash = 0;
@@ -25,7 +25,7 @@ std::string_view Inside(std::string_view enclosed) {
     return enclosed.substr(1, enclosed.size() - 2);
 }
 
-/// In an expression "\/" means a slash by itself; the replacement is plain text and loses the backslash.
+/// PCRE2 reads "\/" as a slash by itself; the replacement is plain text.
 std::string Unescaped(std::string_view replacement) {
     std::string result;
     for (size_t at = 0; at < replacement.size(); at++) {

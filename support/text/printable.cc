@@ -19,7 +19,7 @@ size_t PromisedLength(unsigned first) {
     return 0;
 }
 
-/// Whether the second byte is one that no shorter form, surrogate or number past U+10FFFF has (RFC 3629).
+/// False for an overlong form, a surrogate or a number past U+10FFFF (RFC 3629).
 bool IsSecondAllowed(unsigned first, unsigned second) {
     if (first == 0xE0) return second >= 0xA0;
     if (first == 0xED) return second <= 0x9F;
@@ -28,7 +28,7 @@ bool IsSecondAllowed(unsigned first, unsigned second) {
     return true;
 }
 
-/// The length of the UTF-8 sequence that stands at a place; 0 when none does.
+/// The length of the UTF-8 sequence there; 0 when the bytes form none.
 size_t SequenceLength(std::string_view text, size_t at) {
     const size_t length = PromisedLength(Byte(text, at));
     for (size_t i = 1; i < length; i++) {
@@ -38,8 +38,7 @@ size_t SequenceLength(std::string_view text, size_t at) {
     return length;
 }
 
-/// Whether a sequence of a length is a control character; 0 is a byte that belongs to none, which terminals
-/// take for one of ISO 8859.
+/// Length 0 is a byte of no sequence, which a terminal may take for ISO 8859.
 bool IsControl(std::string_view text, size_t at, size_t length) {
     const unsigned first = Byte(text, at);
     if (length == 0) return first < 0xA0;

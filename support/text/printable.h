@@ -1,9 +1,9 @@
-// Other people's text, made fit for a terminal or a mail's line.
+// Other people's text made safe to show on a terminal or in a mail's line.
 #pragma once
 
 #include "support/text/sstring.h"
 
-/// The text with every control character replaced by "?", but for those kept. In UTF-8 these are U+0080 to
-/// U+009F, too, and of the bytes that form no valid UTF-8 those that ISO 8859 has for them: a name in that
-/// character set keeps its letters.
+/// The text with "?" for every control character that is not in kept. U+0080 to U+009F are control
+/// characters, too; a byte of no valid UTF-8 is judged as ISO 8859, so that a name in that character set
+/// keeps its letters.
 SString Printable(const SString& text, std::string_view kept = "");

@@ -12,7 +12,7 @@ SStringList::SStringList(const char* const* null_terminated) {
 }
 
 void SStringList::Push(const SStringList& items) {
-    // By count, as a list may be pushed onto itself.
+    // By the count at the start: the list may be pushed onto itself.
     const size_t count = items.Count();
     for (size_t i = 0; i < count; i++) items_.push_back(items.items_[i]);
 }
@@ -54,7 +54,7 @@ bool SStringList::Contains(const SString& item) const {
 }
 
 void SStringList::Delete(const SString& item) {
-    // A copy is compared with, as the item may be an element, which moves.
+    // Against a copy: the item may be an element, which moves.
     std::erase_if(items_, [copy = item](const SString& element) { return element == copy; });
 }
 

@@ -1,4 +1,8 @@
-// An ordered sequence of strings, indexed from 0. Push, Pop and Shift are amortised O(1).
+// An ordered sequence of strings, indexed from 0.
+//
+//     SStringList({"a b", "c"}).Grep("s/ .*//")    {"a"}; the list becomes {"a", "c"}
+//
+// Push, Pop and Shift take constant time. A list may be given itself or its own elements.
 #pragma once
 
 #include <deque>
@@ -14,9 +18,11 @@ class SStringList {
     using const_iterator = std::deque<SString>::const_iterator;
 
     SStringList() = default;
+    /// One element: an SString or what becomes one.
     template <std::convertible_to<SString> T>
     SStringList(const T& only) : items_{SString(only)} {}
     SStringList(std::initializer_list<SString> items) : items_(items) {}
+    /// Up to the first null pointer; empty for a null array.
     explicit SStringList(const char* const* null_terminated);
 
     bool operator==(const SStringList& other) const = default;
@@ -38,22 +44,24 @@ class SStringList {
     SString Shift();
     /// Inserts before position at (clamped to the list).
     void Insert(const SStringList& items, int at);
-    /// Removes up to count elements from at on.
+    /// Removes up to count elements from position at (clamped to the list) on; none for a negative count.
     void Splice(int at, int count);
     /// Element i; an empty string out of range.
     SString Get(int i) const;
+    /// Element i, which must exist.
     const SString& operator[](size_t i) const { return items_[i]; }
     SString& operator[](size_t i) { return items_[i]; }
 
     bool Contains(const SString& item) const;
+    /// Removes every equal element.
     void Delete(const SString& item);
-    /// "/re/" gives the elements that match, "!/re/" those that do not, in their order; "s/re/replacement/"
-    /// replaces the first match in every element that has one, in place, and gives the changed elements. "\/"
-    /// is a slash inside an expression. A malformed re matches nothing: "/re/" selects nothing, "!/re/" all,
-    /// and "s/re/x/" changes nothing. Any other text selects and changes nothing. The second argument is
-    /// always null.
+    /// "/re/" gives the elements that match and "!/re/" those that do not, in their order.
+    /// "s/re/replacement/" replaces the first match in every element that has one, in place, and gives those
+    /// elements. "\/" is a slash inside an expression. A malformed re matches nothing, so "!/re/" gives all
+    /// elements. Any other text gives and changes nothing. The second argument is always null.
     SStringList Grep(const SString& expression, SStringList* unused = nullptr);
-    SStringList Grep(const SString& expression) const = delete;  // form 3 edits the list: copy it first
+    SStringList Grep(const SString& expression) const = delete;  // "s/re/x/" edits: copy the list first
+    /// The elements with the separator between them; the empty text for no elements.
     SString Join(const SString& separator = "") const;
     void Sort();    // by byte value
     void Unique();  // removes elements equal to the one before
@@ -68,11 +76,11 @@ class SStringList {
     std::deque<SString> items_;
 };
 
-/// The whole stream, one element per line, line ends kept (see SString's operator).
+/// The stream's remaining lines in place of what the list held, each as SString's operator gives it.
 std::istream& operator>>(std::istream& in, SStringList& lines);
 
-/// A lower-cased copy of every entry.
+/// A copy with the ASCII letters of every element lower-cased.
 SStringList LowerCase(SStringList items);
 
-/// The text's lines, each with its line end; the last one without, where the text ends so.
+/// The text's lines, each with its line end; the last one may lack it. The empty text has none.
 SStringList Lines(const SString& text);

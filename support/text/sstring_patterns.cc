@@ -16,7 +16,7 @@ bool IsDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-/// The number after a "$", moving past it; 0 when there is none. None has more than two digits.
+/// Reads the number after a "$", of two digits at most; 0 when there is none.
 size_t GroupNumber(std::string_view text, size_t* at) {
     size_t number = 0;
     for (size_t digits = 0; digits < 2 && *at < text.size() && IsDigit(text[*at]); digits++, (*at)++) {
@@ -26,7 +26,7 @@ size_t GroupNumber(std::string_view text, size_t* at) {
     return number;
 }
 
-/// The replacement for one match. One pass: a group's text that holds a "$1" is not expanded again.
+/// In one pass, or a "$1" in a group's text would be expanded as well.
 std::string Expand(const SString& replacement, const SString& subject, const Pattern::Match& match) {
     const std::string_view text = replacement.Bytes();
     std::string result;
@@ -42,8 +42,7 @@ std::string Expand(const SString& replacement, const SString& subject, const Pat
     return result;
 }
 
-/// The next match that can end a field: one of no length at the field's own start or at the text's end
-/// cannot.
+/// The next match that ends a field; an empty one at the field's start or at the text's end does not.
 std::optional<Pattern::Match> NextSeparator(const Pattern& pattern, std::string_view text, size_t field,
                                             Pattern::Work* work) {
     auto match = pattern.Find(text, field, work);
@@ -99,7 +98,7 @@ SString SString::S(const SString& pattern, const SString& replacement, const SSt
         result += Expand(replacement, *this, *match);
         kept = end;
         if (!every) break;
-        // After a match of no length the next begins one further, or this one would be found for ever.
+        // An empty match would be found again for ever.
         match = compiled.Find(bytes_, begin == end ? end + 1 : end, &work);
     }
     return result.append(bytes_, kept);

@@ -1,3 +1,4 @@
+// The errors that end the Postmaster's set-up.
 #include "install/postmaster/messages.h"
 
 #include "install/console.h"

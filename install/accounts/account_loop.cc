@@ -1,3 +1,4 @@
+// Works through the candidates, the first one by one and the rest in batches.
 #include "install/accounts/account_loop.h"
 
 #include <chrono>
@@ -9,9 +10,8 @@
 
 namespace {
 
-// Each of the first logins is told about as it is worked on. Beyond them accounts are made in batches, as a
-// commit for each would take more time than all else. No home is visited while the database is held: one on a
-// server that does not answer would hold it, too.
+// The first logins are told of one by one; beyond them a commit for each would take more time than all else.
+// Homes are visited before the transaction: a hung file server must not hold the lock.
 constexpr size_t kLoginsOneByOne = 100;
 constexpr std::chrono::milliseconds kBatchTime{20};
 constexpr size_t kBatchBytes = size_t{1} << 20;  // of finger information, which users choose the size of
@@ -111,14 +111,15 @@ AccountLoop::Visit AccountLoop::MakeVisit(const Candidate& candidate, const Iden
     visit.maildrop = RepairMaildrop(MaildropPath(candidate.login), user, site_.mail_group);
     HomeFindings findings = VisitHome(candidate.home, user, ForwardNoticeFile(site_.host));
     visit.account.finger_info = findings.finger_lines.Join("\r\n");
-    // Nobody could be told at an address that is none.
+    // A login that is no valid address cannot be mailed.
     if (findings.has_forward && IsLocalPart(candidate.login)) {
         results_->forward_users.Push(visit.account.addresses.Get(0));
     }
     return visit;
 }
 
-/// All accounts in one transaction. False when one was refused, which takes back the others.
+/// All accounts in one transaction. False when a refusal took it back; a lock that was not to be had counts
+/// as done, as waiting for it again would take 5 s a login.
 bool AccountLoop::WriteTogether(Visits* visits) {
     AccountTransaction transaction;
     for (Visit& visit : *visits) visit.outcome = MakeAccountInBatch(visit.account, &visit.uid_and_password);

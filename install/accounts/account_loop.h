@@ -10,6 +10,8 @@
 #include "install/accounts/maildrop.h"
 #include "install/accounts/new_account.h"
 
+/// Without ids: those that the host knows at the time of the visit count (LoginIndex). A password file may be
+/// another host's, and a login may vanish or get other ids while the administrator answers.
 struct Candidate {
     SString full_name;
     SString login;

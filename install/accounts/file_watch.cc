@@ -1,3 +1,4 @@
+// Compares what stat tells of a file with what it told before.
 #include "install/accounts/file_watch.h"
 
 namespace {

@@ -1,3 +1,4 @@
+// Reads password entries through the C library.
 #include "install/accounts/password_entries.h"
 
 #include <pwd.h>

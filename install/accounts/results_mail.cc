@@ -1,3 +1,4 @@
+// Composes the results mail, section by section.
 #include "install/accounts/results_mail.h"
 #include "support/text/printable.h"
 

@@ -1,3 +1,4 @@
+// Reads, chooses and writes the Postmaster's two delivery fields.
 #include "install/postmaster/deliveries.h"
 
 namespace {

@@ -1,3 +1,4 @@
+// Asks for the Postmaster's password and Access-Domains, and checks them.
 #include "install/postmaster/dialogue.h"
 
 #include "install/console.h"

@@ -83,9 +83,9 @@ bool TellOldLost() {
     return false;
 }
 
-bool TellOutcome(Replacement outcome) {
-    if (outcome == Replacement::OldRetained) return TellOldRetained();
-    if (outcome == Replacement::OldLost) return TellOldLost();
+bool TellReplacement(Replacement replacement) {
+    if (replacement == Replacement::OldRetained) return TellOldRetained();
+    if (replacement == Replacement::OldLost) return TellOldLost();
     Print("\nPostmaster account setup completed.\n\n");
     return true;
 }
@@ -112,7 +112,7 @@ bool ChangeDeliveries(SAccountDB* accounts, SAccountMod* postmaster, const Deliv
         Print("\n");
         return true;
     }
-    return TellOutcome(Replace(accounts, postmaster, old, *chosen)) && !CriticalSection::WasInterrupted();
+    return TellReplacement(Replace(accounts, postmaster, old, *chosen)) && !CriticalSection::WasInterrupted();
 }
 
 bool EditPostmaster(SAccountDB* accounts, SAccountMod* postmaster, const SAccount& record, bool is_new) {
@@ -148,7 +148,7 @@ bool SetupAdminAccount() {
     const bool is_new = before == Lookup::Missing;
     Print(is_new ? "not found\n" : before == Lookup::Found ? "found\n" : "\n");
     if (is_new && !CreatePostmasterWithRoot(&accounts)) return false;
-    // A database that cannot be asked is not taken for one without the account: it would be written over.
+    // A database that cannot be asked must not pass for one without the account.
     if (before == Lookup::Failed || accounts.Find("Postmaster", &record) != Lookup::Found ||
         accounts.ModifyAccount("Postmaster", &postmaster) == 0) {
         return AbortInaccessible();

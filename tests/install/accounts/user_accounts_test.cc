@@ -1,13 +1,11 @@
-// The account step on the logins that every Debian host has (their homes and maildrops are the test's), and
-// its loop.
-#include "install/accounts/account_loop.h"
-#include "install/accounts/password_entries.h"
+// The account step on the logins that every Debian host has; their homes and maildrops are the test's.
 #include "install/console.h"
 #include "install/critical_section.h"
 #include "install/settings.h"
 #include "install/steps.h"
 #include "tests/dialogue.h"
 #include "tests/install/account_database.h"
+#include "tests/install/accounts/home_of_login.h"
 
 namespace {
 
@@ -25,15 +23,7 @@ class UserAccounts : public testing::Test {
     }
     ~UserAccounts() override { gf_Killed = 0; }
 
-    /// A home of the test's for a login of the host's.
-    SString MakeHome(const SString& login) {
-        const SString home = folder_ / ("home-" + login);
-        const auto entry = EntryOf(login);
-        EXPECT_TRUE(entry) << login;
-        MakeDir(home, 0755);
-        EXPECT_EQ(chown(home.CString(), entry->uid, entry->gid), 0);
-        return home;
-    }
+    SString MakeHome(const SString& login) const { return ::MakeHome(folder_, login); }
     SString Line(const SString& login, const SString& comment, const SString& home) {
         return login + ":x:1:1:" + comment + ":" + home + ":/bin/sh\n";
     }
@@ -147,6 +137,15 @@ TEST_F(UserAccounts, PassesOverWhoeverTheHostDoesNotKnow) {
     EXPECT_TRUE(database_.Uids().IsEmpty());
 }
 
+TEST_F(UserAccounts, GivesAMaildropToTheUserWhomTheHostKnows) {
+    const SString maildrop = folder_.Write("maildrops/games", "");
+    WritePasswords(Line("games", "", MakeHome("games")));  // with other ids
+    EXPECT_EQ(Run("p\n\n\n"), 1);
+    struct stat status = {};
+    ASSERT_EQ(stat(maildrop.CString(), &status), 0);
+    EXPECT_EQ(status.st_uid, EntryOf("games")->uid);
+}
+
 TEST_F(UserAccounts, ShowsNoControlCharacters) {
     WritePasswords(Line("games", "Ann\x1b[2J Lee", MakeHome("games")) + Line("a\x1b[2Jb", "", ""));
     EXPECT_EQ(Run("p\n\n\n"), 1);
@@ -182,71 +181,6 @@ TEST_F(UserAccounts, TellsOfFailuresAndGoesOn) {
     EXPECT_TRUE(
         Shows("(games)....Error: couldn't create the account!\n    man@mail.example.com (man)....created\n"))
         << screen_;
-}
-
-class Loop : public UserAccounts {
-  protected:
-    /// Enough logins in front that the rest is worked on in batches.
-    std::deque<Candidate> Many(const SStringList& others) {
-        std::deque<Candidate> candidates(100, {"root", "root", "relative"});
-        for (const SString& login : others) candidates.push_back({login, login, MakeHome(login)});
-        return candidates;
-    }
-    SString RunLoop(const std::deque<Candidate>& candidates) {
-        const AccountSite site{"mail.example.com", "example.com", gstr_MaildropDir, 8, "example.com"};
-        Dialogue dialogue;
-        AccountLoop(site, &results_).Run(candidates);
-        return dialogue.Screen();
-    }
-    AccountResults results_;
-};
-
-TEST_F(Loop, TellsTheSameOfABatch) {
-    database_.Add("Irc", "irc@example.com");
-    folder_.Write("maildrops/man", "");
-    ASSERT_EQ(link((folder_ / "maildrops/man").CString(), (folder_ / "maildrops/other").CString()), 0);
-    std::deque<Candidate> candidates = Many({"games", "irc", "man"});
-    candidates.push_back({"Nobody", "no-such-login", "/"});
-    candidates.push_back({"a/b", "a/b", "/"});
-    const SString screen = RunLoop(candidates);
-    EXPECT_TRUE(
-        screen.StartsWith("    root@example.com (root)....created\n"
-                          "    root@example.com (root)....already exists\n"))
-        << screen;
-    EXPECT_TRUE(screen.EndsWith((SString("    root@example.com (root)....already exists\n") +
-                                 "    games@example.com (games)....created\n"
-                                 "    irc@example.com (irc)....already exists\n"
-                                 "    man@example.com (man)....\nALERT: Possible security problem with " +
-                                 gstr_MaildropDir + "man\ncreated\n")
-                                    .Bytes()))
-        << screen;
-    EXPECT_EQ(results_.created, SStringList({"root (root)", "games (games)", "man (man)"}));
-    EXPECT_EQ(results_.uids_and_passwords.Count(), 3U);
-    EXPECT_TRUE(results_.failed.IsEmpty());
-}
-
-TEST_F(Loop, KeepsTheOthersOfABatchWhenOneIsRefused) {
-    database_.Refuse(
-        "NEW.name = 'Finger-Info' AND (SELECT uid FROM accounts WHERE id = NEW.account) = 'man'");
-    const SString screen = RunLoop(Many({"games", "man", "irc"}));
-    EXPECT_TRUE(
-        screen.EndsWith("    games@example.com (games)....created\n"
-                        "    man@example.com (man)....Error: couldn't create the account!\n"
-                        "    irc@example.com (irc)....created\n"))
-        << screen;
-    EXPECT_EQ(results_.failed, "man (man)");
-    EXPECT_EQ(database_.Values("games", "UNIX-UserName"), "games");
-    EXPECT_EQ(database_.Values("irc", "UNIX-UserName"), "irc");
-    // What the notes tell is what the database holds.
-    EXPECT_EQ(results_.uids_and_passwords.Get(1), "games " + database_.Values("games", "Password").Get(0));
-}
-
-TEST_F(Loop, RecordsForwardFilesOfThoseWhoCanBeAddressed) {
-    std::deque<Candidate> candidates = Many({"games"});
-    folder_.Write("home-games/.forward", "");
-    RunLoop(candidates);
-    RunLoop(candidates);
-    EXPECT_EQ(results_.forward_users, SStringList({"games@example.com", "games@example.com"}));
 }
 
 }  // namespace

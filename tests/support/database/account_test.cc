@@ -223,6 +223,26 @@ TEST_F(Accounts, RefusedChangeTakesBackItsTransaction) {
     }
 }
 
+// The library may give up the whole transaction at a refusal: what is written next would be lasting at once.
+TEST_F(Accounts, NothingIsWrittenIntoATransactionThatIsLost) {
+    ASSERT_TRUE(Make("Ann"));
+    ASSERT_TRUE(
+        OtherProcess()->Execute("CREATE TRIGGER refuse BEFORE INSERT ON fields WHEN NEW.value = 'bad' BEGIN"
+                                " SELECT RAISE(ROLLBACK, 'all of it'); END"));
+    {
+        AccountTransaction outer;
+        EXPECT_TRUE(Make("Bob"));
+        {
+            const AccountTransaction inner;
+            EXPECT_FALSE(Make("bad"));
+        }
+        EXPECT_FALSE(Make("Carol"));
+        EXPECT_FALSE(outer.Commit());
+    }
+    EXPECT_EQ(accounts_.AccountUIDList(), SStringList("Ann"));
+    EXPECT_TRUE(Make("Dan"));
+}
+
 TEST_F(Accounts, FieldIsSetOnlyWhereEveryRowOfItIs) {
     ASSERT_TRUE(Make("Ann", "ann@example.com"));
     SAccountMod account;

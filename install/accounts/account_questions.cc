@@ -37,7 +37,8 @@ void ExplainMailDomains(const SString& host, const SString& domain) {
         "For example, if you want all of your users to receive mail addressed to <user@" + domain +
         "> as well as <user@" + host +
         ">, and you prefer the address with just your domain for outgoing mail, you would specify");
-    Print("    " + Printable(domain + "," + host) + "\n\n");
+    PrintIndented(4, domain + "," + host);
+    Print("\n");
     PrintParagraph("here. You can list as many domains as you want, separated by spaces or commas.");
 }
 
@@ -68,7 +69,7 @@ bool OfferHostName(const SString& host, SStringList* accepted) {
 
 bool ConfirmDomains(const SStringList& accepted) {
     PrintParagraph("The following domains will be used for addresses in each user's account:");
-    for (const SString& domain : accepted) Print("     " + Printable(domain) + "\n");
+    PrintIndented(5, accepted);
     Print("\n");
     PrintParagraph("Also, addresses in outgoing mail will have " + accepted.Get(0) + " as the domain.");
     return Ask("Is this what you want? yes/no ", "yes") != 'n';

@@ -1,14 +1,16 @@
 // Compares what stat tells of a file with what it told before.
 #include "install/accounts/file_watch.h"
 
+#include "support/system/regular_file.h"
+
 namespace {
 
 bool SameTime(const timespec& left, const timespec& right) {
     return left.tv_sec == right.tv_sec && left.tv_nsec == right.tv_nsec;
 }
 
-bool SameFile(const struct stat& left, const struct stat& right) {
-    return left.st_dev == right.st_dev && left.st_ino == right.st_ino && left.st_size == right.st_size &&
+bool IsUnchanged(const struct stat& left, const struct stat& right) {
+    return IsSameFile(left, right) && left.st_size == right.st_size &&
            SameTime(left.st_mtim, right.st_mtim) && SameTime(left.st_ctim, right.st_ctim);
 }
 
@@ -17,7 +19,7 @@ bool SameFile(const struct stat& left, const struct stat& right) {
 bool FileWatch::HasChanged() {
     struct stat now = {};
     if (stat(path_.CString(), &now) != 0) now = {};
-    bool changed = !has_looked_ || !SameFile(now, seen_);
+    bool changed = !has_looked_ || !IsUnchanged(now, seen_);
     has_looked_ = true;
     seen_ = now;
     return changed;

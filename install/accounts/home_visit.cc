@@ -2,37 +2,20 @@
 #include "install/accounts/home_visit.h"
 
 #include <fcntl.h>
-#include <linux/openat2.h>
-#include <sys/syscall.h>
-#include <unistd.h>
 
-#include <cerrno>
-
-#include "support/system/descriptor.h"
 #include "support/system/file.h"
+#include "support/system/regular_file.h"
 
 namespace {
 
 constexpr size_t kMostBytes = size_t{1} << 20;
 
-Descriptor OpenForReading(const SString& path) {
-    struct open_how how = {};
-    how.flags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-    how.resolve = RESOLVE_NO_MAGICLINKS;
-    long fd = syscall(SYS_openat2, AT_FDCWD, path.CString(), &how, sizeof how);
-    if (fd >= 0) return Descriptor(static_cast<int>(fd));
-    // A kernel before 5.6, or a container that does not know the call.
-    bool is_unknown = errno == ENOSYS || errno == EPERM;
-    return is_unknown ? Descriptor::Open(path, O_RDONLY | O_NONBLOCK | O_NOFOLLOW) : Descriptor();
-}
-
 /// The lines of a user's file, without their line ends.
 SStringList ReadLines(const SString& path) {
     if (!IsRegular(path)) return {};  // a device or a FIFO may act on being opened
-    Descriptor file = OpenForReading(path);
-    auto status = file.Stat();
-    if (!status || !S_ISREG(status->st_mode) || status->st_size == 0) return {};
-    auto text = file.ReadAll(kMostBytes + 1);
+    const RegularFile file = OpenRegularFile(path, O_RDONLY, Links::NotMagic);
+    if (!file || file.status.st_size == 0) return {};
+    auto text = file.descriptor.ReadAll(kMostBytes + 1);
     if (!text) return {};
     std::string bytes = text->Bytes();
     bool is_cut = bytes.size() > kMostBytes;

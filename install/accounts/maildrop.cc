@@ -4,7 +4,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "support/system/descriptor.h"
+#include "support/system/regular_file.h"
 
 namespace {
 
@@ -14,10 +14,11 @@ bool IsPlain(const struct stat& status) {
     return S_ISREG(status.st_mode) && status.st_nlink == 1;
 }
 
-void GiveTo(const Identity& user, gid_t mail_group, const Descriptor& file, const struct stat& status) {
-    bool is_owned = status.st_uid == user.uid && status.st_gid == mail_group;
-    if (!is_owned && fchown(file.Get(), user.uid, mail_group) != 0) return;
-    if ((status.st_mode & 07777) != kMode) static_cast<void>(fchmod(file.Get(), kMode));
+void GiveTo(const Identity& user, gid_t mail_group, const RegularFile& file) {
+    const int fd = file.descriptor.Get();
+    const bool is_owned = file.status.st_uid == user.uid && file.status.st_gid == mail_group;
+    if (!is_owned && fchown(fd, user.uid, mail_group) != 0) return;
+    if ((file.status.st_mode & 07777) != kMode) static_cast<void>(fchmod(fd, kMode));
 }
 
 }  // namespace
@@ -27,9 +28,8 @@ Maildrop RepairMaildrop(const SString& path, const Identity& user, gid_t mail_gr
     struct stat seen = {};
     if (lstat(path.CString(), &seen) != 0) return Maildrop::Fine;
     if (!IsPlain(seen)) return Maildrop::Suspicious;
-    Descriptor file = Descriptor::Open(path, O_WRONLY | O_NOFOLLOW | O_NONBLOCK);
-    auto opened = file.Stat();
-    bool is_same = opened && opened->st_dev == seen.st_dev && opened->st_ino == seen.st_ino;
-    if (is_same && IsPlain(*opened) && user.IsSomebody()) GiveTo(user, mail_group, file, *opened);
+    const RegularFile file = OpenRegularFile(path, O_WRONLY, Links::NotAtEnd);
+    const bool is_same = file && IsSameFile(file.status, seen) && IsPlain(file.status);
+    if (is_same && user.IsSomebody()) GiveTo(user, mail_group, file);
     return Maildrop::Fine;
 }

@@ -1,5 +1,6 @@
 // Composes the results mail, section by section.
 #include "install/accounts/results_mail.h"
+#include "install/console.h"
 #include "support/text/printable.h"
 
 namespace {
@@ -25,10 +26,8 @@ void AddFailed(const SStringList& failed, SString* body) {
 
 SString SkippedUser(const SString& login, const SString& name) {
     constexpr size_t kColumn = 12;
-    SString text = Printable(login);
-    if (name.IsEmpty()) return text;
-    if (text.Length() < kColumn) text += SString(' ', kColumn - text.Length());
-    return text + " (" + Printable(name) + ")";
+    const SString text = Printable(login);
+    return name.IsEmpty() ? text : PaddedTo(text, kColumn) + " (" + Printable(name) + ")";
 }
 
 void AddSkipped(const SStringList& logins, const SStringList& names, SString* body) {

@@ -27,9 +27,9 @@ void ExplainMissingMailGroup() {
     PrintParagraph(
         "ERROR: couldn't find the 'mail' group in the group database. This is assumed to be the group "
         "owner of users' mailboxes, and must exist for tern.harbor to deliver mail to local users.");
-    PrintParagraph("Please contact Ardenvale at " + gstr_SupportAddress + " or at " + gstr_SupportPhone +
+    PrintParagraph("Please contact Ardenvale at " + SupportContact() +
                    " so that we can support your non-standard configuration in the future.");
-    PrintParagraph("Installation aborted.");
+    Abort();
 }
 
 void OfferAccountForm(const SString& use) {
@@ -85,13 +85,12 @@ void SyncNewAccounts(const AccountResults& results) {
 /// nobody who knows the password. False after an interrupt.
 bool CreateAccounts(std::deque<Candidate> candidates, const AccountSite& site, AccountResults* results) {
     Print("Creating user accounts.... \n");
-    {
-        CriticalSection section;
+    Uninterrupted([&] {
         AccountLoop(site, results).Run(std::move(candidates));
         Print("\n");
         SyncNewAccounts(*results);
         if (!CriticalSection::WasInterrupted()) QueueSetUpMails(*results, gstr_HostName);
-    }
+    });
     if (!CriticalSection::WasInterrupted()) return true;
     Print("\nExiting.\n\n");
     return false;

@@ -35,8 +35,11 @@ void TellNotDelivered() {
 
 /// The lines of a run that had to make root's account, up to the word that completes the last of them.
 void TellRoot(AdminAccountsOutcome outcome) {
-    Print("hold on a second....\nCreating a mail account for root.... ");
-    if (outcome != AdminAccountsOutcome::NoRoot) Print("done\nAdding root to Postmaster delivery list.... ");
+    EndProgress("hold on a second....");
+    BeginProgress("Creating a mail account for root");
+    if (outcome == AdminAccountsOutcome::NoRoot) return;
+    EndProgress("done");
+    BeginProgress("Adding root to Postmaster delivery list");
 }
 
 SString Completion(const AdminAccounts& made) {
@@ -55,10 +58,10 @@ SString Completion(const AdminAccounts& made) {
 }  // namespace
 
 bool CreatePostmasterWithRoot(SAccountDBMod* accounts) {
-    Print("Creating Postmaster account.... ");
+    BeginProgress("Creating Postmaster account");
     const AdminAccounts made = MakeAdminAccounts(accounts, gstr_HostName, gstr_DomainName);
     if (made.root_was_made) TellRoot(made.outcome);
-    Print(Completion(made) + "\n");
+    EndProgress(Completion(made));
     if (made.outcome == AdminAccountsOutcome::NotDelivered) TellNotDelivered();
     const bool stands =
         made.outcome == AdminAccountsOutcome::Done || made.outcome == AdminAccountsOutcome::NotDelivered;

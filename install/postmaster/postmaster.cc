@@ -29,8 +29,8 @@ void ShowList(const SString& label, const SStringList& entries) {
 
 void ShowPostmaster(const SAccount& postmaster, const SStringList& addresses) {
     Print("\n");
-    PrintParagraph("The Postmaster account is currently configured with the following information:");
-    Print("\n    Password:        [not shown]\n\n");
+    Tell("The Postmaster account is currently configured with the following information:");
+    Print("    Password:        [not shown]\n\n");
     ShowList("    Access Domains:  ", postmaster.Get("Access-Domains"));
     Print("\n");
     ShowList("    Postmasters:     ", addresses);
@@ -67,8 +67,7 @@ bool TellOldRetained() {
         "WARNING: An error occurred while editing the postmaster account. "
         "The old delivery information has been retained.");
     PrintParagraph(LikelyCause());
-    PrintParagraph(OwnershipMessage());
-    Print("\n");
+    Tell(OwnershipMessage());
     return true;
 }
 
@@ -79,7 +78,7 @@ bool TellOldLost() {
     PrintParagraph(
         "Run this program again to set up the postmaster account. "
         "If it fails a second time, contact Ardenvale, Inc. at " +
-        gstr_SupportAddress + " or at " + gstr_SupportPhone + " so that we can help find the problem.");
+        SupportContact() + " so that we can help find the problem.");
     return false;
 }
 
@@ -92,8 +91,7 @@ bool TellReplacement(Replacement replacement) {
 
 Replacement Replace(SAccountDB* accounts, SAccountMod* postmaster, const Deliveries& old,
                     const Deliveries& next) {
-    const CriticalSection section;
-    return ReplaceDeliveries(accounts, postmaster, old, next);
+    return Uninterrupted([&] { return ReplaceDeliveries(accounts, postmaster, old, next); });
 }
 
 bool ChangeDeliveries(SAccountDB* accounts, SAccountMod* postmaster, const Deliveries& old) {
@@ -108,8 +106,7 @@ bool ChangeDeliveries(SAccountDB* accounts, SAccountMod* postmaster, const Deliv
     if (!chosen) return AbortInaccessible();
     if (chosen->IsEmpty()) {
         Print("\n");
-        PrintParagraph("No valid addresses specified -- old postmaster deliveries retained.");
-        Print("\n");
+        Tell("No valid addresses specified -- old postmaster deliveries retained.");
         return true;
     }
     return TellReplacement(Replace(accounts, postmaster, old, *chosen)) && !CriticalSection::WasInterrupted();
@@ -143,10 +140,10 @@ bool SetupAdminAccount() {
     SAccountDBMod accounts;
     SAccount record;
     SAccountMod postmaster;
-    Print("Checking for Postmaster account.... ");
+    BeginProgress("Checking for Postmaster account");
     const Lookup before = accounts.Find("Postmaster", &record);
     const bool is_new = before == Lookup::Missing;
-    Print(is_new ? "not found\n" : before == Lookup::Found ? "found\n" : "\n");
+    EndProgress(is_new ? "not found" : before == Lookup::Found ? "found" : "");
     if (is_new && !CreatePostmasterWithRoot(&accounts)) return false;
     // A database that cannot be asked must not pass for one without the account.
     if (before == Lookup::Failed || accounts.Find("Postmaster", &record) != Lookup::Found ||

@@ -61,6 +61,8 @@ int SAccountDBMod::ModifyAccount(const SString& uid, SAccountMod* mod) {
         return binding.id != 0;
     });
     mod->uid_ = uid;
+    mod->fields_.Reset();
+    mod->locked_ = false;
     mod->id_ = is_bound ? binding.id : 0;
     mod->is_new_ = is_bound && binding.is_new;
     return is_bound;
@@ -71,11 +73,14 @@ int SAccountDBMod::DeleteAccount(const SString& uid) {
 }
 
 int SAccountMod::Set(const SString& field, const SStringList& values) {
-    return id_ != 0 && Change(_dbf_DB, [&] { return _dbf_DB.SetField(id_, Uid(), field, values); });
+    if (id_ == 0 || !Change(_dbf_DB, [&] { return _dbf_DB.SetField(id_, Uid(), field, values); })) return 0;
+    fields_[field] = values;
+    return 1;
 }
 
 int SAccountMod::Lock() {
-    return id_ != 0 && Change(_dbf_DB, [&] { return _dbf_DB.Lock(id_, Uid()); });
+    locked_ = id_ != 0 && Change(_dbf_DB, [&] { return _dbf_DB.Lock(id_, Uid()); });
+    return locked_;
 }
 
 AccountTransaction::AccountTransaction()

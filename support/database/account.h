@@ -27,6 +27,7 @@ class SAccount : public virtual SAccountBase {
   private:
     friend class SAccountDB;
     friend class SAccountDBMod;
+    friend class SAccountMod;
     SString uid_;
     SNamedStringList fields_;
     bool locked_ = false;
@@ -62,6 +63,8 @@ class SAccountDBMod : public SAccountDB {
 };
 
 /// A pending modification of one account. Outside a transaction each Set survives a killed process at once.
+/// Get, Fields and IsLocked give what was stored through it since ModifyAccount, not what the account had
+/// before.
 class SAccountMod : public virtual SAccount {
   public:
     SAccountMod() = default;

@@ -40,7 +40,7 @@ std::optional<PatternExpression> Substitution(std::string_view text) {
     const size_t middle = NextSlash(text, 2);
     const size_t end = middle == kNone ? kNone : NextSlash(text, middle + 1);
     if (end == kNone || end + 1 != text.size()) return std::nullopt;
-    return PatternExpression{PatternExpression::Form::kSubstitute, std::string(text.substr(2, middle - 2)),
+    return PatternExpression{PatternExpression::Form::Substitute, std::string(text.substr(2, middle - 2)),
                              Unescaped(text.substr(middle + 1, end - middle - 1))};
 }
 
@@ -48,9 +48,9 @@ std::optional<PatternExpression> Substitution(std::string_view text) {
 
 std::optional<PatternExpression> ParsePatternExpression(std::string_view text) {
     using Form = PatternExpression::Form;
-    if (IsEnclosed(text)) return PatternExpression{Form::kSelect, std::string(Inside(text)), ""};
+    if (IsEnclosed(text)) return PatternExpression{Form::Select, std::string(Inside(text)), ""};
     if (text.starts_with('!') && IsEnclosed(text.substr(1))) {
-        return PatternExpression{Form::kReject, std::string(Inside(text.substr(1))), ""};
+        return PatternExpression{Form::Reject, std::string(Inside(text.substr(1))), ""};
     }
     return Substitution(text);
 }

@@ -7,8 +7,8 @@
 #include <string_view>
 
 struct PatternExpression {
-    enum class Form { kSelect, kReject, kSubstitute };
-    Form form = Form::kSelect;
+    enum class Form { Select, Reject, Substitute };
+    Form form = Form::Select;
     std::string pattern;
     std::string replacement;
 };

@@ -66,8 +66,8 @@ SStringList SStringList::Grep(const SString& expression, SStringList* /*unused*/
     const Pattern pattern(parsed->pattern);
     for (SString& item : items_) {
         const bool matches = pattern.Find(item.Bytes()).has_value();
-        if (matches == (parsed->form == Form::kReject)) continue;
-        if (parsed->form == Form::kSubstitute) item = item.S(parsed->pattern, parsed->replacement);
+        if (matches == (parsed->form == Form::Reject)) continue;
+        if (parsed->form == Form::Substitute) item = item.S(parsed->pattern, parsed->replacement);
         chosen.Push(item);
     }
     return chosen;

@@ -40,7 +40,7 @@ Descriptor ListenAsOnlyService() {
     return listening;
 }
 
-TEST(KillServers, GoesOnWithWhatCouldNotBeStopped) {
+TEST(KillServers, GoesOnWithWhatCouldNotBeStoppedAndLeavesTheMailSystemAlone) {
     const Descriptor listening = ListenAsOnlyService();
     const std::pair<SString, SStringList> cases[] = {
         {"no\n\n", {"Shutdown server:    smtp      (port=" + gstrl_ServicePorts[0] + ")", ""}},
@@ -56,10 +56,8 @@ TEST(KillServers, GoesOnWithWhatCouldNotBeStopped) {
     }
     gf_ShowStoppers = 0;
     gstrl_Reminders.Reset();
-}
 
-TEST(KillServers, LeavesTheMailSystemItselfAlone) {
-    const Descriptor listening = ListenAsOnlyService();
+    // Here, as tests run beside each other, and none must take the other's process for the mail system.
     char name_before[16] = "";
     prctl(PR_GET_NAME, name_before);
     prctl(PR_SET_NAME, "tern.harbor");

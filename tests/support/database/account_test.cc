@@ -108,6 +108,23 @@ TEST_F(Accounts, ModificationServesSeveralInTurn) {
     EXPECT_FALSE(SAccountMod().IsNew());
 }
 
+TEST_F(Accounts, ModificationTellsWhatWasStoredThroughIt) {
+    SAccountMod account;
+    ASSERT_TRUE(accounts_.ModifyAccount("Ann", &account) && account.Set("Name", {"Ann", "Annie"}));
+    ASSERT_TRUE(account.Set("Password", "first") && account.Set("Password", "second") && account.Lock());
+    EXPECT_EQ(account.Get("Name"), SStringList({"Ann", "Annie"}));
+    EXPECT_EQ(account.Get("Password"), SStringList("second"));
+    EXPECT_EQ(account.Fields(), SStringList({"Name", "Password"}));
+    EXPECT_TRUE(account.IsLocked());
+
+    ASSERT_TRUE(accounts_.ModifyAccount("Bob", &account));
+    EXPECT_EQ(account.Get("Name"), SStringList());
+    EXPECT_FALSE(account.IsLocked());
+    ASSERT_TRUE(accounts_.DeleteAccount("Bob"));
+    EXPECT_FALSE(account.Set("Name", "Bob"));  // refused
+    EXPECT_EQ(account.Get("Name"), SStringList());
+}
+
 TEST_F(Accounts, AreListedInTheOrderOfCreation) {
     SStringList uids;
     for (const char* uid : {"Zoe", "Ann", "ann", "Mia", "\xc3\x84nn"}) {

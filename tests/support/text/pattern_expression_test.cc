@@ -11,11 +11,11 @@ TEST(PatternExpression, HasThreeForms) {
         Form form;
         std::string pattern, replacement;
     } cases[] = {
-        {"/a/", Form::kSelect, "a", ""},         {"//", Form::kSelect, "", ""},
-        {"/a/b/", Form::kSelect, "a/b", ""},     {"/a\\/b/", Form::kSelect, "a\\/b", ""},
-        {"/a\\\\/", Form::kSelect, "a\\\\", ""}, {"!/a/", Form::kReject, "a", ""},
-        {"s/a/b/", Form::kSubstitute, "a", "b"}, {"s/a//", Form::kSubstitute, "a", ""},
-        {"s///", Form::kSubstitute, "", ""},     {"s/\\/a/b\\/c\\d/", Form::kSubstitute, "\\/a", "b/c\\d"},
+        {"/a/", Form::Select, "a", ""},         {"//", Form::Select, "", ""},
+        {"/a/b/", Form::Select, "a/b", ""},     {"/a\\/b/", Form::Select, "a\\/b", ""},
+        {"/a\\\\/", Form::Select, "a\\\\", ""}, {"!/a/", Form::Reject, "a", ""},
+        {"s/a/b/", Form::Substitute, "a", "b"}, {"s/a//", Form::Substitute, "a", ""},
+        {"s///", Form::Substitute, "", ""},     {"s/\\/a/b\\/c\\d/", Form::Substitute, "\\/a", "b/c\\d"},
     };
     for (const auto& c : cases) {
         const auto parsed = ParsePatternExpression(c.text);

@@ -3,20 +3,20 @@
 #pragma once
 
 bool Initialize();            // initialize.cc: the host's files and services
-bool CreateMailboxDir();      // mail_directories.cc
-bool UpdateConfiguration();   // module_databases.cc
-bool FixMaildropDir();        // mail_directories.cc
-bool SetupSpecialAccounts();  // special_accounts.cc
-int AddUserAccounts();        // user_accounts.cc
-bool SetupAdminAccount();     // postmaster.cc
-bool ConfigureFeatures();     // remote_configuration.cc
-bool EditInetdConf();         // inetd.cc
-bool KillSendmail();          // sendmail.cc
-bool InstallSendmail();       // sendmail.cc
-bool KillServers();           // competing_servers.cc
-bool StartDaemon();           // start.cc
-bool WarnAdmin();             // closing_screen.cc
-bool AddServices();           // services.cc; callable, not in the sequence
+bool CreateMailboxDir();      // host/mail_directories.cc
+bool UpdateConfiguration();   // mail_system/module_databases.cc
+bool FixMaildropDir();        // host/mail_directories.cc
+bool SetupSpecialAccounts();  // accounts/special_accounts.cc
+int AddUserAccounts();        // accounts/user_accounts.cc
+bool SetupAdminAccount();     // postmaster/postmaster.cc
+bool ConfigureFeatures();     // mail_system/remote_configuration.cc
+bool EditInetdConf();         // host/inetd.cc
+bool KillSendmail();          // host/sendmail.cc
+bool InstallSendmail();       // host/sendmail.cc
+bool KillServers();           // host/competing_servers.cc
+bool StartDaemon();           // mail_system/start_mail_system.cc
+bool WarnAdmin();             // mail_system/closing_screen.cc
+bool AddServices();           // host/services.cc; prescribed as callable, not in the sequence
 
 /// Runs the introduction and the sequence; true when every step returned true. (sequence.cc)
 bool FullInstall();

@@ -1,8 +1,8 @@
-// accounts [DIRECTORY [N...]]: how fast AddUserAccounts gives accounts to N logins (1,000, 10,000 and 100,000
-// where none are named), in fresh folders under DIRECTORY (/var/tmp), against the floor: the same rows in one
-// SQLite transaction. The visits are a loop over homes and maildrop files alone, in floors, too; the
-// CPU columns leave out waiting for the disk and for other processes. Needs root: "/etc/passwd" is another
-// one for the processes that measure.
+// accounts [DIRECTORY [N...]]: measures how fast AddUserAccounts makes accounts for N logins (by default
+// 1,000, 10,000 and 100,000), in new folders under DIRECTORY (/var/tmp). The unit is the floor: the same rows
+// in one SQLite transaction. The visits are a loop over homes and maildrop files alone, also in floors. The
+// CPU columns exclude waiting for the disk and for other processes. Needs root, to mount another
+// "/etc/passwd" for the measuring processes.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -29,7 +29,7 @@ struct Case {
     const char* name;
     ThrowAwaySite::Names names;
     const char* answers;   // method, mail domains, "is this what you want"
-    bool reads_the_hosts;  // the password file is "/etc/passwd" itself
+    bool reads_the_hosts;  // the password file is "/etc/passwd"
 };
 
 constexpr Case kCases[] = {
@@ -55,7 +55,7 @@ bool Answer(const Case& c) {
     return freopen("/dev/null", "w", stdout) != nullptr;
 }
 
-/// In the sequence of steps, too, the database is there before.
+/// The database already exists when the step is run in sequence.
 bool MakeDatabase() {
     return SetupSpecialAccounts() && SAccountDB().AccountCount() == kSpecialAccounts;
 }
@@ -83,7 +83,7 @@ Result MeasureOnce(const RunFolder& run, const Case& c, int logins) {
     return result;
 }
 
-/// Small numbers are over too soon to be measured once.
+/// Short runs vary too much to be measured once.
 Result MeasureCase(const RunFolder& run, const Case& c, int logins) {
     const int times = logins <= 1000 ? 7 : logins <= 10000 ? 3 : 1;
     std::vector<Measurement> steps;

@@ -1,3 +1,4 @@
+// Visits homes and maildrop files with bare system calls.
 #include "bench/bare_visits.h"
 
 #include <fcntl.h>

@@ -1,5 +1,5 @@
-// What visiting homes and maildrop files costs without accounts: few system calls, but identities are changed
-// as the program changes them, so this is no lower bound.
+// Visits homes and maildrop files without making accounts, as a baseline: few system calls, but not a lower
+// bound, as it changes identities the way the program does.
 #pragma once
 
 #include "bench/throw_away_site.h"

@@ -1,3 +1,4 @@
+// Copies the rows of an account database in one transaction.
 #include "bench/floor.h"
 
 #include <fstream>
@@ -28,7 +29,7 @@ void ForEach(sqlite::Connection* connection, const char* sql, const Visit& visit
 
 }  // namespace
 
-// Nothing is deleted in a measurement, so that ids count from 1 without gaps.
+// A measurement deletes nothing, so ids run from 1 without gaps.
 std::vector<AccountRows> ReadRows(const SString& database) {
     std::vector<AccountRows> accounts;
     const auto connection = sqlite::Connection::Open(database, sqlite::Mode::Shared);

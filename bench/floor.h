@@ -1,4 +1,4 @@
-// The least that storing accounts costs: the same rows in one SQLite transaction.
+// The floor for storing accounts: the same rows in one SQLite transaction.
 #pragma once
 
 #include <vector>
@@ -16,9 +16,9 @@ struct AccountRows {
     std::vector<SString> addresses;
 };
 
-/// What a finished account database holds.
+/// The rows of a finished account database.
 std::vector<AccountRows> ReadRows(const SString& database);
 /// Makes a new database without rows.
 bool MakeEmpty(const SString& database);
-/// Adds these rows to it in one transaction, and has them on the disk.
+/// Adds the rows in one transaction, synced to the disk.
 bool WriteRows(const SString& database, const std::vector<AccountRows>& accounts);

@@ -1,3 +1,4 @@
+// Measures in a child process, which reports over a pipe.
 #include "bench/measure.h"
 
 #include <sys/resource.h>
@@ -31,7 +32,7 @@ double CpuSeconds() {
     return seconds(used.ru_utime) + seconds(used.ru_stime);
 }
 
-/// The peak falls back to what is in use now.
+/// Resets the peak (VmHWM) to the memory in use now.
 void ForgetPeak() {
     std::ofstream("/proc/self/clear_refs") << "5";
 }

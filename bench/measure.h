@@ -1,4 +1,4 @@
-// Time and memory of a piece of work in a process of its own, so that one measurement does not weigh on the
+// Measures time and memory of some work in a process of its own, so that one measurement does not affect the
 // next.
 #pragma once
 
@@ -7,12 +7,12 @@
 
 struct Measurement {
     double seconds = 0;
-    double cpu_seconds = 0;  // of the processor: what a busy machine changes little about
-    double peak_bytes = 0;   // beyond what the process had when the work began
-    bool is_done = false;    // the work's own verdict
+    double cpu_seconds = 0;  // processor time, which a busy machine hardly changes
+    double peak_bytes = 0;   // beyond the memory in use when the work began
+    bool is_done = false;    // what the work returned
 };
 
 Measurement MeasureApart(const std::function<bool()>& prepare, const std::function<bool()>& work);
 
-/// The one in the middle by time, of an odd number.
+/// The median by time of an odd number of measurements.
 Measurement Median(std::vector<Measurement> measurements);

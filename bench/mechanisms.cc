@@ -1,5 +1,5 @@
-// The mechanisms that the installer's speed rests on, each beside what it replaces. Needs root: "/etc/passwd"
-// is another one for this process.
+// Measures the mechanisms that make the installer fast, each beside what it replaces. Needs root, to mount
+// another "/etc/passwd" for this process.
 #include <benchmark/benchmark.h>
 #include <pwd.h>
 
@@ -32,7 +32,7 @@ void LoginByIndex(benchmark::State& state) {
 }
 BENCHMARK(LoginByIndex);
 
-// --- accounts: how many share a commit; 0 is a commit for each field
+// --- accounts: the number that share a commit; 0 means a commit for each field
 
 void StartEmpty() {
     static int number = 0;

@@ -1,3 +1,4 @@
+// Makes the site's folders and logins, and enters it in a mount namespace.
 #include "bench/throw_away_site.h"
 
 #include <fcntl.h>
@@ -62,7 +63,7 @@ ThrowAwaySite::ThrowAwaySite(const RunFolder& run, int logins, Names names)
     : folder_(MakeFolder(run.Path())) {
     MakeDirectories();
     MakeLogins(logins, names);
-    // What is still to be written must not weigh on the measurement.
+    // Pending writes must not slow the measurement.
     syncfs(Descriptor::Open(folder_, O_RDONLY).Get());
 }
 

@@ -1,10 +1,10 @@
-// A site for one measurement: logins with homes and maildrop files, and the mail system's directories.
+// Makes a site for one measurement: logins with homes and maildrop files, and the mail system's directories.
 #pragma once
 
 #include "support/text/sstring.h"
 
-/// Where the sites of a run stand. They are removed together at its end: ext4 is several times slower where
-/// files were removed shortly before.
+/// The folder for a run's sites. They are removed together at its end: ext4 is several times slower shortly
+/// after files were removed.
 class RunFolder {
   public:
     explicit RunFolder(const SString& parent);
@@ -22,7 +22,7 @@ class ThrowAwaySite {
     enum class Names { Distinct, Same };
     ThrowAwaySite(const RunFolder& run, int logins, Names names);
 
-    /// Makes this process see the site's logins as the host's, and work for the site as the mail owner.
+    /// Makes the site's logins the host's for this process, which becomes the mail owner.
     bool Enter() const;
 
     SString Folder() const { return folder_; }

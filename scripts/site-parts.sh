@@ -1,5 +1,5 @@
-# What the hosts of the rehearsal and of the scenarios are made of alike: a name, mail directories, the mail system as
-# its packages leave it, other packages' programs. Read by shells inside a view; $BUILD is the build directory.
+# Functions that set up a host for the rehearsal and for the scenarios: a name, mail directories, the mail system as its
+# packages leave it, other packages' programs. Sourced by shells inside a view; $BUILD is the build directory.
 # shellcheck shell=bash
 
 DATA=/var/opt/tern.harbor
@@ -7,12 +7,12 @@ PROGRAMS=/opt/tern.harbor
 OWNER=mailtern
 PATIENCE=300    # seconds that wait_for waits at most
 
-# name_host LINE...: calls the host mail.example.com; the lines go into /etc/hosts, too.
+# name_host LINE...: names the host mail.example.com; the lines are added to /etc/hosts.
 name_host() {
     hostname mail
     echo mail >/etc/hostname
     ip address add 192.0.2.25/32 dev lo
-    # /etc/hosts may be a mount of its own, which cannot be replaced.
+    # Written in place: /etc/hosts may be a mount point, which cannot be replaced.
     printf '%s\n' "127.0.0.1 localhost" "$@" "192.0.2.25 mail.example.com mail" >/etc/hosts
 }
 
@@ -21,7 +21,7 @@ make_maildrop_directory() {
     [ -e /var/spool/mail ] || ln -s ../mail /var/spool/mail
 }
 
-# The configuration file and the directories, but for the mailbox directory, which Install can make.
+# Makes the configuration file and the directories, except the mailbox directory, which Install can make.
 make_mail_system() {
     local directory
     printf '%s\n' DomainName=example.com TernHarbor="$DATA" ProgramDir="$PROGRAMS" MailboxDir="$DATA/mailboxes" \
@@ -31,7 +31,7 @@ make_mail_system() {
     done
 }
 
-# make_programs <<END: stand-ins for the programs of other packages; that for the server program is the input.
+# make_programs <<END: makes stand-ins for other packages' programs; the input becomes the server program.
 make_programs() {
     mkdir -p "$PROGRAMS/bin"
     cat >"$PROGRAMS/tern.harbor"
@@ -39,34 +39,33 @@ make_programs() {
     chmod 755 "$PROGRAMS/tern.harbor" "$PROGRAMS/bin/sendmail"
 }
 
-# make_database TEXT-FILE NAME: a database in the config directory, from a text as tools/make_database reads it.
+# make_database TEXT-FILE NAME: makes a database in the config directory from a text for tools/make_database.
 make_database() {
     "$BUILD/tools/make_database" "$1" "$DATA/config/$2"
     give_to_owner "$DATA/config/$2"
 }
 
-# give_to_owner FILE...: as the mail system's files are.
+# give_to_owner FILE...: sets the owner and mode of the mail system's files.
 give_to_owner() {
     chown "$OWNER:$OWNER" "$@"
     chmod 640 "$@"
 }
 
-# unpack_packages FOLDER: puts the programs of its packages in place, without running the packages' own scripts:
-# nothing starts, nothing is configured.
+# unpack_packages FOLDER: unpacks its packages without running their scripts: nothing is started or configured.
 unpack_packages() {
     local package
     for package in "$1"/*.deb; do
-        # dpkg-deb --extract would put a directory in the place of the link /lib.
+        # dpkg-deb --extract would replace the link /lib by a directory.
         dpkg-deb --fsys-tarfile "$package" | tar --extract --keep-directory-symlink --directory=/
     done
     ldconfig
 }
 
-# wait_for COMMAND...: until it succeeds. The limit is there to end what hangs, not to measure.
+# wait_for COMMAND...: waits until it succeeds. The limit only ends a hung test.
 wait_for() {
     local _
     for _ in $(seq $((PATIENCE * 20))); do
-        if ("$@") >/dev/null 2>&1; then return; fi    # an "exit" in it ends only the try
+        if ("$@") >/dev/null 2>&1; then return; fi    # a subshell, so that an "exit" in it ends only this try
         sleep 0.05
     done
     echo "waited in vain for: $*" >&2

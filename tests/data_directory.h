@@ -1,4 +1,4 @@
-// A mail system's data directory for one test, with an empty "config", named by the environment.
+// A data directory of the mail system for one test, with an empty "config"; the environment names it.
 #pragma once
 
 #include "support/system/environment.h"
@@ -16,7 +16,7 @@ class DataDirectory {
     SString WriteConfig(const SString& name, const SString& bytes, mode_t mode = 0640) const {
         return folder_.Write("config/" + name, bytes, mode);
     }
-    /// What stands in "config", sorted, separated by blanks.
+    /// The names in "config", sorted, separated by blanks.
     SString Listing() const {
         SStringList names = BaseName(ReadDir(folder_ / "config"), "");
         names.Sort();

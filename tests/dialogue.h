@@ -1,5 +1,5 @@
-// A step's conversation with a prepared administrator: while it lives, standard input holds the answers, and
-// what is printed is kept instead of shown.
+// Replaces the terminal for a test: while it lives, standard input holds the prepared answers, and what is
+// printed is kept instead of shown.
 #pragma once
 
 #include <iostream>

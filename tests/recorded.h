@@ -1,4 +1,4 @@
-// Outputs of real hosts' programs, kept in tests/data.
+// Reads recorded outputs of real hosts' programs from tests/data.
 #pragma once
 
 #include "support/system/descriptor.h"

@@ -1,4 +1,4 @@
-// A fresh folder for one test, removed with everything in it at the end of its scope.
+// A new folder for one test, removed with its contents at the end of the scope.
 #pragma once
 
 #include <sys/stat.h>
@@ -26,10 +26,10 @@ class TemporaryFolder {
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
-    /// The path of an entry of this name in the folder.
+    /// The path of this name in the folder.
     SString operator/(const SString& name) const { return SString(path_) + "/" + name; }
 
-    /// Writes a file of the folder, with this mode whatever the mask is; gives its path.
+    /// Writes a file in the folder, with this mode regardless of the umask; returns its path.
     SString Write(const SString& name, const SString& bytes, mode_t mode = 0644) const {
         SString path = *this / name;
         std::ofstream(path.Bytes(), std::ios::binary) << bytes.Bytes();

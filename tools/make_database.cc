@@ -6,9 +6,10 @@
 //   /Config WWWAccess: example.net
 //   /Statistics
 //
-// A table path, a blank, the key, ": " and the value as it stands, to the end of the line; a further line
-// with the same path and key adds a value. A path alone makes an empty table. The database appears whole or
-// not at all. Exit status 0, 1 for a text or file that is no good, 2 for a wrong call.
+// A line has a table path, blanks, the key, ": " and the value, which is the rest of the line unchanged;
+// another line with the same path and key adds a value. A path alone makes an empty table. The database
+// appears whole or not at all. Exit status 0; 1 if the text is malformed or a file cannot be read or written;
+// 2 for wrong usage.
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -43,7 +44,7 @@ bool ReadLine(const SString& line, Tables* tables) {
 bool ReadText(const SString& path, Tables* tables) {
     std::ifstream file(path.CString(), std::ios::binary);
     if (!file) return Complain("cannot read " + path);
-    SString line;  // of a directory nothing can be read, and so nothing is in it
+    SString line;  // a directory can be opened, but reads as empty
     for (int number = 1; file >> line; ++number) {
         if (!ReadLine(line.ChopLineEnd(), tables)) {
             return Complain(path + ":" + SString(number) +

@@ -10,11 +10,10 @@
 
 namespace {
 
-// The first logins are told of one by one; beyond them a commit for each would take more time than all else.
-// Homes are visited before the transaction: a hung file server must not hold the lock.
+// The first logins are printed as they are done. Later ones share a commit, which is the slowest part.
 constexpr size_t kLoginsOneByOne = 100;
 constexpr std::chrono::milliseconds kBatchTime{20};
-constexpr size_t kBatchBytes = size_t{1} << 20;  // of finger information, which users choose the size of
+constexpr size_t kBatchBytes = size_t{1} << 20;  // of finger information, whose size users choose
 
 SString OutcomeText(AccountOutcome outcome) {
     switch (outcome) {
@@ -34,7 +33,7 @@ Candidate TakeFirst(std::deque<Candidate>* candidates) {
     return first;
 }
 
-/// A login with a slash in it would lead elsewhere.
+/// A login with a slash would lead out of the maildrop directory.
 bool IsFileName(const SString& login) {
     return login.Index('/') < 0;
 }
@@ -78,6 +77,7 @@ void AccountLoop::RunMany(std::deque<Candidate>* candidates) {
     Print(lines);
 }
 
+/// Homes are visited before the transaction: a hung file server must not hold the lock.
 AccountLoop::Visits AccountLoop::VisitSome(std::deque<Candidate>* candidates) {
     Visits visits;
     size_t bytes = 0;
@@ -118,8 +118,8 @@ AccountLoop::Visit AccountLoop::MakeVisit(const Candidate& candidate, const Iden
     return visit;
 }
 
-/// All accounts in one transaction. False when a refusal took it back; a lock that was not to be had counts
-/// as done, as waiting for it again would take 5 s a login.
+/// All accounts in one transaction. False if a refusal rolled it back. True if the lock could not be had:
+/// each login alone would wait 5 s for it again.
 bool AccountLoop::WriteTogether(Visits* visits) {
     AccountTransaction transaction;
     for (Visit& visit : *visits) visit.outcome = MakeAccountInBatch(visit.account, &visit.uid_and_password);

@@ -1,5 +1,5 @@
-// The loop of the account step: each login's maildrop is repaired, its home visited and its account made, and
-// a line tells how that went.
+// The loop of the account step: for each login it repairs the maildrop, visits the home, makes the account
+// and prints a line with the outcome.
 #pragma once
 
 #include <deque>
@@ -10,8 +10,8 @@
 #include "install/accounts/maildrop.h"
 #include "install/accounts/new_account.h"
 
-/// Without ids: those that the host knows at the time of the visit count (LoginIndex). A password file may be
-/// another host's, and a login may vanish or get other ids while the administrator answers.
+/// Without ids, which are looked up at the visit (LoginIndex): the password file may be another host's, and a
+/// login may vanish or change its ids while the administrator answers.
 struct Candidate {
     SString full_name;
     SString login;
@@ -30,8 +30,7 @@ class AccountLoop {
   public:
     AccountLoop(const AccountSite& site, AccountResults* results) : site_(site), results_(results) {}
 
-    /// Takes the candidates in their order, until there are none left or a signal has come. What the screen
-    /// calls created is committed.
+    /// Takes the candidates in order until a signal arrives. What the screen calls created is committed.
     void Run(std::deque<Candidate> candidates);
 
   private:

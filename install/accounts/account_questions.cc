@@ -42,7 +42,7 @@ void ExplainMailDomains(const SString& host, const SString& domain) {
     PrintParagraph("here. You can list as many domains as you want, separated by spaces or commas.");
 }
 
-/// The valid ones among the typed pieces, a lone label completed with the domain.
+/// The valid domains in the answer, a single label completed with the mail domain.
 SStringList CheckDomains(const SString& answer, const SString& domain) {
     SStringList accepted;
     SStringList pieces = answer.Split("[\\s,]+").Grep("/\\S/");
@@ -56,7 +56,7 @@ SStringList CheckDomains(const SString& answer, const SString& domain) {
     return accepted;
 }
 
-/// Adds the host's own name to a list without it, if wanted. False when the administrator quits.
+/// Offers to add the host's own name if the list lacks it. False if the administrator quits.
 bool OfferHostName(const SString& host, SStringList* accepted) {
     if (LowerCase(*accepted).Contains(SString(host).LowerCase())) return true;
     PrintParagraph(
@@ -94,7 +94,7 @@ AccountMethod AskAccountMethod(bool accounts_exist) {
 std::optional<SStringList> AskMailDomains(const SString& host, const SString& domain) {
     ExplainMailDomains(host, domain);
     SStringList proposal = host;
-    // Ends at the end of input, too: what is proposed then is accepted.
+    // Ends at the end of input, too: the defaults are valid, and are accepted.
     for (;;) {
         Print("Mail domains: ");
         SString answer = GetInput(proposal.Join(","), 1);

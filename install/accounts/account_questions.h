@@ -1,5 +1,5 @@
-// The questions of the account step: where the users come from who are to have accounts, and the mail domains
-// that every user receives mail for.
+// The questions of the account step: where to look for users, and the mail domains that each of them receives
+// mail for.
 #pragma once
 
 #include <optional>
@@ -8,8 +8,8 @@
 
 enum class AccountMethod { AllSources, PasswordFile, None, Quit };
 
-/// Proposes the password file, or none where accounts exist already.
+/// The default is the password file, or none if accounts already exist.
 AccountMethod AskAccountMethod(bool accounts_exist);
 
-/// The domains, most important one first, at least one. Nothing when the administrator quits.
+/// At least one domain, the most important first. Nullopt if the administrator quits.
 std::optional<SStringList> AskMailDomains(const SString& host, const SString& domain);

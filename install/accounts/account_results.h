@@ -5,10 +5,10 @@
 
 struct AccountResults {
     bool accounts_existed = false;   // before the step
-    SStringList uids_and_passwords;  // of each account made: its UID, a blank, its password
+    SStringList uids_and_passwords;  // "UID PASSWORD" of each account created
     SStringList created;             // "Full Name (login)"
-    SStringList failed;              // the same, of accounts that could not be written
+    SStringList failed;              // the same
     SStringList skipped_names;       // system users and users without a home: the full name
-    SStringList skipped_logins;      // index for index with them
+    SStringList skipped_logins;      // the login at the same index
     SStringList forward_users;       // the first address of each user with a ".forward" file
 };

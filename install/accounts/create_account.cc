@@ -4,7 +4,7 @@
 bool CreateAccount(const SString& uid, const AccountFields& fields, AccountLock lock, size_t* refused) {
     SAccountDBMod accounts;
     SAccountMod account;
-    // An account that another process has made meanwhile is somebody's.
+    // Another process may have made the account meanwhile: it is left alone.
     if (accounts.ModifyAccount(uid, &account) == 0 || !account.IsNew()) return false;
     for (size_t i = 0; i < fields.size(); ++i) {
         if (account.Set(fields[i].name, fields[i].values) != 0) continue;

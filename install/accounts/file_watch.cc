@@ -1,4 +1,4 @@
-// Compares what stat tells of a file with what it told before.
+// Compares a file's status with the one seen before.
 #include "install/accounts/file_watch.h"
 
 #include "support/system/regular_file.h"

@@ -1,4 +1,4 @@
-// Notices, by one look (stat), that a file has changed since the last one.
+// Notices with one stat that a file has changed since the last call.
 #pragma once
 
 #include <sys/stat.h>
@@ -8,8 +8,8 @@
 class FileWatch {
   public:
     explicit FileWatch(const SString& path) : path_(path) {}
-    /// True at the first call, and when the file is not what it was at the last one. A file that is missing
-    /// differs from one that is there, not from itself.
+    /// True at the first call, and if the file has changed since the last one. Appearing and disappearing are
+    /// changes; still missing is none.
     bool HasChanged();
 
   private:

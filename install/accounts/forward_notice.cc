@@ -1,4 +1,4 @@
-// The texts for users with ".forward" files.
+// The prescribed texts for users with ".forward" files.
 #include "install/accounts/forward_notice.h"
 
 #include "install/console.h"

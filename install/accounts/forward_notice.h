@@ -1,5 +1,5 @@
-// What users with ".forward" files are told: the body of the mail (its lines end in CR LF), and the file that
-// is left beside theirs.
+// What users with ".forward" files are told: the body of the mail (its lines end in CR LF), and the file
+// left beside theirs.
 #pragma once
 
 #include "support/text/sstring.h"

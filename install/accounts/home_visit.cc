@@ -12,14 +12,14 @@ constexpr size_t kMostBytes = size_t{1} << 20;
 
 /// The lines of a user's file, without their line ends.
 SStringList ReadLines(const SString& path) {
-    if (!IsRegular(path)) return {};  // a device or a FIFO may act on being opened
+    if (!IsRegular(path)) return {};  // opening a device or a FIFO may have effects
     const RegularFile file = OpenRegularFile(path, O_RDONLY, Links::NotMagic);
     if (!file || file.status.st_size == 0) return {};
     auto text = file.descriptor.ReadAll(kMostBytes + 1);
     if (!text) return {};
     std::string bytes = text->Bytes();
     bool is_cut = bytes.size() > kMostBytes;
-    if (is_cut) bytes.resize(bytes.rfind('\n', kMostBytes - 1) + 1);  // 0 where there is none
+    if (is_cut) bytes.resize(bytes.rfind('\n', kMostBytes - 1) + 1);  // npos + 1 is 0
     SStringList lines = Lines(SString(bytes));
     for (SString& line : lines) {
         if (line[-1] == '\n') line.Chop();
@@ -39,7 +39,7 @@ void WriteNotice(const SString& path, const SString& text) {
     Descriptor file = Descriptor::Open(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0644);
     if (!file) return;
     bool written = file.WriteAll(text);
-    if (!file.Close() || !written) RemoveFile(path);  // a full disk: half a notice would never be made whole
+    if (!file.Close() || !written) RemoveFile(path);  // no later run would complete half a notice
 }
 
 }  // namespace
@@ -49,6 +49,7 @@ HomeFindings VisitHome(const SString& home, const Identity& user, const SString&
     if (home[0] != '/' || !user.IsSomebody()) return findings;
     AsUser identity(user);
     if (!identity.IsTaken()) return findings;
+    // The doubled slash is prescribed.
     const SString base = (home[-1] == '/' ? home : home + "/") + "/";
     AddSection("Project:", "-------", ReadLines(base + ".project"), &findings.finger_lines);
     AddSection("Plan:", "----", ReadLines(base + ".plan"), &findings.finger_lines);

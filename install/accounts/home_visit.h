@@ -1,9 +1,10 @@
-// What the account step does in a user's home directory, as the user: it reads ".project" and ".plan" for the
-// finger information, looks for a ".forward", and leaves the notice ".forward.NOTICE" there.
+// Visits a user's home directory, as that user: reads ".project" and ".plan" for the finger information,
+// looks for a ".forward", and leaves the notice ".forward.NOTICE".
 //
-// A home is hostile ground. Only regular files are opened; a link to another file of the user's is followed,
-// as the user may read that anyway, but none of /proc's, which lead past the rights of directories. Of a file
-// beyond 1 MiB only the whole lines within the first 1 MiB count, and of one that claims to be empty, none.
+// Homes are untrusted. Only regular files are opened. Links are followed, as whatever the user links to is
+// opened with the user's own rights, except those of /proc, which bypass directory permissions. Only the
+// whole lines within a file's first 1 MiB are read, and nothing of a file whose size is 0, as many in /proc
+// have.
 #pragma once
 
 #include "support/system/identity.h"
@@ -14,6 +15,6 @@ struct HomeFindings {
     bool has_forward = false;  // a regular ".forward" file
 };
 
-/// Nothing is found, and nothing written, where the home is not an absolute path or the system refuses the
-/// user's identity. The notice is written only where nothing stands, not even a dangling link.
+/// Finds and writes nothing if the home is not an absolute path or the system refuses the user's identity.
+/// The notice never replaces anything, not even a dangling link.
 HomeFindings VisitHome(const SString& home, const Identity& user, const SString& notice);

@@ -9,8 +9,7 @@
 
 namespace {
 
-/// "+name" and "-name" are directions to NIS, not logins: the enumeration gives them with user id 0, though
-/// no look-up finds them.
+/// "+name" and "-name" are NIS directives, not logins, but getpwent returns them with user id 0.
 bool IsLogin(const SString& name) {
     return name[0] != '+' && name[0] != '-';
 }
@@ -21,7 +20,7 @@ std::optional<Identity> LoginIndex::Find(const SString& login) {
     if (password_watch_.HasChanged()) ReadLogins();
     auto rows = logins_.Find(login);
     if (!rows.empty()) {
-        Ids ids = rows.front().value;  // of a login that stands there twice, getpwnam finds the first
+        Ids ids = rows.front().value;  // of a duplicate login, the first counts, as with getpwnam
         return Identity{ids.uid, ids.gid, Groups(login, ids.gid)};
     }
     auto entry = EntryOf(login);

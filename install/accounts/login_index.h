@@ -1,10 +1,8 @@
-// Who a login is on this host, without asking the C library for each: getpwnam and getgrouplist read their
-// whole file up to the match, which makes one look-up a login quadratic (3.5 ms and 7 ms each at 100,000
-// entries).
+// Looks up a login's ids and groups in tables: getpwnam and getgrouplist scan their file up to the match, so
+// one call per login is quadratic (3.5 ms and 7 ms a call at 100,000 entries).
 //
-// One enumeration of either database is kept, and read anew when its file has changed since, so that a login
-// that has vanished is noticed as well. A login that the enumeration did not give is asked of the C library,
-// as some directory services answer but do not enumerate.
+// The tables are read again once their file has changed, so a deleted login is noticed. A login missing from
+// them is looked up with the C library: some directory services answer but do not enumerate.
 #pragma once
 
 #include <optional>
@@ -16,12 +14,12 @@
 
 class LoginIndex {
   public:
-    /// The files whose changes make the enumerations stale.
+    /// The files whose changes make the tables stale.
     explicit LoginIndex(const SString& password_file = "/etc/passwd",
                         const SString& group_file = "/etc/group")
         : password_watch_(password_file), group_watch_(group_file) {}
 
-    /// Nothing when the host does not know the login.
+    /// Nullopt if the host does not know the login.
     std::optional<Identity> Find(const SString& login);
 
   private:
@@ -36,5 +34,5 @@ class LoginIndex {
     FileWatch password_watch_;
     FileWatch group_watch_;
     NameTable<Ids> logins_;
-    NameTable<gid_t> members_;  // logins in the member lists of groups
+    NameTable<gid_t> members_;  // a row for each group that lists the login
 };

@@ -1,15 +1,15 @@
-// A user's maildrop file, to which the mail system delivers without root's rights: it must belong to the user
-// and the mail group, mode 0660. The directory may be writable by everybody, so what stands there is looked
-// at twice: only a regular file with one name is ever changed, and only if it is the one that was looked at
-// first.
+// Repairs a user's maildrop file: the mail system delivers to it without root's rights, so it must belong to
+// the user and the mail group, mode 0660. The directory may be world-writable: only a regular file with one
+// link is changed, and only if the opened file is the one that lstat saw: a planted link would hand its
+// target to the user.
 #pragma once
 
 #include "support/system/identity.h"
 
 enum class Maildrop {
-    Fine,       // right now, missing, or left alone as it could not be opened or was exchanged meanwhile
-    Suspicious  // a link, a hard link or a special file: not touched
+    Fine,       // correct, missing, or (prescribed) left alone as it was exchanged or cannot be opened
+    Suspicious  // a link, a hard link or a special file: left alone
 };
 
-/// Takes root's rights itself.
+/// Works with root's rights.
 Maildrop RepairMaildrop(const SString& path, const Identity& user, gid_t mail_group);

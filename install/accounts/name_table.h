@@ -1,6 +1,5 @@
-// Values under names, filled once and then searched: a sorted table. The names stand one after the other in a
-// single string, as an object for each would take more memory than the name. A name may have several values,
-// kept in the order in which they were added.
+// A sorted table from names to values, filled once and then searched. The names share one string: an object
+// for each would take more memory than the name. A name may have several values, kept in the order of Add.
 #pragma once
 
 #include <algorithm>
@@ -24,7 +23,7 @@ class NameTable {
         names_ += name.Bytes();
     }
 
-    /// To be called between the last Add and the first Find.
+    /// Call this between the last Add and the first Find.
     void Sort() {
         std::stable_sort(rows_.begin(), rows_.end(),
                          [this](const Row& left, const Row& right) { return Name(left) < Name(right); });

@@ -1,4 +1,4 @@
-// Fills in a user's account, unless somebody has one of its addresses.
+// Makes a user's account, unless one of its addresses is taken.
 #include "install/accounts/new_account.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Whether any of the addresses has an owner.
+/// Found if any of the addresses has an owner.
 Lookup FindOwner(const SStringList& addresses) {
     SAccountDB accounts;
     for (const SString& address : addresses) {
@@ -40,7 +40,7 @@ bool IsAddressable(const NewAccount& account) {
            });
 }
 
-/// Within the caller's transaction, with the account's first fields only: as many as count.
+/// Within the caller's transaction, with only the first fields, count of them.
 AccountOutcome Create(const NewAccount& account, size_t count, size_t* refused, SString* uid_and_password) {
     const Lookup owner = FindOwner(account.addresses);
     if (owner == Lookup::Found) return AccountOutcome::Exists;

@@ -13,18 +13,18 @@ struct NewAccount {
 
 enum class AccountOutcome {
     Created,
-    Exists,  // one of the addresses belongs to an account; nothing is changed
+    Exists,  // an account has one of the addresses; nothing is changed
     Failed
 };
 
-/// Makes the account in a transaction of its own, which also keeps a second installer from making one for the
-/// same addresses meanwhile. Where a field is refused, those in front of it stay written, and it has failed.
-/// uid_and_password gets "UID PASSWORD" of an account that was created.
+/// Makes the account in its own transaction, so that a second installer cannot take the addresses meanwhile.
+/// If a field is refused, the result is Failed but the fields before it are kept (prescribed).
+/// uid_and_password is set to "UID PASSWORD" of a created account.
 AccountOutcome MakeAccount(const NewAccount& account, SString* uid_and_password);
 
-/// The same within the caller's transaction: what it gives holds once that is committed, and a refused field
-/// takes back the whole batch.
+/// The same within the caller's transaction: the result holds once that is committed. A refused field rolls
+/// back the whole batch.
 AccountOutcome MakeAccountInBatch(const NewAccount& account, SString* uid_and_password);
 
-/// Whether mail could be addressed to the login as it stands (an RFC 821 local part).
+/// Whether the login is a valid RFC 821 local part without quoting.
 bool IsLocalPart(const SString& login);

@@ -37,7 +37,7 @@ std::optional<PasswordEntry> EntryOf(const SString& login) {
 
 SString FullName(const SString& comment, const SString& login) {
     std::string name = comment.Bytes().substr(0, comment.Bytes().find(','));
-    // Not a substitution: "$1" in a login or a name is just text.
+    // Not S(): a "$1" in the login is plain text.
     if (size_t at = name.find('&'); at != name.npos) {
         std::string person = login.Bytes();
         if (!person.empty() && person[0] >= 'a' && person[0] <= 'z') person[0] -= 'a' - 'A';

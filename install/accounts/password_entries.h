@@ -1,6 +1,6 @@
-// The host's password database, entry by entry: all of its sources (getpwent: files, NIS, directories), or
-// one file in passwd(5) form. Entries may lack fields: for a line such as "-name" the C library hands out
-// null pointers. An absent field is empty here.
+// Reads the host's password database entry by entry: all its sources (getpwent: files, NIS, directories), or
+// one file in passwd(5) form. For a line such as "-name" the C library returns null pointers; such fields are
+// empty here.
 #pragma once
 
 #include <sys/types.h>
@@ -19,20 +19,20 @@ struct PasswordEntry {
     SString home;
 };
 
-/// One walk through the entries, in their order; only one at a time in a process (getpwent).
+/// One pass through the entries; getpwent allows only one at a time in a process.
 class PasswordEntries {
   public:
-    /// Of all sources.
+    /// Reads all sources.
     PasswordEntries();
-    /// Of a file.
+    /// Reads a file.
     explicit PasswordEntries(const SString& path);
     ~PasswordEntries();
     PasswordEntries(const PasswordEntries&) = delete;
     PasswordEntries& operator=(const PasswordEntries&) = delete;
 
-    /// False when the file cannot be opened.
+    /// False if the file could not be opened.
     bool IsOpen() const { return all_sources_ || file_ != nullptr; }
-    /// The next entry; nothing after the last.
+    /// Nullopt after the last entry.
     std::optional<PasswordEntry> Next();
 
   private:
@@ -43,9 +43,9 @@ class PasswordEntries {
     std::unique_ptr<FILE, Close> file_;
 };
 
-/// The entry of a login (getpwnam). Nothing when the host does not know it.
+/// The entry of a login (getpwnam); nullopt if the host does not know it.
 std::optional<PasswordEntry> EntryOf(const SString& login);
 
-/// The person's name in a password entry's comment: what stands before the first comma, with the first "&"
-/// there standing for the login, its first letter in upper case. The login itself when that leaves nothing.
+/// The full name in a password entry's comment: the text before the first comma, its first "&" replaced by
+/// the capitalized login. The login itself if that is empty.
 SString FullName(const SString& comment, const SString& login);

@@ -65,7 +65,7 @@ SString ResultsMailBody(const AccountResults& results) {
               "and set up accounts or aliases as necessary. See manual",
               "chapters 5 and 6 which describe the three alias types", "and how to set them up.", ""},
              &body);
-    // On a database that held accounts before, an administrator has seen to those that fail.
+    // Prescribed: failures are left out if accounts existed before.
     if (!results.failed.IsEmpty() && !results.accounts_existed) AddFailed(results.failed, &body);
     if (!results.skipped_logins.IsEmpty()) AddSkipped(results.skipped_logins, results.skipped_names, &body);
     if (!results.forward_users.IsEmpty()) AddForwards(results.forward_users, &body);

@@ -1,5 +1,5 @@
-// The text of the mail that tells Postmaster what the account step did. Lines end in CR LF; what other people
-// chose (names, logins, addresses) never makes a line of its own.
+// The text of the mail that tells Postmaster what the account step did. Lines end in CR LF; a name, login or
+// address, which users choose, cannot add lines to it.
 #pragma once
 
 #include "install/accounts/account_results.h"

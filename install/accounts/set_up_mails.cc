@@ -34,12 +34,12 @@ bool WriteMail(const SString& stem, const SString& header, const SString& body, 
            body_file.Publish() && control->Publish();
 }
 
-/// The mail exists only once its text is on the disk; otherwise nothing of it stays.
+/// The mail exists only once its text is on the disk; a failed one is removed.
 void QueueMail(const SString& stem, const SString& header, const SString& body, SControl* control) {
     if (!WriteMail(stem, header, body, control)) control->RemoveMessage();
 }
 
-/// Asks for a greeting to every new account, which tells its owner the UID and the password.
+/// The greeting tells each new account's owner the UID and the password.
 void QueueGreetingRequest(const SStringList& uids_and_passwords) {
     SControl control;
     control["Function:"] = "Account-Manager";

@@ -1,13 +1,13 @@
-// The messages of the account step, left in the queue: the greeting request, the results mail to Postmaster
-// and the notice to users with ".forward" files, which tell people about their new accounts; and the request
-// for a form, where no accounts are made.
+// Queues the messages of the account step: the greeting request, the results mail to Postmaster, the notice
+// to users with ".forward" files, and the request for an account form.
 //
-// Nothing is printed: a message that cannot be written is withdrawn, and the others are still queued.
+// Failures are silent (prescribed): a message that cannot be written is withdrawn, the others are still
+// queued.
 #pragma once
 
 #include "install/accounts/account_results.h"
 
-/// Queues those of the three messages about accounts that have something to say.
+/// Queues the greeting request, the results mail and the notice, leaving out those with nothing to report.
 void QueueSetUpMails(const AccountResults& results, const SString& host);
 
 /// Queues the request that sends the administrator a form for new accounts.

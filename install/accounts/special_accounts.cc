@@ -1,4 +1,5 @@
-// The accounts that receive the mail system's own control traffic, and the template for later accounts.
+// Creates the accounts that receive the mail system's own control traffic, and the template for later
+// accounts.
 #include "install/accounts/create_account.h"
 #include "install/settings.h"
 #include "install/steps.h"
@@ -23,7 +24,7 @@ SpecialAccount Manager(const char* uid, const char* name, const SStringList& add
             AccountLock::Locked};
 }
 
-// Placeholders: the pattern for accounts that are made later.
+// Prescribed placeholders, "Lock" and all, for accounts made later.
 SpecialAccount Template() {
     return {"Default",
             {{"SMTP-RewriteStyle", "comment"},
@@ -44,7 +45,7 @@ std::vector<SpecialAccount> SpecialAccounts() {
             Manager("Error-Handler", "Error Handler", {"Error-Handler@" + gstr_IpAddress}), Template()};
 }
 
-// An account that is refused in part is left out, and made by the next run.
+// An account refused in part is rolled back, for the next run to create.
 void Create(const SpecialAccount& account) {
     AccountTransaction creation;
     if (CreateAccount(account.uid, account.fields, account.lock)) creation.Commit();

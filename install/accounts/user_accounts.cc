@@ -1,4 +1,4 @@
-// The account step: asks who is to have a mail account, and makes accounts for those users.
+// The account step: asks which users shall have a mail account, and makes their accounts.
 #include <grp.h>
 
 #include "install/accounts/account_loop.h"
@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr long kOwnAccounts = 8;  // that the mail system itself has at most
+constexpr long kOwnAccounts = 8;  // prescribed: up to so many, the database counts as having no users
 
 /// The group that owns users' maildrop files.
 const struct group* MailGroup() {
@@ -59,7 +59,7 @@ std::deque<Candidate> SelectCandidates(PasswordEntries* entries, AccountResults*
     return candidates;
 }
 
-/// The users who are to have accounts. Nothing when the password file cannot be opened.
+/// The users who shall have accounts. Nullopt if the password file cannot be opened.
 std::optional<std::deque<Candidate>> ReadCandidates(AccountMethod method, AccountResults* results) {
     if (method == AccountMethod::AllSources) {
         Print("Searching for users.... \n\n");
@@ -81,8 +81,8 @@ void SyncNewAccounts(const AccountResults& results) {
             "then run this installation program again to add any missing accounts."});
 }
 
-/// One critical section with the messages: an interrupt between an account and its greeting would leave
-/// nobody who knows the password. False after an interrupt.
+/// The messages are queued in the same critical section, so an interrupt cannot leave out only some of them.
+/// False after an interrupt; if it came before the messages, none is queued (prescribed).
 bool CreateAccounts(std::deque<Candidate> candidates, const AccountSite& site, AccountResults* results) {
     Print("Creating user accounts.... \n");
     Uninterrupted([&] {
@@ -111,7 +111,7 @@ int AddAccounts(AccountMethod method, gid_t mail_group, AccountResults results) 
     Print("\n");
     if (candidates->empty()) {
         Print("No accounts to create.\n");
-        QueueSetUpMails(results, gstr_HostName);  // Postmaster hears who was left out
+        QueueSetUpMails(results, gstr_HostName);  // the results mail lists the skipped users
         return 1;
     }
     PrintCount(candidates->size(), results.accounts_existed);

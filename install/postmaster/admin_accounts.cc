@@ -35,7 +35,7 @@ AdminAccountsOutcome Deliver(SAccountDBMod* accounts, const SString& root) {
                                                          : AdminAccountsOutcome::NotDelivered;
 }
 
-/// All or nothing.
+/// Commits only if every part succeeded.
 AdminAccounts Make(SAccountDBMod* accounts, const SString& host, const SString& domain, bool deliver) {
     AccountTransaction creation;
     AdminAccounts made;

@@ -1,15 +1,15 @@
-// Making the accounts "Postmaster" and, where the host's root user has none, "Root". Both are locked and get
-// a generated password. Neither is ever written over an account that exists.
+// Makes the account "Postmaster" and, if no account has root's address, "Root". Both are locked and get a
+// generated password. Existing accounts are never overwritten.
 #pragma once
 
 #include "support/database/account.h"
 
 enum class AdminAccountsOutcome {
     Done,
-    NotDelivered,  // the accounts stand, but the Postmaster's mail goes nowhere
-    NoPostmaster,  // here and below, nothing stands
+    NotDelivered,  // the accounts are made, but Postmaster's mail goes nowhere
+    NoPostmaster,  // from here on, nothing was written
     NoRoot,
-    NotReopened,  // the Postmaster's account, once root's was made
+    NotReopened,  // Postmaster's account could not be bound again to add root
 };
 
 struct AdminAccounts {
@@ -17,7 +17,7 @@ struct AdminAccounts {
     bool root_was_made = false;
 };
 
-/// Makes the Postmaster's account, its mail going to the account that owns root's address; where there is
-/// none, root's account is made under the UID "Root", or a free one like it. All become lasting at once, so
-/// that a run that is killed never leaves a Postmaster whom the next run takes for one that was set up.
+/// Makes Postmaster's account, its mail going to the owner of root's address; if there is none, makes root's
+/// account under the UID "Root", or "Root1" and so on. All in one transaction: the next run would take the
+/// half-made Postmaster of a killed run for one that was set up.
 AdminAccounts MakeAdminAccounts(SAccountDBMod* accounts, const SString& host, const SString& domain);

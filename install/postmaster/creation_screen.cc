@@ -1,4 +1,4 @@
-// Tells how the making of the administrator's accounts went.
+// Prints how creating the administrator's accounts went.
 #include "install/postmaster/creation_screen.h"
 
 #include "install/console.h"
@@ -33,7 +33,7 @@ void TellNotDelivered() {
         "that it is set up correctly by running this program again.");
 }
 
-/// The lines of a run that had to make root's account, up to the word that completes the last of them.
+/// The progress lines for root's account, all but the last one's outcome.
 void TellRoot(AdminAccountsOutcome outcome) {
     EndProgress("hold on a second....");
     BeginProgress("Creating a mail account for root");

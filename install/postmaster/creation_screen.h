@@ -1,8 +1,8 @@
-// Creating the Postmaster's account, with its mail going to root's, told line by line.
+// Creates Postmaster's account, with its mail going to root's, and shows the progress.
 #pragma once
 
 #include "support/database/account.h"
 
-/// False, the reason told, when the installation cannot go on. A Postmaster without a delivery is told as
-/// well, but the dialogue can mend it.
+/// False, with the reason printed, if the installation cannot go on. A Postmaster without deliveries is
+/// reported but not fatal: the dialogue asks for deliveries next.
 bool CreatePostmasterWithRoot(SAccountDBMod* accounts);

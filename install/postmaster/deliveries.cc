@@ -3,11 +3,11 @@
 
 namespace {
 
-/// The address with its domain made whole.
+/// The address with its domain completed.
 S821Address Complete(S821Address address, const SString& host, const SString& domain) {
     if (address.Domain().IsEmpty()) address.SetDomain(host);
     const SString given = address.Domain();
-    // A literal such as "[IPv6:::1]" is whole without a dot.
+    // A literal such as "[IPv6:::1]" is complete without a dot.
     if (given.Index('.') < 0 && !given.StartsWith("[")) address.SetDomain(given + "." + domain);
     return address;
 }
@@ -18,7 +18,7 @@ SStringList LocalDomains(SAccountDB* accounts, const SString& host) {
     return LowerCase(domains);
 }
 
-/// Both fields at once: a Postmaster with half of its deliveries, or none, is never seen by anybody.
+/// In one transaction: nobody sees a Postmaster with half of its deliveries, or none.
 bool Write(SAccountMod* postmaster, const Deliveries& deliveries) {
     AccountTransaction change;
     return change.IsOpen() && postmaster->Set("Account-Delivery", deliveries.accounts) != 0 &&
@@ -45,7 +45,7 @@ std::optional<SStringList> DeliveryAddresses(SAccountDB* accounts, const Deliver
         if (found == Lookup::Failed) return std::nullopt;
         if (found == Lookup::Found) addresses.Push(account.Get("SMTP-Address").Get(0));
     }
-    addresses.Delete("");  // an account that has none
+    addresses.Delete("");  // of an account without addresses
     SStringList elsewhere = deliveries.channels;
     elsewhere.Grep("s/^SMTP //");
     elsewhere.Grep("s/^<([^@].*)>/$1/");

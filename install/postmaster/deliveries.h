@@ -1,4 +1,4 @@
-// To whom the Postmaster's mail goes: reading, showing, choosing and replacing the deliveries.
+// Reads, chooses and replaces Postmaster's deliveries: who gets the mail to it.
 #pragma once
 
 #include <optional>
@@ -15,19 +15,20 @@ struct Deliveries {
 
 Deliveries DeliveriesOf(const SAccount& account);
 
-/// The deliveries as addresses: a local account's first one (an account that is gone is left out), and what
-/// follows "SMTP ", without angle brackets. Nothing when the accounts cannot be asked: a list with one
-/// missing would be offered, and stored, as the default.
+/// The deliveries as addresses: the first one of each local account (a deleted account is left out), and what
+/// follows "SMTP ", without angle brackets. Nullopt if the database cannot be read: a list that lacks one
+/// would be offered as the default, and stored.
 std::optional<SStringList> DeliveryAddresses(SAccountDB* accounts, const Deliveries& deliveries);
 
-/// The deliveries that a list of addresses stands for. An address without a domain is one of this host, one
-/// whose domain is a single label is completed with the mail domain. What cannot be delivered to is left out
-/// and gets a line among the refusals. Nothing when the accounts cannot be asked.
+/// The deliveries to a list of addresses. An address without a domain gets this host's, a single label is
+/// completed with the mail domain. A null or invalid address, or one in a local domain without an account, is
+/// left out and gets a line in the refusals. Nullopt if the database cannot be read.
 std::optional<Deliveries> ChooseDeliveries(SAccountDB* accounts, const SStringList& addresses,
                                            const SString& host, const SString& domain, SStringList* refusals);
 
 enum class Replacement { Done, OldRetained, OldLost };
 
-/// Replaces the deliveries of the Postmaster's account, both fields or none, also when killed.
+/// Replaces both delivery fields of Postmaster's account in one transaction; on failure the old ones are kept
+/// or put back.
 Replacement ReplaceDeliveries(SAccountDB* accounts, SAccountMod* postmaster, const Deliveries& old,
                               const Deliveries& next);

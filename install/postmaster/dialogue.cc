@@ -12,11 +12,11 @@ constexpr size_t kShortestPassword = 6;
 
 SStringList Entries(const SString& answer) {
     SStringList entries = answer.Split("[\\s,]+");
-    entries.Delete("");  // what a comma at either end leaves
+    entries.Delete("");  // from a leading comma or blank
     return entries;
 }
 
-/// Names the entries that are none, and tells whether all are good.
+/// Prints the invalid entries. True if all are valid.
 bool CheckAccessDomains(const SStringList& entries) {
     bool good = true;
     for (const SString& entry : entries) {
@@ -90,8 +90,8 @@ std::optional<SStringList> AskAccessDomains(const SStringList& current, const SS
         if (entries.IsEmpty()) return current;
         if (CheckAccessDomains(entries)) return entries;
         ExplainAccessDomainSyntax(domain);
-        offered = entries.Join(",");  // refused as well, should input have ended
-        if (InputHasEnded()) {
+        offered = entries.Join(",");
+        if (InputHasEnded()) {  // the default would be refused for ever
             Abort();
             return std::nullopt;
         }

@@ -1,6 +1,5 @@
-// Makes sure that the mail system's administrator, the account "Postmaster", exists and that its mail reaches
-// somebody, and asks for its password, the places from which it may configure the mail system, and its
-// deliveries.
+// The Postmaster step: makes sure that the administrator's account exists and that its mail reaches somebody,
+// and asks for its password, the domains from which it may configure the mail system, and its deliveries.
 #include "install/console.h"
 #include "install/critical_section.h"
 #include "install/postmaster/creation_screen.h"
@@ -54,7 +53,7 @@ void IntroducePostmasters() {
         "If you want to have multiple Postmasters, list their E-mail addresses here, separated by commas.");
 }
 
-/// What cannot be stored is told, and left to the administrator: the account works with what it had.
+/// A refused field is only reported: the account keeps working with the old value.
 void Store(SAccountMod* postmaster, const SString& field, const SString& what, const SStringList& values) {
     if (postmaster->Set(field, values) != 0) return;
     PrintParagraph("WARNING: The new " + what + " of the Postmaster account could not be stored. " +
@@ -145,7 +144,7 @@ bool SetupAdminAccount() {
     const bool is_new = before == Lookup::Missing;
     EndProgress(is_new ? "not found" : before == Lookup::Found ? "found" : "");
     if (is_new && !CreatePostmasterWithRoot(&accounts)) return false;
-    // A database that cannot be asked must not pass for one without the account.
+    // A failed look-up must not count as a missing account.
     if (before == Lookup::Failed || accounts.Find("Postmaster", &record) != Lookup::Found ||
         accounts.ModifyAccount("Postmaster", &postmaster) == 0) {
         return AbortInaccessible();

@@ -1,4 +1,4 @@
-// Account records, their changes and transactions, on the store behind them.
+// Implements account records, their changes and transactions with the account store.
 #include "support/database/account.h"
 
 #include "support/database/account_store.h"
@@ -40,7 +40,7 @@ SStringList SAccountDB::GetLocalMailDomains() {
 
 namespace {
 
-/// A change as a transaction of its own, or as a part of the one that is open.
+/// Runs a change in a transaction of its own, or as a part of the open one, which a failure rolls back.
 template <typename Work>
 bool Change(AccountStore& store, const Work& work) {
     if (!store.IsInTransaction()) {
@@ -84,7 +84,7 @@ int SAccountMod::Lock() {
 }
 
 AccountTransaction::AccountTransaction()
-    : is_ended_(AccountStore::Shared().IsInTransaction()),  // another one's
+    : is_ended_(AccountStore::Shared().IsInTransaction()),  // inside another one
       is_open_(!is_ended_ && AccountStore::Shared().Begin()) {}
 
 AccountTransaction::~AccountTransaction() {

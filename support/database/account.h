@@ -35,20 +35,20 @@ class SAccount : public virtual SAccountBase {
 
 class SAccountMod;
 
-/// Tells "no such account" from "the database could not be asked", where a wrong guess would write over one.
+/// Tells "no such account" from "the database could not be read", after which creating could overwrite one.
 enum class Lookup { Found, Missing, Failed };
 
 class SAccountDB : public virtual SAccountBase {
   public:
-    /// Nonzero when the account exists; the record, if any, is filled.
+    /// Nonzero if the account exists; fills in the record unless it is null.
     virtual int GetAccountInfo(const SString& uid, SAccount* record);
     Lookup Find(const SString& uid, SAccount* record = nullptr);
-    /// The owner of an SMTP address (without regard to case); empty when nobody has it.
+    /// The owner of an SMTP address (case-insensitive); empty if there is none.
     virtual SString GetAccountUID(const S821Address& address);
     Lookup FindOwner(const S821Address& address, SString* uid);
     /// All UIDs, in the order of creation.
     virtual SStringList AccountUIDList();
-    /// How many there are, without listing them.
+    /// The number of accounts, without listing them.
     virtual long AccountCount();
     /// The distinct domains of all accounts' SMTP addresses.
     SStringList GetLocalMailDomains();
@@ -56,15 +56,14 @@ class SAccountDB : public virtual SAccountBase {
 
 class SAccountDBMod : public SAccountDB {
   public:
-    /// Binds the modification to the account, making it when it does not exist yet.
+    /// Binds the modification to the account, creating it if necessary.
     int ModifyAccount(const SString& uid, SAccountMod* mod);
-    /// Zero, too, when there is no such account.
+    /// Zero also if there is no such account.
     int DeleteAccount(const SString& uid);
 };
 
-/// A pending modification of one account. Outside a transaction each Set survives a killed process at once.
-/// Get, Fields and IsLocked give what was stored through it since ModifyAccount, not what the account had
-/// before.
+/// A modification of one account. Outside a transaction each Set is committed at once. Get, Fields and
+/// IsLocked return only what was set through it since ModifyAccount.
 class SAccountMod : public virtual SAccount {
   public:
     SAccountMod() = default;
@@ -82,16 +81,16 @@ class SAccountMod : public virtual SAccount {
     bool is_new_ = false;
 };
 
-/// Several account operations as one: all of them or none, also after kill -9. Every change while it lives is
-/// a part of it. Once a part has failed, or where it could not begin, nothing is written until it ends, and
-/// Commit fails. There is one at a time: inside another, it is not open and does nothing.
+/// Makes all account changes in its scope atomic, also under kill -9. After a failed change, or if it could
+/// not begin, nothing is written until it ends, and Commit fails. They do not nest: inside another one it is
+/// not open and does nothing.
 class AccountTransaction {
   public:
     AccountTransaction();  // takes the write lock, waiting up to 5 s
     ~AccountTransaction();
     AccountTransaction(const AccountTransaction&) = delete;
     AccountTransaction& operator=(const AccountTransaction&) = delete;
-    /// Whether it could begin.
+    /// Whether it began.
     bool IsOpen() const { return is_open_; }
     bool Commit();
 
@@ -100,11 +99,11 @@ class AccountTransaction {
     bool is_open_;
 };
 
-/// Brings everything committed to the disk. False when the system refused.
+/// Syncs everything committed to the disk. False if the system refused.
 bool SyncAccounts();
 
-/// A UID that no account has yet, made from a person's name: "John Q. Public" gives "John_Q_Public", or that
-/// followed by the first free number from 1 on. Never "Postmaster".
+/// A free UID made from a person's name: "John Q. Public" gives "John_Q_Public", or that followed by the
+/// first free number from 1 on. Never "Postmaster".
 SString GenerateAccountUID(const SString& name);
 /// Six characters: consonant, vowel, consonant, vowel, consonant, digit from 1 to 9.
 SString GeneratePassword();

@@ -1,4 +1,4 @@
-// The account store's transaction and what is written inside it.
+// Implements the account store's transaction and its changes.
 #include <fcntl.h>
 
 #include "support/database/account_session.h"
@@ -32,8 +32,8 @@ bool AccountStore::End(bool commit) {
     return is_done;
 }
 
-// A checkpoint brings the log into the database and syncs both; what another process's reading holds back is
-// synced in the log itself.
+// A checkpoint copies the log into the database and syncs both. The log is synced again for what had to stay
+// in it because another process is reading.
 bool AccountStore::Sync() {
     const DatabaseState state = OpenSession(false);
     if (state != DatabaseState::Ready) return state == DatabaseState::Missing;
@@ -43,7 +43,7 @@ bool AccountStore::Sync() {
     return (!file || file.Sync()) && SyncParent(session_->path);
 }
 
-// A failed look-up never passes for "there is none": somebody's account would be written over.
+// A failed look-up is refused, not taken for a new account: that would overwrite somebody's.
 AccountStore::Binding AccountStore::Bind(const SString& uid) {
     if (Execution(session_->add, uid).Run() && session_->connection->HasChanged()) {
         return {session_->connection->LastId(), true};
@@ -52,7 +52,7 @@ AccountStore::Binding AccountStore::Bind(const SString& uid) {
     return query.Next() == Step::Row ? Binding{query.Number(0), false} : Binding{};
 }
 
-// The id of a deleted account may be given to the next one.
+// SQLite may give a deleted account's id to the next one.
 bool AccountStore::Holds(int64_t id, const SString& uid) {
     return Execution(session_->holds, id, uid).Next() == Step::Row;
 }
@@ -92,7 +92,7 @@ bool AccountStore::AddAddresses(int64_t id, const SStringList& values) {
     return true;
 }
 
-// The index leads from addresses to accounts only, so the field that they came from names them.
+// The rows have no index by account; the field's values say which ones to remove.
 bool AccountStore::RemoveAddresses(int64_t id) {
     Execution old(session_->values, id, kAddressField);
     Step step = old.Next();

@@ -1,4 +1,4 @@
-// Names by kind, so that an operation can be overloaded by the kind of name that it is given.
+// Types for kinds of names, so that operations can be overloaded by kind.
 #pragma once
 
 #include "support/text/sstring.h"
@@ -28,7 +28,7 @@ class SPopName : public STypedName<SPopName> {
     using STypedName::STypedName;
 };
 
-/// A string with the kind of thing that a parser took it for.
+/// A string and the type that a parser gave it.
 class SToken : public SString {
   public:
     SToken(const SString& text, int type) : SString(text), type_(type) {}

@@ -1,12 +1,12 @@
-// Opens the account database, and notices when its file is another.
+// Opens the account database and notices that its file was replaced.
 #include "support/database/account_session.h"
 
 #include "support/system/regular_file.h"
 
 namespace {
 
-// A commit in a write-ahead log survives a killed process without waiting for the disk, and a power failure
-// after Sync; accounts are appended in the order of creation (docs/storage.md).
+// With a write-ahead log a commit survives a killed process without waiting for the disk, and after Sync a
+// power failure. Rows are appended in the order of creation (docs/storage.md).
 constexpr DatabaseFormat kFormat = {
     "1414680129",  // "TRNA"
     "CREATE TABLE accounts (id INTEGER PRIMARY KEY, uid TEXT NOT NULL UNIQUE,"
@@ -33,7 +33,7 @@ AccountStore::Session::Session(OpenedDatabase database, const SString& file, boo
     stat(path.CString(), &opened);
 }
 
-// What is written into a file that a backup has replaced is lost.
+// Writes to a file that a restored backup has replaced would be lost.
 bool AccountStore::Session::IsCurrent() const {
     struct stat now {};
     return !is_snapshot && path == Path() && stat(path.CString(), &now) == 0 && IsSameFile(now, opened);

@@ -1,4 +1,4 @@
-// What the account store has open: the database and the statements that run on it.
+// The account store's open database and prepared statements.
 #pragma once
 
 #include <sys/stat.h>
@@ -8,7 +8,7 @@
 struct AccountStore::Session {
     Session(OpenedDatabase database, const SString& file, bool for_writing);
     static DatabaseState Open(bool for_writing, std::unique_ptr<Session>* session);
-    /// Whether what it has open is still the account database.
+    /// Whether the open file is still the account database.
     bool IsCurrent() const;
 
     SString path;
@@ -16,7 +16,7 @@ struct AccountStore::Session {
     bool is_snapshot;
     struct stat opened {};
     std::unique_ptr<sqlite::Connection> connection;
-    std::optional<int64_t> data_version;  // changes when another connection has written
+    std::optional<int64_t> data_version;  // changes once another connection has written
 
     sqlite::Statement version = connection->Prepare("PRAGMA data_version");
     sqlite::Statement find = connection->Prepare("SELECT id FROM accounts WHERE uid = ?1");

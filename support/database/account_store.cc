@@ -1,4 +1,4 @@
-// The account store's connection and what is read over it.
+// Implements the account store's session and its queries.
 #include "support/database/account_store.h"
 
 #include <set>

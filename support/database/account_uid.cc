@@ -8,11 +8,12 @@ namespace {
 
 const SString kReserved = "Postmaster";
 
+// A failed look-up counts as free, or the search would never end; creating the account fails then.
 bool IsFree(const SString& uid) {
     return uid != kReserved && AccountStore::Shared().Find(uid) != Lookup::Found;
 }
 
-// For each name the first number that may be free: a search from 1 would be quadratic in people of one name.
+// Remembers each name's first number that may be free: searching from 1 is quadratic in people of one name.
 class Numbers {
   public:
     long& Of(const SString& base) {

@@ -1,9 +1,9 @@
+// Parses one address (RFC 821 section 4.1.2). Only printable ASCII is accepted: a line end or a NUL inside
+// quotes would end up in files and dialogues that are read by line.
 #include "support/mail/address.h"
 
 #include <optional>
 
-// RFC 821 section 4.1.2, as printable ASCII: a line end or a NUL inside quotes would end up in files and
-// dialogues that are read by line.
 namespace {
 
 bool IsControl(char c) {
@@ -31,7 +31,7 @@ std::string_view Trimmed(std::string_view text) {
                                            : text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
 }
 
-/// Reads a text from its beginning on.
+/// Reads a text from its beginning.
 class Cursor {
   public:
     explicit Cursor(std::string_view text) : rest_(text) {}
@@ -70,7 +70,7 @@ std::optional<std::string> QuotedWord(Cursor& cursor) {
     return word.empty() ? std::nullopt : std::optional(word);
 }
 
-// <string>: plain characters and any character behind a backslash.
+// <string>: plain characters, and any character after a backslash.
 std::optional<std::string> PlainWord(Cursor& cursor) {
     std::string word;
     while (!cursor.IsAtEnd() && (IsPlain(cursor.Peek()) || cursor.Peek() == '\\')) {
@@ -97,7 +97,7 @@ bool IsLabel(std::string_view label) {
         return label.size() > 1 && label.find_first_not_of("0123456789", 1) == std::string_view::npos;
     }
     for (const char c : label) {
-        if (!IsLetterOrDigit(c) && c != '-' && c != '_') {  // the underscore: real hosts have it
+        if (!IsLetterOrDigit(c) && c != '-' && c != '_') {  // real hosts have underscores
             return false;
         }
     }
@@ -121,7 +121,7 @@ bool IsDomain(std::string_view domain) {
     return IsLabel(domain);
 }
 
-// The text without its source route "@one,@two:", which is ignored (RFC 1123 section 5.3.6); nothing if that
+// The text without its source route "@one,@two:", which is ignored (RFC 1123 section 5.3.6); nullopt if that
 // is malformed.
 std::optional<std::string_view> WithoutRoute(std::string_view text) {
     if (!text.starts_with('@')) return text;

@@ -1,4 +1,4 @@
-// RFC 821 mailbox addresses and RFC 822 address lists.
+// Parses RFC 821 mailbox addresses and RFC 822 address lists.
 #pragma once
 
 #include "support/text/sstring_list.h"
@@ -13,13 +13,13 @@ class S821Address {
 
     bool IsValid() const { return valid_; }
     bool IsNull() const { return valid_ && local_.IsEmpty() && domain_.IsEmpty(); }
-    const SString& LocalPart() const { return local_; }  // quotes and backslashes taken away
+    const SString& LocalPart() const { return local_; }  // without quotes and backslashes
     const SString& Domain() const { return domain_; }    // as given; empty when there is none
     void SetDomain(const SString& domain) { domain_ = domain; }
     /// local-part@domain: no angle brackets or route, quotes only where needed, case as given. Empty for the
-    /// null address and for text that is no address.
+    /// null address and for an invalid one.
     SString Address() const;
-    /// The form under which addresses are compared: lower case.
+    /// For comparing addresses: the whole of it in lower case.
     SString Key() const;
 
   private:
@@ -30,7 +30,7 @@ class S821Address {
 };
 
 /// Splits an address list (RFC 822: display names, comments, groups, routes, quoted strings) into the
-/// addresses as text, ready for S821Address. A piece that is no address comes as it was typed.
+/// addresses as text, ready for S821Address. An invalid piece is returned as typed.
 class S822Parser {
   public:
     explicit S822Parser(const SString& list);

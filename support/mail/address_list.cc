@@ -1,9 +1,9 @@
-// Splits an address list (RFC 822 section 6) into addresses.
+// Splits an address list (RFC 822 section 6), such as
+// "Joe <joe@example.com>, friends: ann@example.com, bob@example.com (Bob);".
 #include <algorithm>
 
 #include "support/mail/address.h"
 
-// "Joe <joe@example.com>, friends: ann@example.com, bob@example.com (Bob);".
 namespace {
 
 bool IsBlank(char c) {

@@ -1,3 +1,4 @@
+// Formats and parses the text form of named fields.
 #include "support/mail/field_text.h"
 
 #include <algorithm>
@@ -16,7 +17,7 @@ bool IsName(std::string_view text) {
            std::all_of(text.begin(), text.end(), [](unsigned char c) { return c > ' ' && c != 0x7f; });
 }
 
-/// Takes the next line off the text, without its line end. Nothing when none ends the text.
+/// Takes the next line off the text, without its line end. Nullopt if there is no line end.
 std::optional<std::string_view> TakeLine(std::string_view* text) {
     size_t end = text->find('\n');
     if (end == text->npos) return std::nullopt;
@@ -26,7 +27,7 @@ std::optional<std::string_view> TakeLine(std::string_view* text) {
     return line;
 }
 
-/// "Name:" or "Name: value"; the new field's values, or null for any other line.
+/// Returns the new field's values, or null unless the line is "Name:" or "Name: value".
 SStringList* AddField(std::string_view line, SNamedStringList* fields) {
     size_t length = line.find(':') + 1;  // 0 without a colon
     std::string_view name = line.substr(0, length);
@@ -71,6 +72,6 @@ std::optional<SNamedStringList> ParseFieldText(const SString& text) {
             ++names;
         }
     }
-    if (names != fields.Keys().Count()) return std::nullopt;  // a name came twice
+    if (names != fields.Keys().Count()) return std::nullopt;  // a name occurs twice
     return fields;
 }

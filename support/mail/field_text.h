@@ -1,4 +1,4 @@
-// The text form of named fields, as control files have it (docs/queue.md). A line a field, its further values
+// The text form of named fields in control files (docs/queue.md): one line for each field, its further values
 // on lines that begin with a tab:
 //
 //     Function: Account-Manager
@@ -6,17 +6,18 @@
 //     <tab>Ann_Lee catin2
 //     Nothing:
 //
-// A name is what stands up to and with the first colon. One blank separates it from the first value; all that
-// follows is the value, so that leading blanks and empty values are kept. A name alone has no values.
+// A name ends with the first colon, which is part of it. One blank separates it from the first value; all the
+// rest is the value, so leading blanks and empty values are kept. A name alone has no values.
 #pragma once
 
 #include <optional>
 
 #include "support/text/named_list.h"
 
-/// The fields as text, each line closed by line_end ("\n" or "\r\n"). Nothing when a field could not be read
-/// back as it is: a name without its colon or with a blank, a value with a NUL or a line end in it.
+/// The fields as text, each line ended by line_end ("\n" or "\r\n"). Nullopt if a field could not be read
+/// back unchanged: a name without its colon or with a blank, a value with a NUL or a line end.
 std::optional<SString> FieldText(const SNamedStringList& fields, const SString& line_end);
 
-/// The fields of such a text, of either line end. Nothing when it has another shape, or ends within a line.
+/// The fields of such a text, with either line end. Nullopt if it is malformed or its last line is
+/// incomplete.
 std::optional<SNamedStringList> ParseFieldText(const SString& text);

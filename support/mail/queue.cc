@@ -1,3 +1,4 @@
+// Reads, writes and removes the queue's files under a directory lock.
 #include "support/mail/queue.h"
 
 #include <fcntl.h>
@@ -137,7 +138,7 @@ void SControl::RemoveMessage() {
     Discard();
     if (GetFilename().IsEmpty()) return;
     DirectoryLock lock(control_directory_, LOCK_EX);
-    RemoveFile(Path());  // first, as the control file makes the message exist
+    RemoveFile(Path());  // first: the control file makes the message exist
     RemoveFile(HeaderPath());
     RemoveFile(BodyPath());
 }

@@ -1,6 +1,6 @@
-// Messages in the mail system's queue, as files under $TernHarbor (docs/queue.md has the layout):
-// control/STEM-Control makes a message exist; messages/STEM-Header and STEM-Body are its text.
-// A file appears whole or not at all: it is written under another name, synced and renamed.
+// Reads and writes messages in the mail system's queue, as files under $TernHarbor (docs/queue.md has the
+// layout): control/STEM-Control makes a message exist; messages/STEM-Header and STEM-Body are its text. A
+// file appears whole or not at all: it is written under another name, synced and renamed.
 #pragma once
 
 #include <memory>
@@ -9,16 +9,17 @@
 
 class PendingFile;
 
-/// Named fields bound to a file (field_text.h has its form), locked between processes while read and written.
-/// The directory is locked (flock), because the file is replaced by each write. Waits up to 5 s for the lock.
+/// Named fields bound to a file (field_text.h has its form), locked against other processes while it is read
+/// or put in place. The lock (flock) is on the directory, as each write replaces the file; it is waited for
+/// up to 5 s.
 class SField : public SNamedStringList {
   public:
     ~SField() override;
-    bool Read();   // replaces the fields; false when the file cannot be read or is none of ours
-    bool Write();  // false when the file could not be written whole
+    bool Read();   // replaces the fields; false if the file cannot be read or is malformed
+    bool Write();  // false if the file could not be written and published
 
-    /// The two halves of Write, for what must be written in between: Prepare writes the fields under another
-    /// name, Publish renames them. The destructor removes what was prepared and not published.
+    /// The two halves of Write, for files that must be written in between: Prepare writes under another name,
+    /// Publish renames. The destructor removes what was prepared and not published.
     bool Prepare();
     bool Publish();
 
@@ -36,8 +37,8 @@ class SField : public SNamedStringList {
 
 class SControl : public SField {
   public:
-    SControl();  // takes the directories from the environment
-    /// A stem, or a path (anything with a "/"), which is taken as it is.
+    SControl();  // reads the directories from the environment
+    /// A stem, or a path (anything with a "/"), which is used unchanged.
     void PutFilename(const SString& name);
     SString GetFilename() const;
     using SField::Prepare;
@@ -46,7 +47,7 @@ class SControl : public SField {
     bool Read(const SString& name);
     bool Write(const SString& name);
     bool Prepare(const SString& name);
-    /// Where the text of the message belongs, if it has one.
+    /// The paths of the message's text, which only a mail has.
     SString HeaderPath() const;
     SString BodyPath() const;
     /// Withdraws the message: its control, header and body files.

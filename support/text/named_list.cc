@@ -1,3 +1,4 @@
+// Keeps the lists in a map and the names in a list of their own, in order.
 #include "support/text/named_list.h"
 
 SStringList& SNamedStringList::operator[](const SString& name) {

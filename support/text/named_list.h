@@ -1,4 +1,4 @@
-// Lists of strings under names, the names in the order in which they were first used.
+// A map from names to lists of strings that keeps the names in the order of their first use.
 #pragma once
 
 #include <map>
@@ -8,13 +8,13 @@
 class SNamedStringList {
   public:
     virtual ~SNamedStringList() = default;
-    /// The list stored under the name; an empty one is made when there is none.
+    /// The list under the name, created empty if there is none.
     SStringList& operator[](const SString& name);
-    /// The same without making one: an empty list when there is none.
+    /// The same without creating one.
     SStringList Get(const SString& name) const;
     /// A name deleted and used again comes last.
     const SStringList& Keys() const { return names_; }
-    /// Nothing happens when there is no such name.
+    /// A missing name is ignored.
     void Delete(const SString& name);
     void Reset();
 

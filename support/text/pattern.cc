@@ -1,3 +1,4 @@
+// Compiles and runs expressions with PCRE2, and bounds the work of a match.
 #include "support/text/pattern.h"
 
 #define PCRE2_CODE_UNIT_WIDTH 8
@@ -14,7 +15,7 @@ constexpr size_t kCacheSize = 128;
 constexpr size_t kLongestExpression = 65536;
 constexpr size_t kLeastWork = 16UL * 1024 * 1024;
 constexpr size_t kWorkPerCharacter = 16;
-// PCRE2's own limit holds for each starting point anew, so it bounds only short texts; those it ends sooner.
+// PCRE2's own limit starts anew at each starting point, so it can bound only short texts, but those sooner.
 constexpr size_t kShortText = 256;
 constexpr uint32_t kShortTextMatchLimit = 1000000;
 constexpr uint32_t kHeapLimitKiB = 65536;
@@ -29,7 +30,7 @@ struct Free {
     void operator()(pcre2_jit_stack* stack) const { pcre2_jit_stack_free(stack); }
 };
 
-/// What all expressions of the process share: it is single-threaded.
+/// Shared by all expressions: the process is single-threaded.
 struct Contexts {
     Contexts() {
         if (compile == nullptr || match == nullptr) throw std::bad_alloc();
@@ -60,8 +61,8 @@ struct Counter {
     size_t position;
 };
 
-/// PCRE2 calls this before each item of the expression. A run of one character class is a single item, so the
-/// distance that the match has moved is charged.
+/// PCRE2 calls this before each item of the expression. A run of one character class is a single item, so
+/// this charges the distance that the match has moved.
 int Charge(pcre2_callout_block* block, void* data) {
     auto* counter = static_cast<Counter*>(data);
     const size_t now = block->current_position;
@@ -88,7 +89,7 @@ struct Pattern::Program {
     int Run(std::string_view subject, size_t from, Work* work) const;
 
     std::unique_ptr<pcre2_code, Free> code;
-    std::unique_ptr<pcre2_match_data, Free> data;  // none: the expression does not compile
+    std::unique_ptr<pcre2_match_data, Free> data;  // null if the expression does not compile
 };
 
 Pattern::Program::Program(std::string_view expression) {
@@ -99,7 +100,7 @@ Pattern::Program::Program(std::string_view expression) {
     code.reset(pcre2_compile(Bytes(expression), expression.size(), kOptions, &error, &where,
                              Shared().compile.get()));
     if (code == nullptr) return;
-    pcre2_jit_compile(code.get(), PCRE2_JIT_COMPLETE);  // where the host forbids it, matching is only slower
+    pcre2_jit_compile(code.get(), PCRE2_JIT_COMPLETE);  // if the host forbids it, matching is only slower
     data.reset(pcre2_match_data_create_from_pattern(code.get(), nullptr));
 }
 

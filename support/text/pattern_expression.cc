@@ -1,3 +1,4 @@
+// Parses pattern expressions.
 #include "support/text/pattern_expression.h"
 
 namespace {
@@ -13,7 +14,7 @@ size_t NextSlash(std::string_view text, size_t from) {
     return kNone;
 }
 
-/// "/a\/" is not: its last slash is escaped.
+/// Not "/a\/", whose last slash is escaped.
 bool IsEnclosed(std::string_view text) {
     if (text.size() < 2 || text.front() != '/') return false;
     size_t slash = 0;
@@ -25,7 +26,7 @@ std::string_view Inside(std::string_view enclosed) {
     return enclosed.substr(1, enclosed.size() - 2);
 }
 
-/// PCRE2 reads "\/" as a slash by itself; the replacement is plain text.
+/// Only for the replacement: in a pattern PCRE2 itself reads "\/" as a slash.
 std::string Unescaped(std::string_view replacement) {
     std::string result;
     for (size_t at = 0; at < replacement.size(); at++) {

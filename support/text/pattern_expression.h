@@ -1,4 +1,4 @@
-// Pattern expressions as text: "/re/" selects, "!/re/" rejects, "s/re/replacement/" substitutes; "\/" is a
+// Parses pattern expressions: "/re/" selects, "!/re/" rejects, "s/re/replacement/" substitutes; "\/" is a
 // slash inside one.
 #pragma once
 
@@ -13,8 +13,8 @@ struct PatternExpression {
     std::string replacement;
 };
 
-/// Nothing when the text has none of the three forms: one with a flag ("s/a/b/g") has none, and "/a/b/"
-/// selects by "a/b". The pattern may still be malformed (see Pattern::IsValid).
+/// Nullopt if the text has none of the three forms; "s/a/b/g", with a flag, has none, but "/a/b/" selects by
+/// "a/b". The pattern may still be malformed (see Pattern::IsValid).
 std::optional<PatternExpression> ParsePatternExpression(std::string_view text);
-/// The pattern without the slashes around it; unchanged where it is not between two ("/", "/a", "/a\/").
+/// The pattern without the slashes around it; unchanged if it is not enclosed ("/", "/a", "/a\/").
 std::string_view WithoutSlashes(std::string_view pattern);

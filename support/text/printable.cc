@@ -1,3 +1,4 @@
+// Decodes UTF-8 and replaces control characters.
 #include "support/text/printable.h"
 
 namespace {
@@ -10,7 +11,7 @@ bool IsContinuation(unsigned byte) {
     return (byte & 0xC0U) == 0x80;
 }
 
-/// The length that the first byte of a UTF-8 sequence promises; 0 for a byte that begins none.
+/// The length of a UTF-8 sequence that begins with this byte; 0 if none does.
 size_t PromisedLength(unsigned first) {
     if (first < 0x80) return 1;
     if (first >= 0xC2 && first <= 0xDF) return 2;
@@ -28,7 +29,7 @@ bool IsSecondAllowed(unsigned first, unsigned second) {
     return true;
 }
 
-/// The length of the UTF-8 sequence there; 0 when the bytes form none.
+/// The length of the UTF-8 sequence there; 0 if it is not valid.
 size_t SequenceLength(std::string_view text, size_t at) {
     const size_t length = PromisedLength(Byte(text, at));
     for (size_t i = 1; i < length; i++) {
@@ -38,7 +39,7 @@ size_t SequenceLength(std::string_view text, size_t at) {
     return length;
 }
 
-/// Length 0 is a byte of no sequence, which a terminal may take for ISO 8859.
+/// Length 0: not valid UTF-8, which a terminal may read as ISO 8859.
 bool IsControl(std::string_view text, size_t at, size_t length) {
     const unsigned first = Byte(text, at);
     if (length == 0) return first < 0xA0;

@@ -1,3 +1,4 @@
+// Implements SString's operations that take no pattern.
 #include "support/text/sstring.h"
 
 #include <algorithm>

@@ -1,10 +1,10 @@
-// A byte string and the text operations that the program is written with.
+// A byte string with the program's text operations.
 //
 //     SString("a=b c").M("^a=(\\S+)")    {"b"}
 //     SString("a, b").Split("[\\s,]+")   {"a", "b"}
 //
-// Any byte may stand in it, NUL included. Nothing throws for bad input: an expression that is malformed or
-// runs away matches nothing (see pattern.h).
+// It may contain any byte, NUL included. Bad input never throws: an expression that is malformed or takes too
+// long matches nothing (see pattern.h).
 #pragma once
 
 #include <compare>
@@ -17,7 +17,7 @@
 
 class SStringList;
 
-/// A character or a truth value is no number.
+/// Excludes characters and bool, which must not turn into digits.
 template <typename T>
 concept Number = std::integral<T> && !std::same_as<T, char> && !std::same_as<T, bool>;
 
@@ -28,7 +28,7 @@ class SString {
     SString(const char* text) : bytes_(text == nullptr ? "" : text) {}
     SString(std::string bytes) : bytes_(std::move(bytes)) {}
     SString(std::string_view bytes) : bytes_(bytes) {}
-    /// In decimal. A literal 0 is a number, too, not a null pointer.
+    /// In decimal. A literal 0 is a number, not a null pointer.
     template <Number T>
     SString(T number) : bytes_(std::to_string(number)) {}
     /// The character repeated; empty when the count is 0 or negative.
@@ -47,44 +47,43 @@ class SString {
 
     size_t Length() const { return bytes_.size(); }
     bool IsEmpty() const { return bytes_.empty(); }
-    /// The character at an index, -1 being the last one; NUL where there is none.
+    /// The character at an index, the last one at -1; NUL out of range.
     char operator[](long index) const;
-    /// For system calls; ends at the first NUL there.
+    /// For system calls, which stop at the first NUL.
     const char* CString() const { return bytes_.c_str(); }
     const std::string& Bytes() const { return bytes_; }
 
     /// Removes the last character, if there is one.
     SString& Chop();
-    /// Removes one line end ("\n" or "\r\n"), if the text ends in one; a lone "\r" is none.
+    /// Removes one line end ("\n" or "\r\n"), if the text ends with one; not a lone "\r".
     SString& ChopLineEnd();
     /// Lower-cases the ASCII letters in place.
     SString& LowerCase();
-    /// The position of the first c at or after from (below 0: anywhere); negative when there is none.
+    /// The position of the first c at or after from (a negative from counts as 0); negative if there is none.
     long Index(char c, long from = 0) const;
     bool StartsWith(std::string_view prefix) const { return bytes_.starts_with(prefix); }
     bool EndsWith(std::string_view suffix) const { return bytes_.ends_with(suffix); }
 
-    /// The groups of the first match, one that took no part being empty. No elements when nothing matches or
-    /// the pattern has no groups: Matches tells which. The pattern may stand between slashes, here and in
-    /// Matches only.
+    /// The groups of the first match, empty for one that took no part. No elements if nothing matches or the
+    /// pattern has no groups: Matches tells which. Only M and Matches accept a pattern between slashes.
     SStringList M(const SString& pattern) const;
     bool Matches(const SString& pattern) const;
-    /// A copy with the first match replaced, or with the flag "g" every match. $1 to $99 stand for the
-    /// groups, empty where the pattern has no such group; any other "$" is itself.
+    /// A copy with the first match replaced, or with the flag "g" every match. $1 to $99 are the groups,
+    /// empty if the pattern has no such group; any other "$" is literal.
     SString S(const SString& pattern, const SString& replacement, const SString& flags = "") const;
 
-    /// The fields between separators, without trailing empty ones; at most limit when that is above 0, the
-    /// last taking the rest. The blank stands for any run of white space and gives no empty fields at all.
+    /// The fields between separators, without trailing empty ones. If limit is positive, at most that many,
+    /// the last one holding the rest. A blank means any run of white space, and gives no empty fields.
     SStringList Split(char separator, int limit = 0) const;
     /// The same at every match of a pattern. One that matches the empty text splits between characters; a
     /// malformed one gives the whole text.
     SStringList Split(const SString& pattern, int limit = 0) const;
-    /// The fields between the literal separators, with all empty ones; limit as in Split. The empty text has
-    /// no fields; an empty separator gives the whole text.
+    /// The fields between literal separators, empty ones included; limit as in Split. The empty text has no
+    /// fields; an empty separator gives the whole text.
     SStringList SplitExact(const SString& separator, int limit = 0) const;
 
-    /// Optional white space, an optional sign, decimal digits as far as they go. No digits give 0; a number
-    /// out of long's range gives the end of that range.
+    /// The leading decimal number, after optional white space and sign; 0 without digits. Clamped to the
+    /// range of long.
     long ToNumber() const;
 
     void Write(std::ostream& out) const;
@@ -103,6 +102,6 @@ SString operator+(std::same_as<char> auto left, const SString& right) {
 }
 
 std::ostream& operator<<(std::ostream& out, const SString& text);
-/// One line with its line end; a last line without one gets one, so that Chop loses nothing. At the end of
-/// the stream it fails and gives the empty text.
+/// One line with its line end; a last line without one gets one, so that Chop always removes just that. At
+/// the end of the stream it fails and gives the empty text.
 std::istream& operator>>(std::istream& in, SString& text);

@@ -1,3 +1,4 @@
+// Implements the list operations.
 #include "support/text/sstring_list.h"
 
 #include <algorithm>
@@ -12,7 +13,7 @@ SStringList::SStringList(const char* const* null_terminated) {
 }
 
 void SStringList::Push(const SStringList& items) {
-    // By the count at the start: the list may be pushed onto itself.
+    // Counts first: the list may be pushed onto itself.
     const size_t count = items.Count();
     for (size_t i = 0; i < count; i++) items_.push_back(items.items_[i]);
 }
@@ -54,7 +55,7 @@ bool SStringList::Contains(const SString& item) const {
 }
 
 void SStringList::Delete(const SString& item) {
-    // Against a copy: the item may be an element, which moves.
+    // Compares with a copy: the item may be an element, which moves.
     std::erase_if(items_, [copy = item](const SString& element) { return element == copy; });
 }
 

@@ -1,8 +1,8 @@
-// An ordered sequence of strings, indexed from 0.
+// A list of strings, indexed from 0.
 //
 //     SStringList({"a b", "c"}).Grep("s/ .*//")    {"a"}; the list becomes {"a", "c"}
 //
-// Push, Pop and Shift take constant time. A list may be given itself or its own elements.
+// Push, Pop and Shift take constant time. Arguments may be the list itself or its elements.
 #pragma once
 
 #include <deque>
@@ -18,7 +18,7 @@ class SStringList {
     using const_iterator = std::deque<SString>::const_iterator;
 
     SStringList() = default;
-    /// One element: an SString or what becomes one.
+    /// One element: an SString or anything convertible to one.
     template <std::convertible_to<SString> T>
     SStringList(const T& only) : items_{SString(only)} {}
     SStringList(std::initializer_list<SString> items) : items_(items) {}
@@ -39,12 +39,12 @@ class SStringList {
         items_.emplace_back(item);
     }
     void Push(const SStringList& items);
-    /// Removes and returns the last (Pop) or first (Shift) element; an empty string when there is none.
+    /// Removes and returns the last (Pop) or first (Shift) element; an empty string if there is none.
     SString Pop();
     SString Shift();
     /// Inserts before position at (clamped to the list).
     void Insert(const SStringList& items, int at);
-    /// Removes up to count elements from position at (clamped to the list) on; none for a negative count.
+    /// Removes up to count elements from position at (clamped to the list); none if count is negative.
     void Splice(int at, int count);
     /// Element i; an empty string out of range.
     SString Get(int i) const;
@@ -53,15 +53,15 @@ class SStringList {
     SString& operator[](size_t i) { return items_[i]; }
 
     bool Contains(const SString& item) const;
-    /// Removes every equal element.
+    /// Removes every element equal to the item.
     void Delete(const SString& item);
-    /// "/re/" gives the elements that match and "!/re/" those that do not, in their order.
-    /// "s/re/replacement/" replaces the first match in every element that has one, in place, and gives those
-    /// elements. "\/" is a slash inside an expression. A malformed re matches nothing, so "!/re/" gives all
-    /// elements. Any other text gives and changes nothing. The second argument is always null.
+    /// "/re/" returns the elements that match, "!/re/" those that do not, in order. "s/re/replacement/"
+    /// replaces the first match in each element that has one, in place, and returns those elements. "\/" is a
+    /// slash inside an expression. A malformed re matches nothing, so "!/re/" returns all elements. Any other
+    /// text returns and changes nothing. The second argument is prescribed and ignored.
     SStringList Grep(const SString& expression, SStringList* unused = nullptr);
     SStringList Grep(const SString& expression) const = delete;  // "s/re/x/" edits: copy the list first
-    /// The elements with the separator between them; the empty text for no elements.
+    /// The elements with the separator between them.
     SString Join(const SString& separator = "") const;
     void Sort();    // by byte value
     void Unique();  // removes elements equal to the one before
@@ -76,11 +76,11 @@ class SStringList {
     std::deque<SString> items_;
 };
 
-/// The stream's remaining lines in place of what the list held, each as SString's operator gives it.
+/// Replaces the list by the stream's remaining lines, each as SString's operator reads it.
 std::istream& operator>>(std::istream& in, SStringList& lines);
 
 /// A copy with the ASCII letters of every element lower-cased.
 SStringList LowerCase(SStringList items);
 
-/// The text's lines, each with its line end; the last one may lack it. The empty text has none.
+/// The text's lines, each with its line end, which the last one may lack. No lines for the empty text.
 SStringList Lines(const SString& text);

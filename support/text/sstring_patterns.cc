@@ -1,5 +1,4 @@
-// SString's operations that take a pattern or a separator.
-
+// Implements SString's operations that take a pattern or a separator.
 #include "support/text/pattern.h"
 #include "support/text/pattern_expression.h"
 #include "support/text/sstring_list.h"
@@ -16,7 +15,7 @@ bool IsDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-/// Reads the number after a "$", of two digits at most; 0 when there is none.
+/// Reads the number after a "$", at most two digits; 0 if there is none.
 size_t GroupNumber(std::string_view text, size_t* at) {
     size_t number = 0;
     for (size_t digits = 0; digits < 2 && *at < text.size() && IsDigit(text[*at]); digits++, (*at)++) {
@@ -26,7 +25,7 @@ size_t GroupNumber(std::string_view text, size_t* at) {
     return number;
 }
 
-/// In one pass, or a "$1" in a group's text would be expanded as well.
+/// In one pass: a "$1" in a group's text must not be expanded.
 std::string Expand(const SString& replacement, const SString& subject, const Pattern::Match& match) {
     const std::string_view text = replacement.Bytes();
     std::string result;
@@ -42,7 +41,7 @@ std::string Expand(const SString& replacement, const SString& subject, const Pat
     return result;
 }
 
-/// The next match that ends a field; an empty one at the field's start or at the text's end does not.
+/// The next match that ends a field: not an empty one at the field's start or at the end of the text.
 std::optional<Pattern::Match> NextSeparator(const Pattern& pattern, std::string_view text, size_t field,
                                             Pattern::Work* work) {
     auto match = pattern.Find(text, field, work);
@@ -98,7 +97,7 @@ SString SString::S(const SString& pattern, const SString& replacement, const SSt
         result += Expand(replacement, *this, *match);
         kept = end;
         if (!every) break;
-        // An empty match would be found again for ever.
+        // An empty match would be found again and again.
         match = compiled.Find(bytes_, begin == end ? end + 1 : end, &work);
     }
     return result.append(bytes_, kept);

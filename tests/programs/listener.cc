@@ -1,8 +1,8 @@
 // listener NAME ADDRESS PORT [ADDRESS PORT]...
 //
-// A server for scenarios: a process of this name that listens on these TCP ports (IPv4 or IPv6 addresses). As
-// a super-server whose services were taken away does, it lets go of them on SIGHUP, of which it adds a line
-// to /run/NAME.signals. SIGTERM ends it, as many seconds later as $LINGER says.
+// A server for scenarios: a process of this name that listens on these TCP ports (IPv4 or IPv6 addresses). On
+// SIGHUP it closes them, as a super-server does whose services were removed, and adds a line to
+// /run/NAME.signals. SIGTERM ends it after $LINGER seconds.
 #include <fcntl.h>
 #include <netdb.h>
 #include <sys/prctl.h>
@@ -46,7 +46,7 @@ int main(int argc, char** argv) {
     for (const Descriptor& listening : sockets) {
         if (!listening) return 1;
     }
-    // Only now the name: who waits for it waits for the ports, too.
+    // Renamed only now: a scenario that waits for the name also waits for the ports.
     prctl(PR_SET_NAME, argv[1]);
     const SString notes = "/run/" + SString(argv[1]) + ".signals";
     for (int signal = 0; sigwait(&awaited, &signal) == 0 && signal == SIGHUP;) {

@@ -1,7 +1,7 @@
 // run_steps STEP...
 //
-// Starts up as Install does, initializes, and runs the named steps instead of the whole sequence, in the
-// order given, until one stops the installation. Their screens and its exit status are Install's.
+// Starts up like Install, but runs only the named steps, in the order given, until one stops the
+// installation. Screens and exit status are Install's.
 #include <algorithm>
 #include <iostream>
 #include <iterator>
@@ -24,7 +24,7 @@ std::vector<Step> AllSteps() {
     return steps;
 }
 
-/// The steps of these names; fewer when a name is none.
+/// The steps with these names; fewer if a name is unknown.
 std::vector<Step> Named(const std::vector<SString>& names) {
     const std::vector<Step> all = AllSteps();
     std::vector<Step> steps;

@@ -59,9 +59,9 @@ void AccountLoop::Run(std::deque<Candidate> candidates) {
 void AccountLoop::RunOne(const Candidate& candidate) {
     auto user = logins_.Find(candidate.login);
     if (!user) return;
-    Print(Beginning(candidate));
+    Print(LineBeginning(candidate));
     Visits visits = {MakeVisit(candidate, *user)};
-    Print(Alert(visits.front()));
+    Print(AlertText(visits.front()));
     Write(&visits);
     Print(OutcomeText(visits.front().outcome));
 }
@@ -72,7 +72,7 @@ void AccountLoop::RunMany(std::deque<Candidate>* candidates) {
     Write(&visits);
     SString lines;
     for (const Visit& visit : visits) {
-        lines += Beginning(visit.candidate) + Alert(visit) + OutcomeText(visit.outcome);
+        lines += LineBeginning(visit.candidate) + AlertText(visit) + OutcomeText(visit.outcome);
     }
     Print(lines);
 }
@@ -141,12 +141,12 @@ void AccountLoop::Record(const Visit& visit) {
     results_->created.Push(user);
 }
 
-SString AccountLoop::Beginning(const Candidate& candidate) const {
+SString AccountLoop::LineBeginning(const Candidate& candidate) const {
     return "    " + Printable(candidate.login + "@" + site_.mail_domains.Get(0)) + " (" +
            Printable(candidate.full_name) + ")....";
 }
 
-SString AccountLoop::Alert(const Visit& visit) const {
+SString AccountLoop::AlertText(const Visit& visit) const {
     if (visit.maildrop == Maildrop::Fine) return "";
     return "\nALERT: Possible security problem with " + Printable(MaildropPath(visit.candidate.login)) + "\n";
 }

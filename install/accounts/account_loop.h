@@ -53,8 +53,8 @@ class AccountLoop {
     void Write(Visits* visits);
     void Record(const Visit& visit);
 
-    SString Beginning(const Candidate& candidate) const;
-    SString Alert(const Visit& visit) const;
+    SString LineBeginning(const Candidate& candidate) const;
+    SString AlertText(const Visit& visit) const;
 
     const AccountSite& site_;
     AccountResults* results_;

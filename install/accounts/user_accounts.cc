@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr long kOwnAccounts = 8;  // prescribed: up to so many, the database counts as having no users
+constexpr long kMostOwnAccounts = 8;  // prescribed: up to so many, the database counts as having no users
 
 /// The group that owns users' maildrop files.
 const struct group* MailGroup() {
@@ -131,7 +131,7 @@ int AddUserAccounts() {
     }
     const gid_t mail_gid = mail_group->gr_gid;
     AccountResults results;
-    results.accounts_existed = SAccountDB().AccountCount() > kOwnAccounts;
+    results.accounts_existed = SAccountDB().AccountCount() > kMostOwnAccounts;
     const AccountMethod method = AskAccountMethod(results.accounts_existed);
     if (method == AccountMethod::Quit) return 0;
     if (method != AccountMethod::None) return AddAccounts(method, mail_gid, std::move(results));

@@ -10,7 +10,7 @@
 
 namespace {
 
-SString Error(AdminAccountsOutcome outcome) {
+SString ErrorText(AdminAccountsOutcome outcome) {
     if (outcome == AdminAccountsOutcome::NoRoot) {
         return "ERROR: Couldn't create a mail account for root. "
                "There is probably a problem with the permissions of " +
@@ -63,7 +63,7 @@ bool CreatePostmasterWithRoot(SAccountDBMod* accounts) {
     if (made.root_was_made) TellRoot(made.outcome);
     EndProgress(Completion(made));
     if (made.outcome == AdminAccountsOutcome::NotDelivered) TellNotDelivered();
-    const bool stands =
+    const bool is_made =
         made.outcome == AdminAccountsOutcome::Done || made.outcome == AdminAccountsOutcome::NotDelivered;
-    return stands || AbortOverAccounts(Error(made.outcome));
+    return is_made || AbortOverAccounts(ErrorText(made.outcome));
 }

@@ -25,7 +25,7 @@ bool Write(SAccountMod* postmaster, const Deliveries& deliveries) {
            postmaster->Set("Channel-Delivery", deliveries.channels) != 0 && change.Commit();
 }
 
-bool Stands(SAccountDB* accounts, const Deliveries& deliveries) {
+bool IsStored(SAccountDB* accounts, const Deliveries& deliveries) {
     SAccount postmaster;
     return accounts->Find("Postmaster", &postmaster) == Lookup::Found &&
            DeliveriesOf(postmaster) == deliveries;
@@ -82,6 +82,6 @@ std::optional<Deliveries> ChooseDeliveries(SAccountDB* accounts, const SStringLi
 Replacement ReplaceDeliveries(SAccountDB* accounts, SAccountMod* postmaster, const Deliveries& old,
                               const Deliveries& next) {
     if (Write(postmaster, next)) return Replacement::Done;
-    const bool retained = Stands(accounts, old) || Write(postmaster, old);
+    const bool retained = IsStored(accounts, old) || Write(postmaster, old);
     return retained ? Replacement::OldRetained : Replacement::OldLost;
 }

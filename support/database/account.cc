@@ -48,7 +48,7 @@ bool Change(AccountStore& store, const Work& work) {
         return own.IsOpen() && work() && own.Commit();
     }
     const bool is_done = store.IsWritable() && work();
-    if (!is_done) store.TakeBack();
+    if (!is_done) store.RollBack();
     return is_done;
 }
 

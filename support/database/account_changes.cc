@@ -19,7 +19,9 @@ bool AccountStore::Begin() {
     return IsWritable();
 }
 
-void AccountStore::TakeBack() {
+void AccountStore::RollBack() {
+    // Once a transaction: each new epoch makes the search for free UIDs start over.
+    if (!transaction_) return;
     transaction_.reset();
     ++epoch_;
 }

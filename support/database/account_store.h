@@ -36,7 +36,7 @@ class AccountStore {
     /// would be committed alone.
     bool IsWritable() const { return transaction_ && transaction_->IsOpen(); }
     /// Rolls back after a change that failed half-way; nothing more is written until End.
-    void TakeBack();
+    void RollBack();
     /// Syncs everything committed to the disk.
     bool Sync();
 

@@ -70,6 +70,11 @@ TEST(AskMailDomains, AcceptsWhatIsValid) {
     }
 }
 
+TEST(AskMailDomains, ProposesTheHostAgainAfterAnEmptyList) {
+    const Dialogue dialogue("a.example\nno\nno\na_b.com\nno\n\n");  // refused; invalid, without the host
+    EXPECT_EQ(AskMailDomains(kHost, kDomain), SStringList(kHost));
+}
+
 TEST(AskMailDomains, CanBeQuit) {
     Dialogue dialogue("example.com\nQuit\n");
     EXPECT_FALSE(AskMailDomains(kHost, kDomain));

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "install/accounts/password_entries.h"
+#include "support/system/file.h"
 #include "support/system/identity.h"
 #include "support/text/sstring_list.h"
 #include "tests/temporary_folder.h"
@@ -31,6 +32,19 @@ TEST(LoginIndex, AgreesWithTheCLibrary) {
         std::sort(found_groups.begin(), found_groups.end());
         EXPECT_EQ(found_groups, groups) << name;
     }
+}
+
+/// What this process has read so far, in bytes.
+long BytesRead() {
+    return MapFileRead("/proc/self/io").M("^rchar: (\\d+)").Get(0).ToNumber();
+}
+
+TEST(LoginIndex, ReadsTheDatabasesOnceAndNotForEachLogin) {
+    LoginIndex logins;
+    ASSERT_TRUE(logins.Find("root"));
+    const long before = BytesRead();
+    for (int i = 0; i < 1000; ++i) ASSERT_TRUE(logins.Find("root"));
+    EXPECT_LT(BytesRead() - before, 1000 * 20);  // an entry of /etc/passwd is longer
 }
 
 TEST(LoginIndex, DoesNotKnowEveryName) {

@@ -29,7 +29,7 @@ TEST_F(Store, BindsInsideATransaction) {
 
 TEST_F(Store, TakesBackAtOnceAndWaitsForTheEnd) {
     ASSERT_TRUE(store_.Begin() && Add("Ann"));
-    store_.TakeBack();
+    store_.RollBack();
     EXPECT_TRUE(store_.IsInTransaction());
     EXPECT_FALSE(store_.IsWritable());
     EXPECT_EQ(store_.Find("Ann"), Lookup::Missing);
@@ -62,8 +62,10 @@ TEST_F(Store, EpochStaysWhileNoUidCanHaveBecomeFree) {
     const auto changes = [&] { return std::exchange(epoch, store_.Epoch()) != epoch; };
     ASSERT_TRUE(store_.Begin() && Add("Carol"));
     EXPECT_FALSE(changes());
-    store_.TakeBack();
+    store_.RollBack();
     EXPECT_TRUE(changes());
+    store_.RollBack();
+    EXPECT_FALSE(changes());  // nothing was left to be rolled back
     EXPECT_FALSE(store_.End(true));
     epoch = store_.Epoch();
     ASSERT_TRUE(store_.Begin() && Add("Carol"));

@@ -23,6 +23,8 @@ TEST(S822Parser, SplitsLists) {
         {"\"User, Joe\" <joe@example.com>", {"joe@example.com"}},
         {"John Q. Public <jqp@example.com>", {"jqp@example.com"}},
         {"\"<odd@name.example>\" <joe@example.com>", {"joe@example.com"}},
+        {"\"Joe\\\\\" <joe@example.com>, ann", {"joe@example.com", "ann"}},    // a backslash, then the end
+        {"\"\\\", Joe\" <joe@example.com>, ann", {"joe@example.com", "ann"}},  // a quote inside
         {"joe@example.com (Joe, the (other) User \\) )", {"joe@example.com"}},
         {"(Joe) joe (at) @ (the) example . com", {"joe@example.com"}},
         {"joe . user @ example.com", {"joe.user@example.com"}},

@@ -1,29 +1,24 @@
 #include "install/console.h"
 #include "support/text/printable.h"
 
-#include <algorithm>
 #include <iostream>
 
 namespace {
 
 constexpr int kWidth = 75;
 
-SString Repeat(char c, long count) {
-    return SString(c, static_cast<size_t>(std::max(count, 0L)));
-}
-
 SString Rule(long width) {
-    return Repeat('=', width);
+    return SString('=', width);
 }
 
 SString Frame(long width) {
-    return "=" + Repeat(' ', width - 2) + "=\n";
+    return "=" + SString(' ', width - 2) + "=\n";
 }
 
 SString Centred(const SString& text, long width) {
     const long blanks = width - static_cast<long>(text.Length()) - 2;
     const long left = blanks / 2;
-    return "=" + Repeat(' ', left) + text + Repeat(' ', blanks - left) + "=\n";
+    return "=" + SString(' ', left) + text + SString(' ', blanks - left) + "=\n";
 }
 
 bool EndsSentence(const SString& line) {
@@ -32,7 +27,7 @@ bool EndsSentence(const SString& line) {
 
 /// One line of the paragraph, taken from the words.
 SString FillLine(SStringList* words, long room, int indent) {
-    SString line = Repeat(' ', indent) + words->Shift();
+    SString line = SString(' ', indent) + words->Shift();
     while (!words->IsEmpty() && static_cast<long>(line.Length()) < room) {
         // The separator is not counted, so a line may run a little past the room.
         const size_t length = line.Length() + (*words)[0].Length();
@@ -101,7 +96,7 @@ void Tell(const SStringList& paragraphs) {
 
 void PrintIndented(long indent, const SStringList& entries) {
     SString lines;
-    for (const SString& entry : entries) lines += Repeat(' ', indent) + Printable(entry, "\t") + "\n";
+    for (const SString& entry : entries) lines += SString(' ', indent) + Printable(entry, "\t") + "\n";
     Print(lines);
 }
 

@@ -12,12 +12,10 @@
 #include "support/system/environment.h"
 #include "support/system/file.h"
 #include "support/system/host.h"
+#include "support/system/identity.h"
 #include "support/text/sstring_list.h"
 
 namespace {
-
-/// chown and seteuid take this id for "leave it as it is".
-constexpr uint32_t kNoId = UINT32_MAX;
 
 /// The problem and what to do about it.
 bool Fail(const SString& problem, const SString& advice) {

@@ -74,11 +74,10 @@ AccountOutcome MakeAccount(const NewAccount& account, SString* uid_and_password)
     size_t refused = 0;
     const AccountOutcome outcome = CreateAlone(account, kAllFields, &refused, uid_and_password);
     // Prescribed: the fields in front of a refused one stay, though the account counts as failed.
-    if (refused > 0) CreateAlone(account, refused, &refused, uid_and_password);
+    if (refused > 0) CreateAlone(account, refused, nullptr, uid_and_password);
     return outcome;
 }
 
 AccountOutcome MakeAccountInBatch(const NewAccount& account, SString* uid_and_password) {
-    size_t refused = 0;
-    return Create(account, kAllFields, &refused, uid_and_password);
+    return Create(account, kAllFields, nullptr, uid_and_password);
 }

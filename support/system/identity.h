@@ -9,15 +9,16 @@
 
 #include "support/text/sstring.h"
 
+/// Nobody's user or group id: chown, seteuid and their kin take it for "leave it as it is".
+constexpr uint32_t kNoId = UINT32_MAX;
+
 /// Who a user is to the system.
 struct Identity {
     uid_t uid = 0;
     gid_t gid = 0;
     std::vector<gid_t> groups;  // supplementary ones, the primary one included
 
-    /// Whether the ids name anybody: the system calls that change an owner or an identity take this one for
-    /// "leave it as it is".
-    bool IsSomebody() const { return uid != UINT32_MAX && gid != UINT32_MAX; }
+    bool IsSomebody() const { return uid != kNoId && gid != kNoId; }
 };
 
 /// The mail system's owner for good: group, supplementary groups, then user. False when the system refuses.

@@ -2,18 +2,9 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+#include "tests/install/accounts/sample_results.h"
 
-AccountResults Results() {
-    AccountResults results;
-    results.uids_and_passwords = {"Ann_Lee bodil4", "Jones_Smith catin2"};
-    results.created = {"Ann Lee (ann)", "Jones Smith (jones)"};
-    results.failed = {"A B (a b)"};
-    results.skipped_names = {"bin", "Nobody", "Long"};
-    results.skipped_logins = {"bin", "nobody", "twelve-chars"};
-    results.forward_users = {"ann@example.com", "jones@example.com"};
-    return results;
-}
+namespace {
 
 const char kBeginning[] =
     "Here's a summary of the tasks performed by the tern.harbor\r\n"
@@ -71,16 +62,16 @@ const char kThanks[] =
     "\r\n";
 
 TEST(ResultsMailBody, TellsAllThatHappened) {
-    EXPECT_EQ(ResultsMailBody(Results()).Bytes(), std::string(kBeginning) + kCreated + kAliases + kFailed +
-                                                      kSkippedBeginning +
-                                                      "        bin          (bin)\r\n"
-                                                      "        nobody       (Nobody)\r\n"
-                                                      "        twelve-chars (Long)\r\n" +
-                                                      kSkippedEnd + kForwards + kThanks);
+    EXPECT_EQ(ResultsMailBody(SampleResults()).Bytes(), std::string(kBeginning) + kCreated + kAliases +
+                                                            kFailed + kSkippedBeginning +
+                                                            "        bin          (bin)\r\n"
+                                                            "        nobody       (Nobody)\r\n"
+                                                            "        twelve-chars (Long)\r\n" +
+                                                            kSkippedEnd + kForwards + kThanks);
 }
 
 TEST(ResultsMailBody, LeavesFailuresOutWhereAccountsExisted) {
-    AccountResults results = Results();
+    AccountResults results = SampleResults();
     results.accounts_existed = true;
     results.skipped_logins.Reset();
     results.forward_users.Reset();

@@ -7,22 +7,12 @@
 #include "install/accounts/results_mail.h"
 #include "support/system/environment.h"
 #include "support/system/file.h"
+#include "tests/install/accounts/sample_results.h"
 #include "tests/temporary_folder.h"
 
 namespace {
 
 const SString kHost = "mail.example.com";
-
-AccountResults Results() {
-    AccountResults results;
-    results.uids_and_passwords = {"Ann_Lee bodil4", "Jones_Smith catin2"};
-    results.created = {"Ann Lee (ann)", "Jones Smith (jones)"};
-    results.failed = {"A B (a b)"};
-    results.skipped_names = {"bin", "Nobody", "Long"};
-    results.skipped_logins = {"bin", "nobody", "twelve-chars"};
-    results.forward_users = {"ann@example.com", "jones@example.com"};
-    return results;
-}
 
 class SetUpMails : public testing::Test {
   protected:
@@ -56,7 +46,7 @@ class SetUpMails : public testing::Test {
 };
 
 TEST_F(SetUpMails, QueuesTheThreeMessages) {
-    Queue(Results());
+    Queue(SampleResults());
     EXPECT_EQ(Names("control"),
               SStringList({".AA.NewAccounts-Control", ".AB.Notify-Control", ".AC.Notify-Control"}));
     EXPECT_EQ(Names("messages"),
@@ -64,7 +54,7 @@ TEST_F(SetUpMails, QueuesTheThreeMessages) {
 }
 
 TEST_F(SetUpMails, QueuesThemInTheirOrder) {
-    Queue(Results());
+    Queue(SampleResults());
     SStringList names = BaseName(ReadDir(folder_ / "control"), "");
     names.Sort();  // by the time
     EXPECT_TRUE(names.Get(0).EndsWith(".NewAccounts-Control"));
@@ -102,7 +92,7 @@ TEST_F(SetUpMails, QueuesOnlyWhatHasSomethingToSay) {
 }
 
 TEST_F(SetUpMails, WritesTheControlFields) {
-    Queue(Results());
+    Queue(SampleResults());
     EXPECT_EQ(Text("control", ".NewAccounts-Control"),
               "Function: Account-Manager\nControl-Type: Request\nPriority: 1\nRequest-Type: Greet\n"
               "Account-To: Ann_Lee bodil4\n\tJones_Smith catin2\n");
@@ -122,7 +112,7 @@ SString MaskStamps(const SString& header) {
 }
 
 TEST_F(SetUpMails, WritesTheHeaders) {
-    Queue(Results());
+    Queue(SampleResults());
     EXPECT_EQ(MaskStamps(Text("messages", ".AB" + ProcessIdString() + ".Notify-Header")),
               "Date: DATE\r\n"
               "From: \"tern.harbor Installation Program\" <>\r\n"
@@ -138,8 +128,8 @@ TEST_F(SetUpMails, WritesTheHeaders) {
 }
 
 TEST_F(SetUpMails, WritesTheBodies) {
-    Queue(Results());
-    EXPECT_EQ(Text("messages", ".AB" + ProcessIdString() + ".Notify-Body"), ResultsMailBody(Results()));
+    Queue(SampleResults());
+    EXPECT_EQ(Text("messages", ".AB" + ProcessIdString() + ".Notify-Body"), ResultsMailBody(SampleResults()));
     EXPECT_EQ(Text("messages", ".AC" + ProcessIdString() + ".Notify-Body"),
               pz_ForwardMessage1 + kHost + pz_ForwardMessage2);
 }
@@ -148,13 +138,13 @@ TEST_F(SetUpMails, WithdrawsAMailWhoseTextCannotBeWritten) {
     // Root may write everywhere: a file in the directory's place is what stops it.
     ASSERT_EQ(rmdir((folder_ / "messages").CString()), 0);
     folder_.Write("messages", "");
-    Queue(Results());
+    Queue(SampleResults());
     EXPECT_EQ(Names("control"), SStringList(".AA.NewAccounts-Control"));
 }
 
 TEST_F(SetUpMails, LeavesNoTextWithoutAControlFile) {
     ASSERT_EQ(rmdir((folder_ / "control").CString()), 0);
-    Queue(Results());
+    Queue(SampleResults());
     EXPECT_TRUE(ReadDir(folder_ / "messages").IsEmpty());
     EXPECT_FALSE(EntryExists(folder_ / "control"));
 }

@@ -1,6 +1,7 @@
 // The floor for storing accounts: the same rows in one SQLite transaction.
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "support/text/sstring.h"

@@ -2,6 +2,7 @@
 // another "/etc/passwd" for this process.
 #include <benchmark/benchmark.h>
 #include <pwd.h>
+#include <cstdint>
 
 #include <cstring>
 

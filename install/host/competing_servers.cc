@@ -1,5 +1,6 @@
 // Finds the servers that hold the mail system's ports and stops those that the administrator names.
 #include <csignal>
+#include <cstdint>
 
 #include "install/console.h"
 #include "install/host/await.h"

@@ -2,6 +2,8 @@
 // operation succeeds when it returns nonzero; nothing is ever printed or thrown.
 #pragma once
 
+#include <cstdint>
+
 #include "support/database/sdbfile.h"
 #include "support/mail/address.h"
 #include "support/text/named_list.h"

@@ -2,6 +2,8 @@
 // connection per process, opened on demand. Used by account.cc and account_uid.cc.
 #pragma once
 
+#include <cstdint>
+
 #include "support/database/account.h"
 #include "support/database/database_file.h"
 

@@ -1,4 +1,5 @@
 // Generates account UIDs and passwords.
+#include <cstdint>
 #include <unordered_map>
 
 #include "support/database/account_store.h"

@@ -1,5 +1,7 @@
 #include "support/database/sdbfile.h"
 
+#include <cstdint>
+
 #include "support/database/database_file.h"
 #include "support/system/file.h"
 

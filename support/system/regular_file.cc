@@ -4,6 +4,7 @@
 #include <linux/openat2.h>
 #include <sys/syscall.h>
 #include <unistd.h>
+#include <cstdint>
 
 #include <cerrno>
 

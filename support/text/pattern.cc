@@ -3,6 +3,7 @@
 
 #define PCRE2_CODE_UNIT_WIDTH 8
 #include <pcre2.h>
+#include <cstdint>
 
 #include <functional>
 #include <map>

@@ -1,5 +1,6 @@
 // Address lists as an administrator may type them: whatever comes out as an address can be written and read
 // again, and stays the same.
+#include <cstdint>
 #include <cstdlib>
 
 #include "support/mail/address.h"

@@ -1,6 +1,7 @@
 #include "support/text/sstring_list.h"
 
 #include <gtest/gtest.h>
+#include <cstdint>
 
 #include <utility>
 

@@ -59,7 +59,7 @@ std::optional<SString> AskPassword() {
     IntroducePassword();
     while (true) {
         Print("Postmaster password: ");
-        const SString password = GetInput("", 0);
+        SString password = GetInput("", 0);
         if (IsGoodPassword(password)) return password;
         PrintParagraph("Please enter a new password (at least 6 characters, not beginning with whitespace)");
         if (InputHasEnded()) {
@@ -86,7 +86,7 @@ std::optional<SStringList> AskAccessDomains(const SStringList& current, const SS
     SString offered = current.Join(",");
     while (true) {
         Print("Access Domains: ");
-        const SStringList entries = Entries(GetInput(offered, 1));
+        SStringList entries = Entries(GetInput(offered, 1));
         if (entries.IsEmpty()) return current;
         if (CheckAccessDomains(entries)) return entries;
         ExplainAccessDomainSyntax(domain);

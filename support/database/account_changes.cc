@@ -28,7 +28,7 @@ void AccountStore::RollBack() {
 }
 
 bool AccountStore::End(bool commit) {
-    const bool is_done = commit && IsWritable() && transaction_->Commit();
+    const bool is_done = commit && transaction_ && transaction_->Commit();
     if (!is_done) ++epoch_;
     transaction_.reset();
     is_in_transaction_ = false;

@@ -97,6 +97,7 @@ void SStringList::Chop() {
 
 std::vector<char*> SStringList::Pointers() {
     std::vector<char*> pointers;
+    pointers.reserve(items_.size() + 1);
     for (const SString& item : items_) {
         pointers.push_back(const_cast<char*>(item.CString()));  // execv's signature is older than const
     }

@@ -103,6 +103,27 @@ add_account() {
 # install_packages: puts the programs of the scenario's "packages" file in place.
 install_packages() { unpack_packages "$SOURCE/build/packages/$NAME"; }
 
+# make_sendmail: the real one, on a site that reaches no other host; its daemon listens whatever the machine's load is.
+make_sendmail() {
+    install_packages
+    ln -s ../libexec/sendmail/sendmail /usr/lib/sendmail
+    m4 /usr/share/sendmail/cf/m4/cf.m4 - >/etc/mail/sendmail.cf <<-'END'
+	OSTYPE(`linux')dnl
+	FEATURE(`nocanonify')dnl
+	FEATURE(`accept_unresolvable_domains')dnl
+	FEATURE(`no_default_msa')dnl
+	define(`confDONT_PROBE_INTERFACES', `true')dnl
+	define(`confDEF_USER_ID', `8:8')dnl
+	define(`confQUEUE_LA', `9999')dnl
+	define(`confREFUSE_LA', `9999')dnl
+	define(`confSERVICE_SWITCH_FILE', `/etc/mail/service.switch-nodns')dnl
+	undefine(`ALIAS_FILE')dnl
+	DAEMON_OPTIONS(`Family=inet, Name=MTA, Addr=127.0.0.1')dnl
+	MAILER(local)dnl
+	MAILER(smtp)dnl
+	END
+}
+
 # steps STEP...: for "run": those steps alone, started up as Install is, with the scenario's answers.
 steps() { "$BUILD/tests/run_steps" "$@" <"$SCENARIO/answers"; }
 

@@ -39,8 +39,9 @@ bool BecomeMailOwner(const SString& login, uid_t uid, gid_t gid) {
 AsRoot::AsRoot() : AsRoot(geteuid()) {}
 
 AsRoot::AsRoot(uid_t after) : after_(after) {
-    // If refused, whatever needs root's rights fails and is reported there.
-    if (geteuid() != getuid()) static_cast<void>(seteuid(getuid()));
+    if (geteuid() == getuid()) return;
+    const bool changed = seteuid(getuid()) == 0;
+    static_cast<void>(changed);  // if refused, whatever needs root's rights fails and is reported there
 }
 
 AsRoot::~AsRoot() {

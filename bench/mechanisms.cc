@@ -2,8 +2,8 @@
 // another "/etc/passwd" for this process.
 #include <benchmark/benchmark.h>
 #include <pwd.h>
-#include <cstdint>
 
+#include <cstdint>
 #include <cstring>
 
 #include "bench/throw_away_site.h"

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <grp.h>
 #include <pwd.h>
+
 #include <cstdint>
 
 #include "install/console.h"

@@ -2,10 +2,10 @@
 
 #include <arpa/inet.h>
 #include <netdb.h>
-#include <cstdint>
 
 #include <algorithm>
 #include <csignal>
+#include <cstdint>
 
 #include "install/console.h"
 #include "install/critical_section.h"

@@ -1,5 +1,6 @@
 // Implements the account store's transaction and its changes.
 #include <fcntl.h>
+
 #include <cstdint>
 
 #include "support/database/account_session.h"

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <sys/stat.h>
+
 #include <cstdint>
 
 #include "support/database/account_store.h"

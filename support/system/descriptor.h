@@ -4,8 +4,8 @@
 
 #include <sys/stat.h>
 #include <sys/types.h>
-#include <cstdint>
 
+#include <cstdint>
 #include <optional>
 
 #include "support/text/sstring.h"

@@ -40,8 +40,8 @@ AsRoot::AsRoot() : AsRoot(geteuid()) {}
 
 AsRoot::AsRoot(uid_t after) : after_(after) {
     if (geteuid() == getuid()) return;
-    const bool changed = seteuid(getuid()) == 0;
-    static_cast<void>(changed);  // if refused, whatever needs root's rights fails and is reported there
+    // If refused, whatever needs root's rights fails and is reported there.
+    [[maybe_unused]] const int refused = seteuid(getuid());
 }
 
 AsRoot::~AsRoot() {

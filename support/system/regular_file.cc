@@ -4,9 +4,9 @@
 #include <linux/openat2.h>
 #include <sys/syscall.h>
 #include <unistd.h>
-#include <cstdint>
 
 #include <cerrno>
+#include <cstdint>
 
 namespace {
 

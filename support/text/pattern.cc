@@ -3,8 +3,8 @@
 
 #define PCRE2_CODE_UNIT_WIDTH 8
 #include <pcre2.h>
-#include <cstdint>
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <new>

@@ -1,6 +1,7 @@
 #include "support/database/account_store.h"
 
 #include <gtest/gtest.h>
+
 #include <cstdint>
 
 #include "tests/data_directory.h"

@@ -1,6 +1,7 @@
 #include "support/database/sqlite.h"
 
 #include <gtest/gtest.h>
+
 #include <cstdint>
 
 #include "tests/temporary_folder.h"

@@ -1,8 +1,8 @@
 #include "support/text/sstring_list.h"
 
 #include <gtest/gtest.h>
-#include <cstdint>
 
+#include <cstdint>
 #include <utility>
 
 namespace {

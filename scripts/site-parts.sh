@@ -74,3 +74,5 @@ wait_for() {
 
 # listening PORT
 listening() { ss -Hltn "sport = :$1" | grep -q .; }
+# silent PORT: nothing listens there.
+silent() { ! listening "$1"; }

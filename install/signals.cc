@@ -26,6 +26,10 @@ void SignalHandler(int /*signal*/) {
     errno = error;
 }
 
+void IgnoreSignals() {
+    for (const int number : kSignals) signal(number, SIG_IGN);
+}
+
 void SetupSignalHandler() {
     struct sigaction action = {};
     action.sa_handler = SignalHandler;

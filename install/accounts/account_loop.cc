@@ -3,7 +3,6 @@
 
 #include <chrono>
 
-#include "install/accounts/forward_notice.h"
 #include "install/console.h"
 #include "install/critical_section.h"
 #include "support/text/printable.h"
@@ -13,6 +12,7 @@ namespace {
 // The first logins are printed as they are done. Later ones share a commit, which is the slowest part.
 constexpr size_t kLoginsOneByOne = 100;
 constexpr std::chrono::milliseconds kBatchTime{20};
+constexpr size_t kMostAhead = 100;               // visits under way
 constexpr size_t kBatchBytes = size_t{1} << 20;  // of finger information, whose size users choose
 
 SString OutcomeText(AccountOutcome outcome) {
@@ -42,10 +42,11 @@ bool IsFileName(const SString& login) {
 
 void AccountLoop::Run(std::deque<Candidate> candidates) {
     size_t shown = 0;
-    while (!candidates.empty()) {
+    while (!candidates.empty() || !sent_.empty()) {
         if (CriticalSection::WasInterrupted()) {
+            FinishVisited();
             Print("\nInterrupted.\n\n");
-            return;
+            break;
         }
         if (shown < kLoginsOneByOne) {
             RunOne(TakeFirst(&candidates));
@@ -54,68 +55,84 @@ void AccountLoop::Run(std::deque<Candidate> candidates) {
             RunMany(&candidates);
         }
     }
+    results_->unanswered = visitor_.Reminders();
 }
 
 void AccountLoop::RunOne(const Candidate& candidate) {
-    auto user = logins_.Find(candidate.login);
-    if (!user) return;
+    if (!Send(candidate)) return;
     Print(LineBeginning(candidate));
-    Visits visits = {MakeVisit(candidate, *user)};
+    Visits visits = {*Take()};
     Print(AlertText(visits.front()));
     Write(&visits);
     Print(OutcomeText(visits.front().outcome));
 }
 
 void AccountLoop::RunMany(std::deque<Candidate>* candidates) {
-    Visits visits = VisitSome(candidates);
-    if (visits.empty()) return;
-    Write(&visits);
-    SString lines;
-    for (const Visit& visit : visits) {
-        lines += LineBeginning(visit.candidate) + AlertText(visit) + OutcomeText(visit.outcome);
-    }
-    Print(lines);
+    SendAhead(candidates);
+    if (sent_.empty()) return;
+    Visits visits = TakeSome(candidates);
+    WriteAndPrint(&visits);
 }
 
-/// Homes are visited before the transaction: a hung file server must not hold the lock.
-AccountLoop::Visits AccountLoop::VisitSome(std::deque<Candidate>* candidates) {
+/// After an interrupt: their users have the notice already.
+void AccountLoop::FinishVisited() {
+    visitor_.Stop();
+    Visits visits;
+    while (!sent_.empty()) {
+        if (auto visit = Take()) visits.push_back(std::move(*visit));
+    }
+    WriteAndPrint(&visits);
+}
+
+/// False if the host does not know the login any more.
+bool AccountLoop::Send(const Candidate& candidate) {
+    auto user = logins_.Find(candidate.login);
+    if (!user) return false;
+    const bool is_visited = IsFileName(candidate.login);
+    visitor_.Send({is_visited ? MaildropPath(candidate.login) : "", is_visited ? candidate.home : "", *user});
+    sent_.push_back(candidate);
+    return true;
+}
+
+void AccountLoop::SendAhead(std::deque<Candidate>* candidates) {
+    while (sent_.size() < kMostAhead && !candidates->empty()) Send(TakeFirst(candidates));
+}
+
+/// Homes are visited before the transaction: a slow file server must not hold the lock.
+AccountLoop::Visits AccountLoop::TakeSome(std::deque<Candidate>* candidates) {
     Visits visits;
     size_t bytes = 0;
     const auto end = std::chrono::steady_clock::now() + kBatchTime;
-    while (!candidates->empty() && bytes < kBatchBytes && !CriticalSection::WasInterrupted()) {
-        Candidate candidate = TakeFirst(candidates);
-        if (auto user = logins_.Find(candidate.login)) {
-            visits.push_back(MakeVisit(candidate, *user));
-            bytes += visits.back().account.finger_info.Length();
-        }
-        if (std::chrono::steady_clock::now() >= end) break;
-    }
+    do {
+        visits.push_back(*Take());
+        bytes += visits.back().account.finger_info.Length();
+        SendAhead(candidates);
+    } while (!sent_.empty() && bytes < kBatchBytes && !CriticalSection::WasInterrupted() &&
+             std::chrono::steady_clock::now() < end && visitor_.HasAnswer(end));
     return visits;
+}
+
+/// Nothing if the visit did not begin before the end.
+std::optional<AccountLoop::Visit> AccountLoop::Take() {
+    Visit visit;
+    visit.candidate = TakeFirst(&sent_);
+    const Candidate& candidate = visit.candidate;
+    VisitAnswer answer = visitor_.Next();
+    if (answer.end == VisitEnd::Stopped) return std::nullopt;
+    visit.maildrop = IsFileName(candidate.login) ? answer.maildrop : Maildrop::Suspicious;
+    visit.account = {candidate.full_name, candidate.login, Addresses(candidate.login), site_.access_domain,
+                     std::move(answer.finger_info)};
+    // A login that is no valid address cannot be mailed.
+    if (answer.has_forward && IsLocalPart(candidate.login)) {
+        results_->forward_users.Push(visit.account.addresses.Get(0));
+    }
+    return visit;
 }
 
 SStringList AccountLoop::Addresses(const SString& login) const {
     SStringList addresses;
     for (const SString& domain : site_.mail_domains) addresses.Push(login + "@" + domain);
     return addresses;
-}
-
-AccountLoop::Visit AccountLoop::MakeVisit(const Candidate& candidate, const Identity& user) {
-    Visit visit;
-    visit.candidate = candidate;
-    visit.account = {candidate.full_name, candidate.login, Addresses(candidate.login), site_.access_domain,
-                     ""};
-    if (!IsFileName(candidate.login)) {
-        visit.maildrop = Maildrop::Suspicious;
-        return visit;
-    }
-    visit.maildrop = RepairMaildrop(MaildropPath(candidate.login), user, site_.mail_group);
-    HomeFindings findings = VisitHome(candidate.home, user, ForwardNoticeFile(site_.host));
-    visit.account.finger_info = findings.finger_lines.Join("\r\n");
-    // A login that is no valid address cannot be mailed.
-    if (findings.has_forward && IsLocalPart(candidate.login)) {
-        results_->forward_users.Push(visit.account.addresses.Get(0));
-    }
-    return visit;
 }
 
 /// All accounts in one transaction. False if a refusal rolled it back. True if the lock could not be had:
@@ -131,6 +148,16 @@ void AccountLoop::Write(Visits* visits) {
         for (Visit& visit : *visits) visit.outcome = MakeAccount(visit.account, &visit.uid_and_password);
     }
     for (const Visit& visit : *visits) Record(visit);
+}
+
+void AccountLoop::WriteAndPrint(Visits* visits) {
+    if (visits->empty()) return;
+    Write(visits);
+    SString lines;
+    for (const Visit& visit : *visits) {
+        lines += LineBeginning(visit.candidate) + AlertText(visit) + OutcomeText(visit.outcome);
+    }
+    Print(lines);
 }
 
 void AccountLoop::Record(const Visit& visit) {

@@ -1,14 +1,13 @@
-// The loop of the account step: for each login it repairs the maildrop, visits the home, makes the account
-// and prints a line with the outcome.
+// The loop of the account step: for each login it has the maildrop repaired and the home visited, makes the
+// account and prints a line with the outcome.
 #pragma once
 
 #include <deque>
 
 #include "install/accounts/account_results.h"
-#include "install/accounts/home_visit.h"
 #include "install/accounts/login_index.h"
-#include "install/accounts/maildrop.h"
 #include "install/accounts/new_account.h"
+#include "install/accounts/visitor.h"
 
 /// Without ids, which are looked up at the visit (LoginIndex): the password file may be another host's, and a
 /// login may vanish or change its ids while the administrator answers.
@@ -28,9 +27,11 @@ struct AccountSite {
 
 class AccountLoop {
   public:
-    AccountLoop(const AccountSite& site, AccountResults* results) : site_(site), results_(results) {}
+    AccountLoop(const AccountSite& site, AccountResults* results)
+        : site_(site), results_(results), visitor_(site.host, site.mail_group) {}
 
-    /// Takes the candidates in order until a signal arrives. What the screen calls created is committed.
+    /// Takes the candidates in order until a signal arrives; who was visited by then still gets the account.
+    /// What the screen calls created is committed.
     void Run(std::deque<Candidate> candidates);
 
   private:
@@ -45,10 +46,14 @@ class AccountLoop {
 
     void RunOne(const Candidate& candidate);
     void RunMany(std::deque<Candidate>* candidates);
-    Visits VisitSome(std::deque<Candidate>* candidates);
+    void FinishVisited();
+    bool Send(const Candidate& candidate);
+    void SendAhead(std::deque<Candidate>* candidates);
+    Visits TakeSome(std::deque<Candidate>* candidates);
+    std::optional<Visit> Take();
+    void WriteAndPrint(Visits* visits);
     SStringList Addresses(const SString& login) const;
     SString MaildropPath(const SString& login) const { return site_.maildrop_directory + login; }
-    Visit MakeVisit(const Candidate& candidate, const Identity& user);
     static bool WriteTogether(Visits* visits);
     void Write(Visits* visits);
     void Record(const Visit& visit);
@@ -59,4 +64,6 @@ class AccountLoop {
     const AccountSite& site_;
     AccountResults* results_;
     LoginIndex logins_;
+    Visitor visitor_;
+    std::deque<Candidate> sent_;  // to the visitor, not answered yet
 };

@@ -10,5 +10,6 @@ struct AccountResults {
     SStringList failed;              // the same
     SStringList skipped_names;       // system users and users without a home: the full name
     SStringList skipped_logins;      // the login at the same index
+    SStringList unanswered;          // reminders of homes and maildrops that did not answer
     SStringList forward_users;       // the first address of each user with a ".forward" file
 };

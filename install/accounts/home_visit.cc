@@ -10,9 +10,20 @@ namespace {
 
 constexpr size_t kMostBytes = size_t{1} << 20;
 
+/// Whether the path leads to a regular file. Looks at a link first, as that may lead to where no look comes
+/// back from.
+bool LeadsToRegularFile(const SString& path, VisitProgress* progress) {
+    struct stat facts {};
+    progress->LookAt(path);
+    if (lstat(path.CString(), &facts) != 0) return false;
+    if (!S_ISLNK(facts.st_mode)) return S_ISREG(facts.st_mode);
+    progress->FollowLink();
+    return IsRegular(path);
+}
+
 /// The lines of a user's file, without their line ends.
-SStringList ReadLines(const SString& path) {
-    if (!IsRegular(path)) return {};  // opening a device or a FIFO may have effects
+SStringList ReadLines(const SString& path, VisitProgress* progress) {
+    if (!LeadsToRegularFile(path, progress)) return {};  // opening a device or a FIFO may have effects
     const RegularFile file = OpenRegularFile(path, O_RDONLY, Links::NotMagic);
     if (!file || file.status.st_size == 0) return {};
     auto text = file.descriptor.ReadAll(kMostBytes + 1);
@@ -44,16 +55,19 @@ void WriteNotice(const SString& path, const SString& text) {
 
 }  // namespace
 
-HomeFindings VisitHome(const SString& home, const Identity& user, const SString& notice) {
+HomeFindings VisitHome(const SString& home, const Identity& user, const SString& notice,
+                       VisitProgress* progress) {
+    progress->LookAt(home);
     HomeFindings findings;
     if (home[0] != '/' || !user.IsSomebody()) return findings;
     AsUser identity(user);
     if (!identity.IsTaken()) return findings;
     // The doubled slash is prescribed.
     const SString base = (home[-1] == '/' ? home : home + "/") + "/";
-    AddSection("Project:", "-------", ReadLines(base + ".project"), &findings.finger_lines);
-    AddSection("Plan:", "----", ReadLines(base + ".plan"), &findings.finger_lines);
-    findings.has_forward = IsRegular(base + ".forward");
+    AddSection("Project:", "-------", ReadLines(base + ".project", progress), &findings.finger_lines);
+    AddSection("Plan:", "----", ReadLines(base + ".plan", progress), &findings.finger_lines);
+    findings.has_forward = LeadsToRegularFile(base + ".forward", progress);
+    progress->LookAt(base + ".forward.NOTICE");
     WriteNotice(base + ".forward.NOTICE", notice);
     return findings;
 }

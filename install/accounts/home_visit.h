@@ -7,7 +7,7 @@
 // have.
 #pragma once
 
-#include "support/system/identity.h"
+#include "install/accounts/visit.h"
 #include "support/text/sstring_list.h"
 
 struct HomeFindings {
@@ -17,4 +17,6 @@ struct HomeFindings {
 
 /// Finds and writes nothing if the home is not an absolute path or the system refuses the user's identity.
 /// The notice never replaces anything, not even a dangling link.
-HomeFindings VisitHome(const SString& home, const Identity& user, const SString& notice);
+/// The progress tells at which file the visit is.
+HomeFindings VisitHome(const SString& home, const Identity& user, const SString& notice,
+                       VisitProgress* progress);

@@ -2,23 +2,83 @@
 #include "install/accounts/maildrop.h"
 
 #include <fcntl.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
+#include "support/system/pending_file.h"
 #include "support/system/regular_file.h"
 
 namespace {
 
 constexpr mode_t kMode = 0660;
+constexpr uid_t kRoot = 0;
+
+struct Owner {
+    uid_t uid;
+    gid_t gid;
+};
 
 bool IsPlain(const struct stat& status) {
     return S_ISREG(status.st_mode) && status.st_nlink == 1;
 }
 
-void GiveTo(const Identity& user, gid_t mail_group, const RegularFile& file) {
-    const int fd = file.descriptor.Get();
-    const bool is_owned = file.status.st_uid == user.uid && file.status.st_gid == mail_group;
-    if (!is_owned && fchown(fd, user.uid, mail_group) != 0) return;
-    if ((file.status.st_mode & 07777) != kMode) static_cast<void>(fchmod(fd, kMode));
+bool IsOwnedBy(const struct stat& status, const Owner& owner) {
+    return status.st_uid == owner.uid && status.st_gid == owner.gid;
+}
+
+/// The mode goes last: taking the list off changes the group's rights.
+bool Give(const Descriptor& file, const Owner& owner) {
+    if (fchown(file.Get(), owner.uid, owner.gid) != 0) return false;
+    // Fails where there is no list, too.
+    static_cast<void>(fremovexattr(file.Get(), "system.posix_acl_access"));
+    return fchmod(file.Get(), kMode) == 0;
+}
+
+/// Opened, if it is the very file that was seen.
+RegularFile OpenPlain(const SString& path, const struct stat& seen, int flags) {
+    RegularFile file = OpenRegularFile(path, flags, Links::NotAtEnd);
+    const bool is_same = file && IsSameFile(file.status, seen) && IsPlain(file.status);
+    return is_same ? std::move(file) : RegularFile();
+}
+
+/// A delivery that is under way has a moment to end; whoever made the file could keep the lock for good.
+void AwaitDelivery(const Descriptor& file) {
+    constexpr int kTries = 10;
+    constexpr useconds_t kPause = 10000;
+    struct flock lock = {};
+    lock.l_type = F_WRLCK;
+    for (int i = 0; i < kTries && fcntl(file.Get(), F_OFD_SETLK, &lock) != 0; ++i) usleep(kPause);
+}
+
+/// Mail that was delivered to the old file just before the new one took its place.
+void MoveMail(const RegularFile& old, const SString& path) {
+    const auto mail = old.descriptor.ReadAll();
+    if (!mail || mail->IsEmpty()) return;
+    const RegularFile file = OpenRegularFile(path, O_WRONLY | O_APPEND, Links::NotAtEnd);
+    if (file && IsPlain(file.status)) file.descriptor.WriteAll(*mail);
+}
+
+bool IsEmpty(const RegularFile& file) {
+    const auto now = file.descriptor.Stat();
+    return now && now->st_size == 0;
+}
+
+/// The new file is root's until the mail is in it: its owner could exchange it.
+bool ReplaceEmpty(const SString& path, const RegularFile& old, const Owner& owner) {
+    AwaitDelivery(old.descriptor);
+    PendingFile file(path);
+    if (!IsEmpty(old) || !file.Replace(old.status)) return false;
+    MoveMail(old, path);
+    return Give(file.File(), owner);
+}
+
+void Repair(const SString& path, const struct stat& seen, const Owner& owner) {
+    const bool is_anothers = seen.st_uid != owner.uid && seen.st_uid != kRoot;
+    const RegularFile file = OpenPlain(path, seen, is_anothers ? O_RDWR : O_WRONLY);
+    if (!file) return;
+    if (is_anothers && IsEmpty(file) && ReplaceEmpty(path, file, owner)) return;
+    const bool is_right = IsOwnedBy(file.status, owner) && (file.status.st_mode & 07777) == kMode;
+    if (!is_right) Give(file.descriptor, owner);
 }
 
 }  // namespace
@@ -28,8 +88,6 @@ Maildrop RepairMaildrop(const SString& path, const Identity& user, gid_t mail_gr
     struct stat seen = {};
     if (lstat(path.CString(), &seen) != 0) return Maildrop::Fine;
     if (!IsPlain(seen)) return Maildrop::Suspicious;
-    const RegularFile file = OpenRegularFile(path, O_WRONLY, Links::NotAtEnd);
-    const bool is_same = file && IsSameFile(file.status, seen) && IsPlain(file.status);
-    if (is_same && user.IsSomebody()) GiveTo(user, mail_group, file);
+    if (user.IsSomebody()) Repair(path, seen, {user.uid, mail_group});
     return Maildrop::Fine;
 }

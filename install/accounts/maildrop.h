@@ -1,7 +1,9 @@
 // Repairs a user's maildrop file: the mail system delivers to it without root's rights, so it must belong to
 // the user and the mail group, mode 0660. The directory may be world-writable: only a regular file with one
 // link is changed, and only if the opened file is the one that lstat saw: a planted link would hand its
-// target to the user.
+// target to the user. One that a third login made (neither the user nor root) may still be open there: if it
+// is empty, a new file takes its place, and the maker's descriptor leads nowhere. Whatever is repaired loses
+// its access list, which may name others.
 #pragma once
 
 #include "support/system/identity.h"

@@ -81,6 +81,10 @@ void SyncNewAccounts(const AccountResults& results) {
             "then run this installation program again to add any missing accounts."});
 }
 
+void RemindOfUnanswered(const SStringList& lines) {
+    for (const SString& line : lines) Remind(line);
+}
+
 /// The messages are queued in the same critical section, so an interrupt cannot leave out only some of them.
 /// False after an interrupt; if it came before the messages, none is queued (prescribed).
 bool CreateAccounts(std::deque<Candidate> candidates, const AccountSite& site, AccountResults* results) {
@@ -89,6 +93,7 @@ bool CreateAccounts(std::deque<Candidate> candidates, const AccountSite& site, A
         AccountLoop(site, results).Run(std::move(candidates));
         Print("\n");
         SyncNewAccounts(*results);
+        RemindOfUnanswered(results->unanswered);
         if (!CriticalSection::WasInterrupted()) QueueSetUpMails(*results, gstr_HostName);
     });
     if (!CriticalSection::WasInterrupted()) return true;

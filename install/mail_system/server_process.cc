@@ -4,12 +4,12 @@
 
 #include <csignal>
 
+#include "support/system/child_process.h"
 #include "support/system/descriptor.h"
 #include "support/system/identity.h"
 
 namespace {
 
-constexpr int kTries = 5;
 constexpr int kCouldNotRun = 127;
 
 /// exec keeps ignored signals and the mask: a server started under nohup could not be hung up.
@@ -24,17 +24,11 @@ void ResetSignals() {
     ResetSignals();
     KeepFromChildren();
     if (BecomeRootAsStarted()) execv(arguments[0].CString(), arguments.Pointers().data());
-    _exit(kCouldNotRun);  // not exit: the parent's buffers are not the child's to flush
+    _exit(kCouldNotRun);
 }
 
 }  // namespace
 
 bool StartServer(SStringList arguments) {
-    for (unsigned wait = 1; wait <= kTries; ++wait) {
-        const pid_t child = fork();
-        if (child == 0) Become(std::move(arguments));
-        if (child > 0) return true;
-        sleep(wait);
-    }
-    return false;
+    return StartChild([&] { Become(std::move(arguments)); }) > 0;
 }

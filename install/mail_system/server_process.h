@@ -1,4 +1,4 @@
-// Starting a server as a process of its own: the only place that forks.
+// Starting a server as a process of its own.
 #pragma once
 
 #include "support/text/sstring_list.h"

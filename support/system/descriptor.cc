@@ -94,6 +94,16 @@ bool SyncParent(const SString& path) {
     return SyncDirectory(ParentOf(path));
 }
 
+void KeepOnly(const Descriptor& kept) {
+    const Descriptor nowhere = Descriptor::Open("/dev/null", O_RDWR);
+    for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd) {
+        if (!nowhere || dup2(nowhere.Get(), fd) < 0) close(fd);
+    }
+    const auto number = static_cast<unsigned>(kept.Get());
+    if (number > STDERR_FILENO + 1) close_range(STDERR_FILENO + 1, number - 1, 0);
+    close_range(number + 1, ~0U, 0);
+}
+
 void KeepFromChildren() {
     close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
 }

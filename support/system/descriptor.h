@@ -41,6 +41,8 @@ class Descriptor {
 /// Syncs a directory's entries to the disk (fsync); SyncParent those of the path's parent.
 bool SyncDirectory(const SString& path);
 bool SyncParent(const SString& path);
+/// In a child: closes every descriptor but this one; the standard ones lead nowhere (/dev/null).
+void KeepOnly(const Descriptor& kept);
 /// From here on, programs that this process starts inherit only the three standard descriptors, and none of
 /// those that it was itself started with.
 void KeepFromChildren();

@@ -105,6 +105,10 @@ bool RenameNoReplace(const SString& from, const SString& to) {
     return (errno == EINVAL || errno == ENOSYS) && RenameByLink(from, to);
 }
 
+bool ExchangeNames(const SString& path, const SString& other) {
+    return renameat2(AT_FDCWD, path.CString(), AT_FDCWD, other.CString(), RENAME_EXCHANGE) == 0;
+}
+
 bool AddName(const SString& path, const SString& name) {
     return link(path.CString(), name.CString()) == 0;
 }

@@ -23,6 +23,8 @@ SString RealPath(const SString& path);
 bool Rename(const SString& from, const SString& to);
 /// Like Rename, but never overwrites (EEXIST).
 bool RenameNoReplace(const SString& from, const SString& to);
+/// Both must exist. False where the file system cannot do it (renameat2 with RENAME_EXCHANGE, Linux).
+bool ExchangeNames(const SString& path, const SString& other);
 /// A hard link. Never overwrites.
 bool AddName(const SString& path, const SString& name);
 bool RemoveFile(const SString& path);

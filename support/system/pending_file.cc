@@ -3,26 +3,31 @@
 #include <fcntl.h>
 
 #include <cerrno>
+#include <limits>
 
 #include "support/system/environment.h"
 #include "support/system/file.h"
+#include "support/system/random.h"
+#include "support/system/regular_file.h"
 
 namespace {
 
 constexpr mode_t kMode = 0660;
-constexpr int kNames = 1000;  // of killed processes that had the same id
+constexpr int kTries = 10;
 
-SString OtherName(const SString& path, int number) {
+/// Unguessable: in a directory that others can write, they could take all names beforehand.
+SString OtherName(const SString& path) {
     SString name = BaseName(path, "");
     SString directory(path.Bytes().substr(0, path.Length() - name.Length()));
-    return directory + "." + name + "." + ProcessIdString() + "." + SString(number);
+    return directory + "." + name + "." + ProcessIdString() + "." +
+           SString(RandomInt(std::numeric_limits<int>::max()));
 }
 
 }  // namespace
 
 PendingFile::PendingFile(const SString& path) : path_(path) {
-    for (int number = 0; number < kNames; ++number) {
-        SString name = OtherName(path, number);
+    for (int i = 0; i < kTries; ++i) {
+        SString name = OtherName(path);
         file_ = Descriptor::Open(name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, kMode);
         if (file_) other_name_ = name;
         if (file_ || errno != EEXIST) return;
@@ -36,6 +41,14 @@ PendingFile::~PendingFile() {
 bool PendingFile::Write(const SString& bytes) {
     whole_ = whole_ && file_ && file_.WriteAll(bytes);
     return whole_;
+}
+
+bool PendingFile::Replace(const struct stat& replaced) {
+    if (!file_ || !whole_ || !file_.Sync() || !ExchangeNames(other_name_, path_)) return false;
+    struct stat facts {};
+    if (lstat(other_name_.CString(), &facts) == 0 && IsSameFile(facts, replaced)) return true;
+    ExchangeNames(other_name_, path_);
+    return false;
 }
 
 bool PendingFile::Publish() {

@@ -19,11 +19,17 @@ class PendingFile {
     PendingFile& operator=(const PendingFile&) = delete;
 
     bool IsOpen() const { return static_cast<bool>(file_); }
+    /// For changes of owner and mode. Closed by Publish.
+    const Descriptor& File() const { return file_; }
     bool Write(const SString& bytes);
     /// Syncs the file, renames it to its name (replacing what is there) and syncs the directory. False if any
     /// of this or an earlier Write failed; what had the name before then still has it, unless only the
     /// directory's sync failed.
     bool Publish();
+    /// Exchanges names with the file that has the path, and removes that. False, with nothing changed, if
+    /// another file than this one has it by then, or if the file system cannot exchange names. File stays
+    /// open.
+    bool Replace(const struct stat& replaced);
 
   private:
     SString path_;

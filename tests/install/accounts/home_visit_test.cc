@@ -42,10 +42,11 @@ class HomeVisit : public testing::Test {
         ASSERT_EQ(symlink(target.CString(), In(name).CString()), 0);
         Own(In(name));
     }
-    HomeFindings Visit() const { return VisitHome(Home(), kUser, kNotice); }
+    HomeFindings Visit() const { return VisitHome(Home(), kUser, kNotice, &progress_); }
     SStringList FingerLines() const { return Visit().finger_lines; }
 
     TemporaryFolder folder_;
+    mutable VisitProgress progress_{};
 };
 
 TEST_F(HomeVisit, ReadsProjectAndPlan) {
@@ -106,7 +107,7 @@ TEST_F(HomeVisit, UsesTheUsersGroups) {
     Link(path, ".plan");
     EXPECT_TRUE(FingerLines().IsEmpty());
     const Identity member = {kUser.uid, kUser.gid, {kUser.gid, 2002}};
-    EXPECT_EQ(VisitHome(Home(), member, kNotice).finger_lines.Count(), 4U);
+    EXPECT_EQ(VisitHome(Home(), member, kNotice, &progress_).finger_lines.Count(), 4U);
 }
 
 TEST_F(HomeVisit, DoesNotPassThroughProcsLinks) {
@@ -170,7 +171,7 @@ TEST_F(HomeVisit, CannotWriteWhereTheUserCannot) {
 
 TEST_F(HomeVisit, TakesAHomeWithASlashAtItsEnd) {
     Put(".plan", "mine\n");
-    EXPECT_EQ(VisitHome(Home() + "/", kUser, kNotice).finger_lines.Count(), 4U);
+    EXPECT_EQ(VisitHome(Home() + "/", kUser, kNotice, &progress_).finger_lines.Count(), 4U);
     EXPECT_TRUE(FileExists(In(".forward.NOTICE")));
 }
 
@@ -178,13 +179,13 @@ TEST_F(HomeVisit, LeavesAloneWhatIsNoHome) {
     Put(".plan", "mine\n");
     const SString missing = folder_ / "missing";
     for (const SString& home : {SString(), SString("home"), SString("./"), missing}) {
-        EXPECT_TRUE(VisitHome(home, kUser, kNotice).finger_lines.IsEmpty()) << home;
+        EXPECT_TRUE(VisitHome(home, kUser, kNotice, &progress_).finger_lines.IsEmpty()) << home;
     }
     // These ids mean "as it is" to the system: root's files would be read for the user.
     const Identity nobody = {4294967295U, 2001, {2001}};
     const Identity no_group = {2001, 4294967295U, {}};
-    EXPECT_TRUE(VisitHome(Home(), nobody, kNotice).finger_lines.IsEmpty());
-    EXPECT_TRUE(VisitHome(Home(), no_group, kNotice).finger_lines.IsEmpty());
+    EXPECT_TRUE(VisitHome(Home(), nobody, kNotice, &progress_).finger_lines.IsEmpty());
+    EXPECT_TRUE(VisitHome(Home(), no_group, kNotice, &progress_).finger_lines.IsEmpty());
     EXPECT_FALSE(EntryExists(In(".forward.NOTICE")));
 }
 

@@ -1,0 +1,40 @@
+// Requests and answers as messages.
+#include "install/accounts/visit.h"
+
+namespace {
+
+uint32_t ShiftId(SStringList* message) {
+    return static_cast<uint32_t>(message->Shift().ToNumber());
+}
+
+}  // namespace
+
+SStringList ToMessage(const VisitRequest& request) {
+    SStringList message = {request.maildrop, request.home, request.user.uid, request.user.gid};
+    for (const gid_t group : request.user.groups) message.Push(group);
+    return message;
+}
+
+VisitRequest RequestFrom(SStringList message) {
+    VisitRequest request;
+    request.maildrop = message.Shift();
+    request.home = message.Shift();
+    request.user.uid = ShiftId(&message);
+    request.user.gid = ShiftId(&message);
+    while (!message.IsEmpty()) request.user.groups.push_back(ShiftId(&message));
+    return request;
+}
+
+SStringList ToMessage(const VisitAnswer& answer) {
+    return {static_cast<int>(answer.end), static_cast<int>(answer.maildrop),
+            static_cast<int>(answer.has_forward), answer.finger_info};
+}
+
+VisitAnswer AnswerFrom(SStringList message) {
+    VisitAnswer answer;
+    answer.end = static_cast<VisitEnd>(message.Shift().ToNumber());
+    answer.maildrop = static_cast<Maildrop>(message.Shift().ToNumber());
+    answer.has_forward = message.Shift() == "1";
+    answer.finger_info = message.Shift();
+    return answer;
+}

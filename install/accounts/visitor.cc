@@ -1,0 +1,167 @@
+// Keeps one visitor at work, and replaces it.
+#include "install/accounts/visitor.h"
+
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <csignal>
+#include <utility>
+
+#include "install/accounts/visitor_process.h"
+#include "support/system/child_process.h"
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+constexpr int kSlices = 10;
+
+}  // namespace
+
+Visitor::Visitor(const SString& host, gid_t mail_group, milliseconds patience)
+    : host_(host), mail_group_(mail_group), patience_(patience) {
+    Start();
+}
+
+Visitor::~Visitor() {
+    End(requests_.empty());
+}
+
+void Visitor::Start() {
+    auto child = std::make_unique<Child>();
+    auto ends = MessageSocket::Pair();
+    if (!ends || !child->progress.IsThere()) return;
+    child->id =
+        StartChild([&] { ServeVisits(std::move(ends->second), host_, mail_group_, &*child->progress); });
+    if (child->id < 0) return;
+    child->socket = std::move(ends->first);
+    child_ = std::move(child);
+}
+
+/// Waits only for an idle one: another may not even obey SIGKILL.
+void Visitor::End(bool is_idle) {
+    if (!child_) return;
+    kill(child_->id, SIGKILL);
+    waitpid(child_->id, nullptr, is_idle ? 0 : WNOHANG);
+    child_.reset();
+}
+
+void Visitor::Send(VisitRequest request) {
+    requests_.push_back(std::move(request));
+    Transmit(requests_.back());
+}
+
+void Visitor::Transmit(VisitRequest request) {
+    Skip(&request.home, "Home directories were not visited below: ");
+    Skip(&request.maildrop, "Maildrops were not repaired below: ");
+    if (!child_) return;
+    child_->socket.Queue(ToMessage(request));
+    child_->socket.Transfer(milliseconds(0));  // an end of the visitor shows when it is waited for
+}
+
+void Visitor::TransmitAgain() {
+    End(false);
+    if (is_stopped_) return;
+    Start();
+    for (const VisitRequest& request : requests_) Transmit(request);
+}
+
+/// False when the visitor has ended.
+bool Visitor::Receive(milliseconds patience) {
+    if (!child_) return false;
+    bool is_there = true;
+    auto message = child_->socket.Next();
+    if (!message) {
+        is_there = child_->socket.Transfer(patience);
+        message = child_->socket.Next();
+    }
+    if (message) answer_ = AnswerFrom(*message);
+    return message || is_there;
+}
+
+Visitor::Wait Visitor::Await(steady_clock::time_point until) {
+    while (!answer_) {
+        const auto rest = std::chrono::ceil<milliseconds>(until - steady_clock::now());
+        if (!Receive(std::max(rest, milliseconds(0)))) return Wait::Ended;
+        if (!answer_ && steady_clock::now() >= until) return Wait::TooLong;
+    }
+    return Wait::Answered;
+}
+
+/// In slices: if this process is stopped for a while (Ctrl-Z), that counts as one of them at most, and the
+/// visitor, which was stopped, too, has the others.
+Visitor::Wait Visitor::AwaitPatiently() {
+    Wait outcome = Wait::TooLong;
+    for (int slice = 0; slice < kSlices && outcome == Wait::TooLong; ++slice) {
+        outcome = Await(steady_clock::now() + patience_ / kSlices);
+    }
+    return outcome;
+}
+
+bool Visitor::HasAnswer(steady_clock::time_point until) {
+    return Await(until) != Wait::TooLong;
+}
+
+VisitAnswer Visitor::Next() {
+    if (!child_) return AnswerWithoutVisit();
+    const Wait outcome = AwaitPatiently();
+    if (outcome == Wait::Answered) return Finish(*answer_);
+    return outcome == Wait::Ended && !was_tried_ && !is_stopped_ ? TryAgain() : GiveUp(outcome);
+}
+
+VisitAnswer Visitor::Finish(const VisitAnswer& answer) {
+    const VisitAnswer finished = answer;
+    requests_.pop_front();
+    answer_.reset();
+    was_tried_ = false;
+    return finished;
+}
+
+VisitAnswer Visitor::AnswerWithoutVisit() {
+    if (is_stopped_) return Finish({VisitEnd::Stopped});
+    if (!requests_.front().home.IsEmpty()) Remind("Home directories were not visited below: /");
+    return Finish({VisitEnd::Unanswered});
+}
+
+/// The visitor may have ended for no fault of the home's: somebody killed it, or memory was short.
+VisitAnswer Visitor::TryAgain() {
+    was_tried_ = true;
+    TransmitAgain();
+    return Next();
+}
+
+VisitAnswer Visitor::GiveUp(Wait reason) {
+    const VisitRequest& request = requests_.front();
+    const bool is_at_maildrop = !request.maildrop.IsEmpty() && child_->progress->Place() == request.maildrop;
+    Remind(is_at_maildrop ? "Maildrop did not answer: " + request.maildrop
+                          : "Home directory did not answer: " + request.home);
+    if (reason == Wait::TooLong) NoteSilence();
+    const VisitAnswer answer = Finish({VisitEnd::Unanswered});
+    TransmitAgain();
+    return answer;
+}
+
+/// What a user's link leads to says nothing of others' homes.
+void Visitor::NoteSilence() {
+    if (child_->progress->IsBehindLink()) return;
+    mounts_ = Mounts::Now();
+    silent_points_.Push(mounts_->PointOf(child_->progress->Place()));
+}
+
+void Visitor::Stop() {
+    is_stopped_ = true;
+    if (child_) child_->progress->Stop();
+}
+
+void Visitor::Skip(SString* path, const SString& reminder) {
+    if (path->IsEmpty() || silent_points_.IsEmpty()) return;
+    const SString point = mounts_->PointOf(*path);
+    if (!silent_points_.Contains(point)) return;
+    Remind(reminder + point);
+    *path = "";
+}
+
+void Visitor::Remind(const SString& reminder) {
+    if (!reminders_.Contains(reminder)) reminders_.Push(reminder);
+}

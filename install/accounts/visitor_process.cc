@@ -1,0 +1,58 @@
+// Serves visits in a child process.
+#include "install/accounts/visitor_process.h"
+
+#include "install/accounts/forward_notice.h"
+#include "install/accounts/home_visit.h"
+#include "install/signals.h"
+
+namespace {
+
+constexpr std::chrono::milliseconds kForever{-1};
+
+VisitAnswer Visit(const VisitRequest& request, const SString& host, gid_t mail_group,
+                  VisitProgress* progress) {
+    VisitAnswer answer;
+    answer.end = VisitEnd::Visited;
+    if (!request.maildrop.IsEmpty()) {
+        progress->LookAt(request.maildrop);
+        answer.maildrop = RepairMaildrop(request.maildrop, request.user, mail_group);
+    }
+    if (!request.home.IsEmpty()) {
+        const HomeFindings findings =
+            VisitHome(request.home, request.user, ForwardNoticeFile(host), progress);
+        answer.finger_info = findings.finger_lines.Join("\r\n");
+        answer.has_forward = findings.has_forward;
+    }
+    return answer;
+}
+
+/// Nothing once the installer's end is gone.
+std::optional<VisitRequest> NextRequest(MessageSocket* socket) {
+    while (true) {
+        if (auto message = socket->Next()) return RequestFrom(*message);
+        if (!socket->Transfer(kForever)) return std::nullopt;
+    }
+}
+
+bool Send(const VisitAnswer& answer, MessageSocket* socket) {
+    socket->Queue(ToMessage(answer));
+    while (socket->HasQueued()) {
+        if (!socket->Transfer(kForever)) return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+void ServeVisits(MessageSocket socket, const SString& host, gid_t mail_group, VisitProgress* progress) {
+    IgnoreSignals();
+    KeepOnly(socket.Socket());
+    bool is_heard = true;
+    while (is_heard) {
+        const auto request = NextRequest(&socket);
+        if (!request) return;
+        is_heard = Send(progress->IsStopped() ? VisitAnswer{VisitEnd::Stopped}
+                                              : Visit(*request, host, mail_group, progress),
+                        &socket);
+    }
+}

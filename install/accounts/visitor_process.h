@@ -1,0 +1,9 @@
+// What the visitor's process does: one visit after the other, until its socket ends.
+#pragma once
+
+#include "install/accounts/visit.h"
+#include "support/system/message_socket.h"
+
+/// Gives up all descriptors but the socket, ignores the terminal's signals, and answers requests in their
+/// order. Each answer is sent before the next visit begins.
+void ServeVisits(MessageSocket socket, const SString& host, gid_t mail_group, VisitProgress* progress);

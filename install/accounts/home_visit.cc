@@ -2,6 +2,9 @@
 #include "install/accounts/home_visit.h"
 
 #include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
 
 #include "support/system/file.h"
 #include "support/system/regular_file.h"
@@ -46,8 +49,18 @@ void AddSection(const char* title, const char* rule, const SStringList& lines, S
     finger_lines->Push("");
 }
 
+/// What a visitor left that was killed before it wrote the text.
+bool IsEmptyNotice(const SString& path) {
+    struct stat facts {};
+    return lstat(path.CString(), &facts) == 0 && S_ISREG(facts.st_mode) && facts.st_size == 0 &&
+           facts.st_nlink == 1 && facts.st_uid == geteuid();
+}
+
 void WriteNotice(const SString& path, const SString& text) {
     Descriptor file = Descriptor::Open(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0644);
+    if (!file && errno == EEXIST && IsEmptyNotice(path)) {
+        file = Descriptor::Open(path, O_WRONLY | O_NOFOLLOW | O_NONBLOCK);
+    }
     if (!file) return;
     bool written = file.WriteAll(text);
     if (!file.Close() || !written) RemoveFile(path);  // no later run would complete half a notice

@@ -16,7 +16,7 @@ struct HomeFindings {
 };
 
 /// Finds and writes nothing if the home is not an absolute path or the system refuses the user's identity.
-/// The notice never replaces anything, not even a dangling link.
+/// The notice never replaces anything, not even a dangling link; only an empty one is filled.
 /// The progress tells at which file the visit is.
 HomeFindings VisitHome(const SString& home, const Identity& user, const SString& notice,
                        VisitProgress* progress);

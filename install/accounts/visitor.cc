@@ -42,9 +42,10 @@ void Visitor::Start() {
 /// Waits only for an idle one: another may not even obey SIGKILL.
 void Visitor::End(bool is_idle) {
     if (!child_) return;
-    kill(child_->id, SIGKILL);
-    waitpid(child_->id, nullptr, is_idle ? 0 : WNOHANG);
+    const pid_t id = child_->id;
     child_.reset();
+    if (!is_idle) kill(id, SIGKILL);
+    waitpid(id, nullptr, is_idle ? 0 : WNOHANG);
 }
 
 void Visitor::Send(VisitRequest request) {

@@ -1,6 +1,6 @@
-// silent_file_system DIRECTORY: mounts a file system (FUSE) there that takes every request without an answer, as a
-// file server does that has died: whoever looks at it waits, even under SIGKILL, until this program ends. Prints a
-// line when it is mounted.
+// silent_file_system DIRECTORY: mounts a file system (FUSE) there that takes every request without an answer,
+// as a file server does that has died: whoever looks at it waits, even under SIGKILL, until this program
+// ends. Prints a line when it is mounted.
 #include <fcntl.h>
 #include <linux/fuse.h>
 #include <sys/mount.h>

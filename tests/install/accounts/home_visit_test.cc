@@ -64,6 +64,37 @@ TEST_F(HomeVisit, ReadsEachForItself) {
     EXPECT_EQ(FingerLines(), SStringList({"Plan:", "----", "", ""}));
 }
 
+TEST_F(HomeVisit, FillsANoticeThatAKilledVisitorLeftEmpty) {
+    Put(".forward.NOTICE", "");
+    Visit();
+    EXPECT_EQ(MapFileRead(In(".forward.NOTICE")), kNotice);
+    Put(".forward.NOTICE", "the user's\n");
+    Visit();
+    EXPECT_EQ(MapFileRead(In(".forward.NOTICE")), "the user's\n");
+}
+
+TEST_F(HomeVisit, FillsNoEmptyNoticeOfAnothersOrWithAnotherName) {
+    Put(".forward.NOTICE", "");
+    ASSERT_EQ(link(In(".forward.NOTICE").CString(), In("other").CString()), 0);
+    Visit();
+    EXPECT_EQ(MapFileRead(In("other")), "");
+    RemoveFile(In("other"));
+    ASSERT_EQ(chown(In(".forward.NOTICE").CString(), 33, 33), 0);
+    Visit();
+    EXPECT_EQ(MapFileRead(In(".forward.NOTICE")), "");
+}
+
+TEST_F(HomeVisit, TellsWhatItLooksAt) {
+    Visit();
+    EXPECT_EQ(progress_.Place(), Home() + "//.forward.NOTICE");
+    EXPECT_FALSE(progress_.IsBehindLink());
+    progress_.FollowLink();
+    EXPECT_TRUE(progress_.IsBehindLink());
+    progress_.LookAt(SString('x', 10'000));
+    EXPECT_EQ(progress_.Place(), SString('x', PATH_MAX - 1));
+    EXPECT_FALSE(progress_.IsBehindLink());
+}
+
 TEST_F(HomeVisit, KeepsEveryCharacterOfALine) {
     Put(".plan", "a \xff\x1b[2J\r\n\tno line end");
     EXPECT_EQ(FingerLines(), SStringList({"Plan:", "----", "a \xff\x1b[2J\r", "\tno line end", ""}));

@@ -1,12 +1,16 @@
 #include "install/accounts/maildrop.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <cstdint>
+#include <string>
 
 #include "support/system/file.h"
+#include "support/system/regular_file.h"
 #include "tests/temporary_folder.h"
 
 namespace {
@@ -48,6 +52,77 @@ TEST(RepairMaildrop, GivesAPlainFileToTheUserAndTheMailGroup) {
         EXPECT_EQ(status.st_gid, 2008U) << c.what;
         EXPECT_EQ(status.st_mode & 07777, 0660U) << c.what;
         EXPECT_EQ(MapFileRead(path), "From x\n") << c.what;
+    }
+}
+
+/// What somebody who opened the file before the repair can still do to what has its name now.
+TEST(RepairMaildrop, ReplacesAnEmptyFileOfAThirdLogin) {
+    const TemporaryFolder folder;
+    chmod((folder / "").CString(), 01777);
+    const SString path = folder.Write("anna", "", 0660);
+    ASSERT_EQ(chown(path.CString(), 33, 2008), 0);
+    const Descriptor makers = Descriptor::Open(path, O_RDWR);
+    EXPECT_EQ(RepairMaildrop(path, kUser, kMail), Maildrop::Fine);
+    EXPECT_TRUE(makers.WriteAll("spoofed\n"));
+    EXPECT_EQ(MapFileRead(path), "");
+    const struct stat status = StatusOf(path);
+    EXPECT_EQ(status.st_uid, 2001U);
+    EXPECT_EQ(status.st_gid, 2008U);
+    EXPECT_EQ(status.st_mode & 07777, 0660U);
+    EXPECT_EQ(ReadDir(folder / "").Count(), 1U);
+}
+
+TEST(RepairMaildrop, KeepsTheFileOfAThirdLoginThatHasMail) {
+    for (const uid_t owner : {uid_t{0}, uid_t{33}}) {
+        const TemporaryFolder folder;
+        const SString path = folder.Write("anna", owner == 0 ? "" : "From x\n", 0600);
+        ASSERT_EQ(chown(path.CString(), owner, 33), 0);
+        const ino_t before = StatusOf(path).st_ino;
+        EXPECT_EQ(RepairMaildrop(path, kUser, kMail), Maildrop::Fine);
+        EXPECT_EQ(StatusOf(path).st_ino, before);
+        EXPECT_EQ(StatusOf(path).st_uid, 2001U);
+    }
+}
+
+/// The lock of whoever made it does not keep the file his.
+TEST(RepairMaildrop, ReplacesAFileThatItsMakerLocks) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("anna", "", 0660);
+    ASSERT_EQ(chown(path.CString(), 33, 2008), 0);
+    const Descriptor makers = Descriptor::Open(path, O_RDWR);
+    struct flock lock = {};
+    lock.l_type = F_WRLCK;
+    ASSERT_EQ(fcntl(makers.Get(), F_OFD_SETLK, &lock), 0);
+    RepairMaildrop(path, kUser, kMail);
+    EXPECT_EQ(StatusOf(path).st_uid, 2001U);
+    EXPECT_FALSE(IsSameFile(StatusOf(path), *makers.Stat()));
+}
+
+/// "version 2, then tag, rights and id of each entry" (linux/posix_acl_xattr.h): the login 33 may read and
+/// write.
+const std::string kListWithAnother(
+    "\x02\x00\x00\x00"
+    "\x01\x00\x06\x00\xff\xff\xff\xff"
+    "\x02\x00\x06\x00\x21\x00\x00\x00"
+    "\x04\x00\x06\x00\xff\xff\xff\xff"
+    "\x10\x00\x06\x00\xff\xff\xff\xff"
+    "\x20\x00\x00\x00\xff\xff\xff\xff",
+    44);
+
+TEST(RepairMaildrop, TakesTheAccessListOffWhatItRepairs) {
+    constexpr const char* kList = "system.posix_acl_access";
+    const struct {
+        uid_t owner;
+        bool is_repaired;
+    } cases[] = {{33, true}, {0, true}, {2001, false}};
+    for (const auto& c : cases) {
+        const TemporaryFolder folder;
+        const SString path = folder.Write("anna", "From x\n", 0660);
+        ASSERT_EQ(chown(path.CString(), c.owner, 2008), 0);
+        ASSERT_EQ(setxattr(path.CString(), kList, kListWithAnother.data(), kListWithAnother.size(), 0), 0);
+        RepairMaildrop(path, kUser, kMail);
+        EXPECT_EQ(getxattr(path.CString(), kList, nullptr, 0) < 0, c.is_repaired) << c.owner;
+        EXPECT_EQ(StatusOf(path).st_mode & 07777, 0660U);
     }
 }
 

@@ -57,6 +57,26 @@ TEST(PendingFile, IsGoneWhenItIsNotPublished) {
     EXPECT_TRUE(ReadDir(folder / "").IsEmpty());
 }
 
+TEST(PendingFile, TakesThePlaceOfTheFileThatIsMeantAlone) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("file", "old\n");
+    const SString other = folder.Write("other", "other\n");
+    struct stat meant = {};
+    ASSERT_EQ(stat(other.CString(), &meant), 0);
+    {
+        PendingFile file(path);
+        EXPECT_TRUE(file.Write("new\n"));
+        EXPECT_FALSE(file.Replace(meant));
+        EXPECT_EQ(MapFileRead(path), "old\n");
+        ASSERT_EQ(stat(path.CString(), &meant), 0);
+        EXPECT_TRUE(file.Replace(meant));
+        EXPECT_EQ(fchmod(file.File().Get(), 0640), 0);
+    }
+    EXPECT_EQ(MapFileRead(path), "new\n");
+    EXPECT_EQ(ModeOf(path), 0640U);
+    EXPECT_EQ(ReadDir(folder / "").Count(), 2U);
+}
+
 TEST(PendingFile, IsOpenToOwnerAndGroupLessTheMask) {
     const TemporaryFolder folder;
     const mode_t before = umask(007);

@@ -44,8 +44,9 @@ char FirstLetter(SString answer) {
     return answer.LowerCase()[0];
 }
 
-/// The default is no answer of somebody who didn't see the question or could not be heard. No question is asked
-/// under another identity, in a transaction or in a critical section: the end of the process leaves nothing open.
+/// The default is no answer of somebody who didn't see the question or could not be heard. No question is
+/// asked under another identity, in a transaction or in a critical section: the end of the process leaves
+/// nothing open.
 [[noreturn]] void EndUnanswered() {
     constexpr int kStopped = 2;
     std::cerr << "Installation aborted.\n";

@@ -19,9 +19,9 @@ namespace {
 
 constexpr long kMostOwnAccounts = 8;  // prescribed: up to so many, the database counts as having no users
 
-/// The group that owns users' maildrop files: "staff" where there is no "mail". A group database that fails to tell
-/// must not give them away. With systemd among its sources it fails without an error, but the mail owner's
-/// group, there at start-up, is then missing, too.
+/// The group that owns users' maildrop files: "staff" where there is no "mail". A group database that fails
+/// to tell must not give them away. With systemd among its sources it fails without an error, but the mail
+/// owner's group, there at start-up, is then missing, too.
 const struct group* MailGroup() {
     errno = 0;
     const struct group* group = getgrnam("mail");

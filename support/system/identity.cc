@@ -33,7 +33,8 @@ std::optional<std::vector<gid_t>>& GroupsAtStart() {
     return groups;
 }
 
-/// The caller may have set SECBIT_NO_SETUID_FIXUP, with which a process without root's id keeps root's rights.
+/// The caller may have set SECBIT_NO_SETUID_FIXUP, with which a process without root's id keeps root's
+/// rights.
 bool HasNoCapabilities() {
     __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
     std::array<__user_cap_data_struct, _LINUX_CAPABILITY_U32S_3> sets = {};

@@ -21,8 +21,8 @@ struct Identity {
     bool IsSomebody() const { return uid != kNoId && gid != kNoId; }
 };
 
-/// The mail system's owner for good: group, supplementary groups, then user. False when the system refuses any of
-/// it or leaves the process a capability (capabilities(7)); its identity is undefined then.
+/// The mail system's owner for good: group, supplementary groups, then user. False when the system refuses
+/// any of it or leaves the process a capability (capabilities(7)); its identity is undefined then.
 bool BecomeMailOwner(const SString& login, uid_t uid, gid_t gid);
 
 /// The real user's (root's) rights for a scope; groups stay. After it the effective user is the one from

@@ -14,8 +14,8 @@ constexpr mode_t kMode = 0600;  // whoever can open the file can hold a lock on 
 Descriptor OpenOwn(const SString& path) {
     Descriptor file = Descriptor::Open(path, O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK, kMode);
     const auto status = file.Stat();
-    const bool is_own = status && S_ISREG(status->st_mode) && status->st_uid == geteuid() &&
-                        fchmod(file.Get(), kMode) == 0;
+    const bool is_own =
+        status && S_ISREG(status->st_mode) && status->st_uid == geteuid() && fchmod(file.Get(), kMode) == 0;
     return is_own ? std::move(file) : Descriptor();
 }
 

@@ -36,7 +36,8 @@ TEST(ShellWord, IsQuotedOnlyWhereItMustBe) {
 }
 
 TEST(ShellWord, IsOneArgumentToTheShell) {
-    for (const SString name : {"A;id>X;: .install", "it's", "'", "''", "a  b*?[c]", "$HOME`id`$(id)", "#x", "\\"}) {
+    for (const SString name :
+         {"A;id>X;: .install", "it's", "'", "''", "a  b*?[c]", "$HOME`id`$(id)", "#x", "\\"}) {
         EXPECT_EQ(ReadCommand("printf %s " + ShellWord(name)).Join(""), name);
     }
 }

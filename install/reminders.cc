@@ -9,7 +9,7 @@ void Remind(const SStringList& lines) {
 }
 
 SString ShellWord(const SString& name) {
-    const SString file = name.StartsWith("-") ? "./" + name : name;
+    SString file = name.StartsWith("-") ? "./" + name : name;
     if (file.Matches("\\A[A-Za-z0-9/._-]+\\z")) return file;
     return "'" + file.S("'", "'\\''", "g") + "'";
 }

@@ -94,8 +94,7 @@ bool StartUp() {
     SetSignalDefaults();
     LeaveRemovedDirectory();
     RememberGroups();
-    if (!IsStartedByRoot()) return false;
-    if (!IsOnlyCopy()) return false;
+    if (!IsStartedByRoot() || !IsOnlyCopy()) return false;
     umask(007);
     SetupSignalHandler();
     ClearScreen();

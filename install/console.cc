@@ -1,6 +1,8 @@
 #include "install/console.h"
 #include "support/text/printable.h"
 
+#include <cstdio>
+#include <cstdlib>
 #include <iostream>
 
 namespace {
@@ -42,6 +44,15 @@ char FirstLetter(SString answer) {
     return answer.LowerCase()[0];
 }
 
+/// The default is no answer of somebody who didn't see the question or could not be heard. No question is
+/// asked under another identity, in a transaction or in a critical section: the end of the process leaves
+/// nothing open.
+[[noreturn]] void EndUnanswered() {
+    constexpr int kStopped = 2;
+    std::cerr << "Installation aborted.\n";
+    std::exit(kStopped);
+}
+
 }  // namespace
 
 SString Format(const SString& text, int width, int indent, const SString& line_end) {
@@ -63,9 +74,11 @@ void PrintHeader(int width, SStringList lines) {
 }
 
 SString GetInput(const SString& default_answer, int show) {
-    if (show != 0) Print("[" + Printable(default_answer) + "] ");
+    Print(show != 0 ? "[" + Printable(default_answer) + "] " : SString());
+    if (!std::cout) EndUnanswered();
     SString answer;
     std::cin >> answer;
+    if (std::ferror(stdin) != 0) EndUnanswered();
     answer.ChopLineEnd();
     Print("\n");
     return answer.IsEmpty() ? default_answer : answer;

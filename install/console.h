@@ -1,5 +1,6 @@
 // The terminal dialogue: paragraphs, screens, headers and answers, and the question that all steps ask.
-// Everything is written to standard output and flushed before an answer is read.
+// Everything is written to standard output and flushed before an answer is read. Where that or the reading
+// fails, the program ends with status 2 and "Installation aborted." on standard error.
 #pragma once
 
 #include "support/text/sstring_list.h"

@@ -8,6 +8,12 @@ void Remind(const SStringList& lines) {
     gstrl_Reminders.Push("");
 }
 
+SString ShellWord(const SString& name) {
+    SString file = name.StartsWith("-") ? "./" + name : name;
+    if (file.Matches("\\A[A-Za-z0-9/._-]+\\z")) return file;
+    return "'" + file.S("'", "'\\''", "g") + "'";
+}
+
 void PrintReminders() {
     PrintIndented(4, gstrl_Reminders);
 }

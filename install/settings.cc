@@ -2,6 +2,7 @@
 #include "support/text/printable.h"
 
 const SString gstr_ConfigFile = "/etc/tern.harbor.conf";
+const SString gstr_LockFile = "/run/tern.harbor-install.lock";
 const SString gstr_ProductName = "tern.harbor";
 const SString gstr_SupportAddress = "support@ardenvale.example";
 const SString gstr_SupportPhone = "+1 555 0100";

@@ -9,6 +9,7 @@
 
 // --- constants
 extern const SString gstr_ConfigFile;      // "/etc/tern.harbor.conf"
+extern const SString gstr_LockFile;        // "/run/tern.harbor-install.lock"; held while a copy runs
 extern const SString gstr_ProductName;     // "tern.harbor"
 extern const SString gstr_SupportAddress;  // "support@ardenvale.example"
 extern const SString gstr_SupportPhone;    // "+1 555 0100"

@@ -11,6 +11,7 @@
 #include <ctime>
 
 #include "install/console.h"
+#include "install/one_copy.h"
 #include "install/sentences.h"
 #include "install/settings.h"
 #include "install/signals.h"
@@ -65,6 +66,12 @@ bool IsStartedByRoot() {
     return false;
 }
 
+bool IsOnlyCopy() {
+    const auto other = AnotherCopy();
+    if (other) PrintParagraph(*other);
+    return !other;
+}
+
 void SeedRandom() {
     const auto now = static_cast<unsigned>(std::time(nullptr));
     std::srand(now + static_cast<unsigned>(getpid()) + static_cast<unsigned>(getppid()));
@@ -87,7 +94,7 @@ bool StartUp() {
     SetSignalDefaults();
     LeaveRemovedDirectory();
     RememberGroups();
-    if (!IsStartedByRoot()) return false;
+    if (!IsStartedByRoot() || !IsOnlyCopy()) return false;
     umask(007);
     SetupSignalHandler();
     ClearScreen();

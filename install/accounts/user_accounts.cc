@@ -1,6 +1,8 @@
 // The account step: asks which users shall have a mail account, and makes their accounts.
 #include <grp.h>
 
+#include <cerrno>
+
 #include "install/accounts/account_loop.h"
 #include "install/accounts/account_questions.h"
 #include "install/accounts/password_entries.h"
@@ -17,10 +19,15 @@ namespace {
 
 constexpr long kMostOwnAccounts = 8;  // prescribed: up to so many, the database counts as having no users
 
-/// The group that owns users' maildrop files.
+/// The group that owns users' maildrop files: "staff" where there is no "mail". A group database that fails
+/// to tell must not give them away. With systemd among its sources it fails without an error, but the mail
+/// owner's group, there at start-up, is then missing, too.
 const struct group* MailGroup() {
+    errno = 0;
     const struct group* group = getgrnam("mail");
-    return group != nullptr ? group : getgrnam("staff");
+    const bool has_failed =
+        group == nullptr && (errno != 0 || getgrgid(static_cast<gid_t>(gn_MailGID)) == nullptr);
+    return group != nullptr || has_failed ? group : getgrnam("staff");
 }
 
 void ExplainMissingMailGroup() {

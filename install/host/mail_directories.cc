@@ -88,7 +88,7 @@ void ExplainSetgid() {
 }
 
 void RemindOfSetgid() {
-    Remind({"chmod g+s " + gstr_MaildropDir});
+    Remind({"chmod g+s " + ShellWord(gstr_MaildropDir)});
 }
 
 void SetSetgid(mode_t mode) {

@@ -95,7 +95,7 @@ void ReportLink(bool made, const SString& couldnt, const SString& link) {
     }
     BreakProgress();
     Tell("WARNING: " + couldnt + " create a symbolic link from " + kSendmail + " to '" + link + "'");
-    gstrl_Reminders.Push("Create link: 'ln -s " + link + " " + kSendmail + "'");
+    gstrl_Reminders.Push("Create link: 'ln -s " + ShellWord(link) + " " + kSendmail + "'");
 }
 
 bool IsLink(const SString& path) {

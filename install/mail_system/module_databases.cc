@@ -36,7 +36,8 @@ bool WarnNotUpdated(const SString& module) {
 }
 
 void RemindToInstall(const SString& module) {
-    Remind({"cd " + gstr_TernHarbor + "config", "mv " + module + ".install " + module});
+    Remind({"cd " + ShellWord(gstr_TernHarbor + "config"),
+            "mv " + ShellWord(module + ".install") + " " + ShellWord(module)});
 }
 
 void WarnNotBackedUp(const SString& module) {

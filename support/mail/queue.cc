@@ -5,6 +5,8 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include <cerrno>
+
 #include "support/mail/field_text.h"
 #include "support/system/environment.h"
 #include "support/system/file.h"
@@ -34,6 +36,7 @@ class DirectoryLock {
         constexpr useconds_t kPause = 10000;  // microseconds: 5 s in all
         for (int i = 0; directory_ && !held_ && i < kTries; ++i) {
             held_ = flock(directory_.Get(), kind | LOCK_NB) == 0;
+            if (!held_ && errno != EWOULDBLOCK && errno != EINTR) return;  // no time gives a lock here
             if (!held_) usleep(kPause);
         }
     }
@@ -86,7 +89,9 @@ bool SField::Prepare() {
 bool SField::Publish() {
     if (!pending_) return false;
     DirectoryLock lock(Directory(path_), LOCK_EX);
-    bool published = lock.IsHeld() && pending_->Publish();
+    // A new name has no readers whom the lock would keep away, and not every file system has locks.
+    const bool may_appear = lock.IsHeld() || !EntryExists(path_);
+    bool published = may_appear && pending_->Publish();
     Discard();
     return published;
 }

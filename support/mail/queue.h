@@ -11,7 +11,7 @@ class PendingFile;
 
 /// Named fields bound to a file (field_text.h has its form), locked against other processes while it is read
 /// or put in place. The lock (flock) is on the directory, as each write replaces the file; it is waited for
-/// up to 5 s.
+/// up to 5 s. Where it can't be had, only a file with a new name is put in place.
 class SField : public SNamedStringList {
   public:
     ~SField() override;

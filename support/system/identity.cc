@@ -2,12 +2,15 @@
 #include "support/system/identity.h"
 
 #include <grp.h>
+#include <linux/capability.h>
 #include <pwd.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
+#include <array>
 #include <optional>
+#include <string_view>
 
 namespace {
 
@@ -30,10 +33,29 @@ std::optional<std::vector<gid_t>>& GroupsAtStart() {
     return groups;
 }
 
+/// The caller may have set SECBIT_NO_SETUID_FIXUP, with which a process without root's id keeps root's
+/// rights.
+bool HasNoCapabilities() {
+    __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
+    std::array<__user_cap_data_struct, _LINUX_CAPABILITY_U32S_3> sets = {};
+    if (syscall(SYS_capget, &header, sets.data()) != 0) return false;
+    return std::ranges::all_of(sets, [](const auto& set) { return set.effective == 0; });
+}
+
+/// No core file, which abort would leave: it would hold passwords.
+[[noreturn]] void EndAsRoot() {
+    constexpr int kStopped = 2;
+    constexpr std::string_view kText = "Install: root's rights could not be given up; ended.\n";
+    const ssize_t written = write(STDERR_FILENO, kText.data(), kText.size());
+    static_cast<void>(written);  // nothing to do about a failure here
+    _exit(kStopped);
+}
+
 }  // namespace
 
 bool BecomeMailOwner(const SString& login, uid_t uid, gid_t gid) {
-    return initgroups(login.CString(), gid) == 0 && setegid(gid) == 0 && seteuid(uid) == 0;
+    return initgroups(login.CString(), gid) == 0 && setegid(gid) == 0 && seteuid(uid) == 0 &&
+           HasNoCapabilities();
 }
 
 AsRoot::AsRoot() : AsRoot(geteuid()) {}
@@ -46,7 +68,7 @@ AsRoot::AsRoot(uid_t after) : after_(after) {
 
 AsRoot::~AsRoot() {
     // Better to end than to go on as root.
-    if (after_ != geteuid() && seteuid(after_) != 0) abort();
+    if (after_ != geteuid() && seteuid(after_) != 0) EndAsRoot();
 }
 
 AsUser::AsUser(const Identity& user) : before_{geteuid(), getegid(), {}} {
@@ -54,11 +76,11 @@ AsUser::AsUser(const Identity& user) : before_{geteuid(), getegid(), {}} {
     if (!groups) return;
     before_.groups = *groups;
     taken_ = Take(user);
-    if (!taken_ && !Take(before_)) abort();
+    if (!taken_ && !Take(before_)) EndAsRoot();
 }
 
 AsUser::~AsUser() {
-    if (taken_ && !Take(before_)) abort();
+    if (taken_ && !Take(before_)) EndAsRoot();
 }
 
 std::vector<gid_t> GroupsOf(const SString& login, gid_t gid) {

@@ -21,11 +21,12 @@ struct Identity {
     bool IsSomebody() const { return uid != kNoId && gid != kNoId; }
 };
 
-/// The mail system's owner for good: group, supplementary groups, then user. False when the system refuses.
+/// The mail system's owner for good: group, supplementary groups, then user. False when the system refuses
+/// any of it or leaves the process a capability (capabilities(7)); its identity is undefined then.
 bool BecomeMailOwner(const SString& login, uid_t uid, gid_t gid);
 
 /// The real user's (root's) rights for a scope; groups stay. After it the effective user is the one from
-/// before, or the one given.
+/// before, or the one given; where that is refused, the program ends as in AsUser.
 class AsRoot {
   public:
     AsRoot();
@@ -39,8 +40,8 @@ class AsRoot {
 };
 
 /// A user's identity for a scope. If the system refuses any of it, nothing is changed and IsTaken is false:
-/// do nothing for the user then. A failure to give the identity back aborts the program, which would
-/// otherwise act as somebody else.
+/// do nothing for the user then. A failure to give the identity back ends the program with status 2, which
+/// would otherwise act as somebody else.
 class AsUser {
   public:
     explicit AsUser(const Identity& user);

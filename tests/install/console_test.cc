@@ -1,6 +1,9 @@
 #include "install/console.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdio>
 
 #include "tests/dialogue.h"
 
@@ -97,6 +100,24 @@ TEST(GetInput, TakesALineOfTenMegabytes) {
     const SString line('x', 10000000);
     const Dialogue dialogue(line + "\n");
     EXPECT_TRUE(GetInput("", 0) == line);
+}
+
+TEST(GetInput, EndsTheProgramWhereTheQuestionCannotBeShown) {
+    const auto ask = [] {
+        const Dialogue dialogue("answer\n");
+        std::cout.setstate(std::ios::badbit);
+        GetInput("default", 1);
+    };
+    EXPECT_EXIT(ask(), testing::ExitedWithCode(2), "^Installation aborted.\n$");
+}
+
+TEST(GetInput, EndsTheProgramWhereInputFails) {
+    const auto ask = [] {
+        // Reading a directory is an error, and not the end of the input.
+        if (freopen("/", "r", stdin) == nullptr) _exit(1);
+        GetInput("default", 1);
+    };
+    EXPECT_EXIT(ask(), testing::ExitedWithCode(2), "^Installation aborted.\n$");
 }
 
 TEST(InputHasEnded, IsToldOnlyByAReadThatFindsNothing) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "install/settings.h"
+#include "support/system/command.h"
 #include "tests/dialogue.h"
 
 namespace {
@@ -13,6 +14,32 @@ TEST(Remind, ClosesTheGroup) {
     Remind("three");
     EXPECT_EQ(gstrl_Reminders, SStringList({"one", "two", "", "three", ""}));
     gstrl_Reminders.Reset();
+}
+
+TEST(ShellWord, IsQuotedOnlyWhereItMustBe) {
+    const struct {
+        SString name, word;
+    } cases[] = {
+        {"/var/opt/tern.harbor/config", "/var/opt/tern.harbor/config"},
+        {"WWW-Server_2.install", "WWW-Server_2.install"},
+        {"A;id>X;: .install", "'A;id>X;: .install'"},
+        {"it's", "'it'\\''s'"},
+        {"$(id)`id`\"\\", "'$(id)`id`\"\\'"},
+        {"~root", "'~root'"},
+        {"a\nb", "'a\nb'"},
+        {"caf\xc3\xa9", "'caf\xc3\xa9'"},
+        {"-rf", "./-rf"},
+        {"-r f", "'./-r f'"},
+        {"", "''"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(ShellWord(c.name), c.word);
+}
+
+TEST(ShellWord, IsOneArgumentToTheShell) {
+    for (const SString name :
+         {"A;id>X;: .install", "it's", "'", "''", "a  b*?[c]", "$HOME`id`$(id)", "#x", "\\"}) {
+        EXPECT_EQ(ReadCommand("printf %s " + ShellWord(name)).Join(""), name);
+    }
 }
 
 TEST(PrintReminders, ShowsNoControlCharacters) {

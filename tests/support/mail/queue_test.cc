@@ -199,6 +199,16 @@ TEST_F(Queue, DoesNotWaitForEverAndReadsBesideAReader) {
     EXPECT_EQ(AllFiles().Count(), 1U);
 }
 
+TEST_F(Queue, PublishesANewMessageWithoutTheLock) {
+    Descriptor other = Descriptor::Open(folder_ / "data/control", O_RDONLY);
+    ASSERT_EQ(flock(other.Get(), LOCK_EX), 0);
+    SControl control;
+    control["Priority:"] = "1";
+    EXPECT_TRUE(control.Write("Stem"));
+    EXPECT_EQ(MapFileRead(folder_ / "data/control/Stem-Control"), "Priority: 1\n");
+    EXPECT_EQ(AllFiles().Count(), 1U);
+}
+
 TEST_F(Queue, KeepsAMessagesFileNameAsGiven) {
     SMessage message;
     message.PutFilename("a/b-Body");

@@ -2,6 +2,8 @@
 
 #include <grp.h>
 #include <gtest/gtest.h>
+#include <linux/securebits.h>
+#include <sys/prctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -55,6 +57,25 @@ TEST(AsUser, CanBeTakenByAnotherUser) {
     EXPECT_EQ(Groups(), kGroups);
 }
 
+// A core file would hold passwords.
+TEST(AsUser, EndsTheProgramWhereItsIdentityCannotBeGivenBack) {
+    const auto lose_root = [] {
+        const AsUser user({kUser, kGroup, kGroups});
+        if (setresuid(kUser, kUser, kUser) != 0) _exit(1);
+    };
+    EXPECT_EXIT(lose_root(), testing::ExitedWithCode(2),
+                "^Install: root's rights could not be given up; ended.\n$");
+}
+
+TEST(AsRoot, EndsTheProgramWhereRootsRightsCannotBeGivenUp) {
+    const auto stay_root = [] {
+        const AsRoot root(kUser);
+        if (setresuid(kUser + 1, kUser + 1, kUser + 1) != 0) _exit(1);
+    };
+    EXPECT_EXIT(stay_root(), testing::ExitedWithCode(2),
+                "^Install: root's rights could not be given up; ended.\n$");
+}
+
 TEST(AsRoot, TakesRootsRightsForAScope) {
     const AsUser owner({kUser, kGroup, kGroups});
     {
@@ -94,6 +115,14 @@ TEST(BecomeMailOwner, LeavesRootOnlyAsTheRealUser) {
                       Groups() == std::vector<gid_t>{kGroup}
                   ? 0
                   : 1);
+    };
+    EXPECT_EXIT(try_it(), testing::ExitedWithCode(0), "");
+}
+
+TEST(BecomeMailOwner, FailsWhereRootsCapabilitiesWouldStay) {
+    const auto try_it = [] {
+        const bool prepared = prctl(PR_SET_SECUREBITS, SECBIT_NO_SETUID_FIXUP) == 0;
+        _exit(prepared && !BecomeMailOwner("no-such-login", kUser, kGroup) ? 0 : 1);
     };
     EXPECT_EXIT(try_it(), testing::ExitedWithCode(0), "");
 }

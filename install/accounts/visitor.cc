@@ -16,6 +16,8 @@ using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
 constexpr int kSlices = 10;
+constexpr const char* kNotVisited = "Home directories were not visited below: ";
+constexpr const char* kNotRepaired = "Maildrops were not repaired below: ";
 
 }  // namespace
 
@@ -54,8 +56,8 @@ void Visitor::Send(VisitRequest request) {
 }
 
 void Visitor::Transmit(VisitRequest request) {
-    Skip(&request.home, "Home directories were not visited below: ");
-    Skip(&request.maildrop, "Maildrops were not repaired below: ");
+    Skip(&request.home, kNotVisited);
+    Skip(&request.maildrop, kNotRepaired);
     if (!child_) return;
     child_->socket.Queue(ToMessage(request));
     child_->socket.Transfer(milliseconds(0));  // an end of the visitor shows when it is waited for
@@ -121,7 +123,7 @@ VisitAnswer Visitor::Finish(const VisitAnswer& answer) {
 
 VisitAnswer Visitor::AnswerWithoutVisit() {
     if (is_stopped_) return Finish({VisitEnd::Stopped});
-    if (!requests_.front().home.IsEmpty()) Remind("Home directories were not visited below: /");
+    if (!requests_.front().home.IsEmpty()) Remind(SString(kNotVisited) + "/");
     return Finish({VisitEnd::Unanswered});
 }
 

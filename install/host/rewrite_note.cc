@@ -5,9 +5,11 @@
 
 #include <cerrno>
 #include <string_view>
+#include <utility>
 
 #include "support/system/file.h"
 #include "support/system/regular_file.h"
+#include "support/text/sstring_list.h"
 
 namespace {
 
@@ -66,7 +68,7 @@ void RemoveNote(const SString& path) {
 }
 
 FoundNote ReadNote(const SString& path) {
-    const FoundNote unreadable{false, std::nullopt};
+    FoundNote unreadable{false, std::nullopt};
     const SString name = NoteName(path);
     struct stat status {};
     if (lstat(name.CString(), &status) != 0) return errno == ENOENT ? FoundNote() : unreadable;

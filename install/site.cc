@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <grp.h>
 #include <pwd.h>
+#include <unistd.h>
 
 #include <cstdint>
 
@@ -131,6 +132,10 @@ bool FindGroup() {
 }
 
 }  // namespace
+
+SStringList MailSystemUsers() {
+    return {SString(getuid()), SString(gn_MailUID)};  // the real user is root
+}
 
 SString FullHostName(const SString& node_name, const SString& domain) {
     return node_name.S("\\..*", "") + "." + domain;

@@ -3,26 +3,13 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "install/critical_section.h"
+#include "install/host/in_place.h"
+#include "install/host/rewrite_note.h"
 #include "support/system/file.h"
 #include "support/system/identity.h"
-#include "support/system/regular_file.h"
 
 namespace {
-
-constexpr mode_t kPermissions = 07777;
-
-struct Original {
-    RegularFile file;  // stays open, so that checks and mode changes reach this very file
-    SString bytes;
-};
-
-std::optional<Original> OpenOriginal(const SString& path) {
-    RegularFile file = OpenRegularFile(path, O_RDONLY, Links::All);
-    if (!file) return std::nullopt;
-    std::optional<SString> bytes = file.descriptor.ReadAll();
-    if (!bytes) return std::nullopt;
-    return Original{std::move(file), std::move(*bytes)};
-}
 
 /// The copy of the old contents, removed at the end of the scope unless kept.
 class Backup {
@@ -40,8 +27,8 @@ class Backup {
     /// True when the copy and its name are on the disk.
     bool Fill(const Original& original) const {
         return file_ && fchown(file_.Get(), original.file.status.st_uid, original.file.status.st_gid) == 0 &&
-               fchmod(file_.Get(), original.file.status.st_mode & kPermissions) == 0 &&
-               file_.WriteAll(original.bytes) && file_.Sync() && SyncParent(name_) && IsAsLongAs(original);
+               fchmod(file_.Get(), original.Mode()) == 0 && file_.WriteAll(original.bytes) && file_.Sync() &&
+               SyncParent(name_) && IsAsLongAs(original);
     }
     void Keep() { kept_ = true; }
 
@@ -57,46 +44,75 @@ class Backup {
     bool kept_ = false;
 };
 
-/// Adds write permission for a scope, unless the file has it.
-class WriteAccess {
+/// The note, there for a scope unless it is left to the next run.
+class Note {
   public:
-    WriteAccess(const SString& path, const Original& original)
-        : original_(original), had_it_(IsWriteable(path)), granted_(had_it_ || Change(0200)) {}
-    ~WriteAccess() {
-        if (granted_ && !had_it_) Change(0);
+    Note(const SString& path, const Rewrite& rewrite) : path_(path), is_written_(WriteNote(path, rewrite)) {}
+    ~Note() {
+        if (!left_) RemoveNote(path_);
     }
-    WriteAccess(const WriteAccess&) = delete;
-    WriteAccess& operator=(const WriteAccess&) = delete;
-    bool IsGranted() const { return granted_; }
+    Note(const Note&) = delete;
+    Note& operator=(const Note&) = delete;
+    bool IsWritten() const { return is_written_; }
+    void Leave() { left_ = true; }
 
   private:
-    bool Change(mode_t added) const {
-        return fchmod(original_.file.descriptor.Get(),
-                      (original_.file.status.st_mode | added) & kPermissions) == 0;
-    }
-
-    const Original& original_;
-    bool had_it_;
-    bool granted_;
+    SString path_;
+    bool is_written_;
+    bool left_ = false;
 };
 
-/// Not truncated yet: it must be the file that was read. The latter's status is taken again, because
-/// overlayfs changes the inode number when a file is first opened for writing.
-Descriptor OpenForWriting(const SString& path, const Original& original) {
-    RegularFile file = OpenRegularFile(path, O_WRONLY, Links::All);
-    const std::optional<struct stat> read = original.file.descriptor.Stat();
-    return file && read && IsSameFile(file.status, *read) ? std::move(file.descriptor) : Descriptor();
+/// What the file should hold; nothing where somebody has edited it since.
+std::optional<SString> IntendedText(const Rewrite& rewrite, const SString& bytes) {
+    for (const SString& text : {rewrite.after, rewrite.before}) {
+        if (bytes == text || IsCutPiece(bytes, text)) return text;
+    }
+    return std::nullopt;
 }
 
-bool ReplaceContents(const Descriptor& file, const SString& bytes) {
-    return lseek(file.Get(), 0, SEEK_SET) == 0 && ftruncate(file.Get(), 0) == 0 && file.WriteAll(bytes) &&
-           file.Sync();
+Written Complete(const SString& path, const Original& found, const SString& text, const SString& otherwise) {
+    if (found.bytes == text) {
+        // The kill may have come between the write and the sync.
+        return found.file.descriptor.Sync() ? Written::Text : Written::Neither;
+    }
+    const WriteAccess access(path, found);
+    if (!access.IsGranted()) return Written::Neither;
+    const Descriptor file = OpenForWriting(path, found);
+    return file ? WriteEither(file, text, otherwise) : Written::Neither;
+}
+
+/// Takes away the write permission that the killed run had added.
+bool PutModeBack(const Original& found, mode_t mode) {
+    const mode_t now = found.Mode();
+    return now == mode || now != (mode | 0200) || fchmod(found.file.descriptor.Get(), mode) == 0;
+}
+
+Unfinished Finish(const SString& path, const Original& found, const Rewrite& rewrite) {
+    const std::optional<SString> text = IntendedText(rewrite, found.bytes);
+    if (!text) return Unfinished::Nothing;
+    const Written written = Complete(path, found, *text, rewrite.before);
+    if (written == Written::Neither || !PutModeBack(found, rewrite.mode)) return Unfinished::Failed;
+    const bool is_new = written == Written::Text && *text == rewrite.after;
+    return is_new ? Unfinished::Finished : Unfinished::Nothing;
 }
 
 }  // namespace
 
+Unfinished FinishRewrite(const SString& path) {
+    const AsRoot root;
+    RemoveDraft(path);
+    const FoundNote note = ReadNote(path);
+    if (!note.rewrite) return note.is_readable ? Unfinished::Nothing : Unfinished::Failed;
+    const CriticalSection section;
+    const std::optional<Original> found = OpenOriginal(path);
+    const Unfinished outcome = found ? Finish(path, *found, *note.rewrite) : Unfinished::Failed;
+    if (outcome != Unfinished::Failed) RemoveNote(path);
+    return outcome;
+}
+
 std::optional<SStringList> ReadHostFile(const SString& path) {
     const AsRoot root;
+    if (FinishRewrite(path) == Unfinished::Failed) return std::nullopt;
     const std::optional<Original> original = OpenOriginal(path);
     if (!original) return std::nullopt;
     return Lines(original->bytes);
@@ -104,17 +120,22 @@ std::optional<SStringList> ReadHostFile(const SString& path) {
 
 bool RewriteHostFile(const SString& path, const LineEdit& edit) {
     const AsRoot root;
+    if (FinishRewrite(path) == Unfinished::Failed) return false;
     const std::optional<Original> original = OpenOriginal(path);
     if (!original) return false;
     const SString changed = edit(Lines(original->bytes)).Join();
+    // The file itself must be whole on the disk before its newest backup is begun.
+    if (!original->file.descriptor.Sync()) return false;
     Backup backup(path);
     if (!backup.Fill(*original)) return false;
-    const WriteAccess access(path, *original);
+    Note note(path, {original->Mode(), original->bytes, changed});
+    if (!note.IsWritten()) return false;
+    WriteAccess access(path, *original);
     if (!access.IsGranted()) return false;
     const Descriptor file = OpenForWriting(path, *original);
     if (!file) return false;
     backup.Keep();
-    if (ReplaceContents(file, changed)) return true;
-    ReplaceContents(file, original->bytes);
-    return false;
+    const Written written = WriteEither(file, changed, original->bytes);
+    if (written == Written::Neither || !access.GiveBack()) note.Leave();
+    return written == Written::Text;
 }

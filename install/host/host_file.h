@@ -1,8 +1,10 @@
 // Rewriting a file of the host in place, so that neither a failure nor a kill at any moment loses it.
 //
 // The old contents go to a numbered backup beside the file ("inetd.conf.bak", ".bak1" ...), with the file's
-// owner and mode, synced before the file is touched. The file is rewritten in place, so that its owner,
-// links, access lists and extended attributes stay. The caller holds a CriticalSection.
+// owner and mode, and both texts to a note (rewrite_note.h), all synced before the file is touched. The file
+// is rewritten in place, so that its owner, links, access lists and extended attributes stay. The note goes
+// last; where one is found, a killed run's rewrite is finished before anything is decided about the file. The
+// caller of RewriteHostFile holds a CriticalSection.
 #pragma once
 
 #include <functional>
@@ -10,12 +12,25 @@
 
 #include "support/text/sstring_list.h"
 
-/// Read as root: the lines, each with its line end. Nothing if the path is no readable regular file.
+/// What there was to finish of a killed run's rewrite.
+enum class Unfinished {
+    Nothing,   // or somebody has edited the file since, or it has its old text
+    Finished,  // the file has its new text
+    Failed,    // the file is still cut, or that cannot be told
+};
+
+/// As root: finishes a killed run's rewrite where the file is a piece of the new text (or of the old one, if
+/// that was being put back), and gives it its old mode again. A file that somebody has edited since is left
+/// alone. To be called before anything else looks at the file.
+Unfinished FinishRewrite(const SString& path);
+
+/// Read as root, after FinishRewrite: the lines, each with its line end. Nothing if the path is no readable
+/// regular file, or not whole.
 std::optional<SStringList> ReadHostFile(const SString& path);
 
 using LineEdit = std::function<SStringList(SStringList)>;
 
-/// As root: replaces the file's lines by the edited ones. False on any failure. If the file was not touched
-/// yet, it has its old mode again and there is no backup. After a write error the old bytes are put back if
-/// possible, and the backup stays.
+/// As root, after FinishRewrite: replaces the file's lines by the edited ones. False on any failure. If the
+/// file was not touched yet, it has its old mode again and there is no backup. After a write error the old
+/// bytes are put back, or else the note stays for the next run; the backup stays.
 bool RewriteHostFile(const SString& path, const LineEdit& edit);

@@ -66,6 +66,23 @@ bool AreBound(const SStringList& services) {
     });
 }
 
+/// The daemon takes a moment to close the ports, and a later step looks who holds them.
+void AwaitRelease(const SStringList& services) {
+    // The resolver reads it for the ports. Where it stays cut, they are just not waited for.
+    FinishRewrite(gstr_ServicesFile);
+    Await([&] { return !AreBound(services); });
+}
+
+/// Finishes what a killed run has begun: it has not told the daemon, either.
+void FinishTakeOver() {
+    const TakeOver outcome = Uninterrupted([] {
+        if (FinishRewrite(gstr_InetdConf) != Unfinished::Finished) return TakeOver::Failed;
+        return KillProgram("inetd", SIGHUP) ? TakeOver::Done : TakeOver::NotReset;
+    });
+    if (outcome == TakeOver::NotReset) Remind({kHangUp});
+    if (outcome == TakeOver::Done) AwaitRelease(gstrl_Services);
+}
+
 void ReportNotReset(const SStringList& conflicts) {
     Tell(
         "WARNING: Couldn't reset inetd by sending it a HUP signal. "
@@ -92,8 +109,7 @@ bool DisableConflicts(const SStringList& conflicts) {
              " failed. You will have to update the configuration file manually later.");
     }
     if (CriticalSection::WasInterrupted()) return false;
-    // The daemon takes a moment to close the ports, and a later step looks who holds them.
-    if (outcome == TakeOver::Done) Await([&] { return !AreBound(conflicts); });
+    if (outcome == TakeOver::Done) AwaitRelease(conflicts);
     return outcome != TakeOver::Failed || LeaveToAdministrator(conflicts);
 }
 
@@ -121,7 +137,9 @@ bool UpdateInetdConf(const SStringList& services) {
 
 bool EditInetdConf() {
     BeginProgress("Checking inetd configuration");
+    FinishTakeOver();
     const std::optional<SStringList> lines = ReadHostFile(gstr_InetdConf);
+    if (CriticalSection::WasInterrupted()) return false;
     if (!lines) {
         BreakProgress();
         Tell("WARNING: Couldn't open " + gstr_InetdConf);

@@ -1,7 +1,14 @@
 #include "install/host/owned_directory.h"
 
+#include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <cerrno>
+#include <optional>
+#include <string_view>
+#include <utility>
 
 #include "support/system/file.h"
 #include "support/system/identity.h"
@@ -23,7 +30,28 @@ void RemoveLeftOver(const SString& path, mode_t mode, uid_t owner) {
     if (facts.st_uid == getuid() || facts.st_uid == owner) rmdir(path.CString());
 }
 
+bool IsEmpty(const Descriptor& directory) {
+    DIR* stream = fdopendir(Descriptor::OpenAt(directory.Get(), ".", O_RDONLY | O_DIRECTORY).Release());
+    if (stream == nullptr) return false;
+    errno = 0;
+    bool is_empty = true;
+    while (const dirent* entry = readdir(stream)) {
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..") is_empty = false;
+    }
+    is_empty = is_empty && errno == 0;
+    closedir(stream);
+    return is_empty;
+}
+
 }  // namespace
+
+Descriptor OpenOwnEmptyDirectory(const SString& path) {
+    Descriptor directory = Descriptor::Open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW);
+    const std::optional<struct stat> status = directory.Stat();
+    const bool is_ours = status && status->st_uid == geteuid() && IsEmpty(directory);
+    return is_ours ? std::move(directory) : Descriptor();
+}
 
 NewDirectory MakeOwnedDirectory(const SString& path, mode_t mode, uid_t owner, gid_t group) {
     const AsRoot root;
@@ -31,8 +59,10 @@ NewDirectory MakeOwnedDirectory(const SString& path, mode_t mode, uid_t owner, g
     RemoveLeftOver(name + ".new", mode, owner);
     const SString unfinished = FreeName(name + ".new");
     if (!MakeDir(unfinished, mode)) return NewDirectory::NotMade;
-    const bool owned = lchown(unfinished.CString(), owner, group) == 0;
-    if (!RenameNoReplace(unfinished, name)) {
+    // The mail owner may own the directory above and put something else in its place: hence by descriptor.
+    const Descriptor made = OpenOwnEmptyDirectory(unfinished);
+    const bool owned = made && fchown(made.Get(), owner, group) == 0;
+    if (!made || !RenameNoReplace(unfinished, name)) {
         rmdir(unfinished.CString());
         return NewDirectory::NotMade;
     }

@@ -34,6 +34,11 @@ bool LeaveToAdministrator(const SStringList& missing) {
     return AskToContinue();
 }
 
+void TellNotUpdated() {
+    PrintParagraph("WARNING: Update of " + gstr_ServicesFile +
+                   " failed. You will have to update the services database manually.");
+}
+
 }  // namespace
 
 SString ServiceEntry(const SString& name, const SString& port) {
@@ -71,7 +76,15 @@ bool UpdateServicesFile(const SStringList& entries) {
 
 bool AddServices() {
     BeginProgress("Checking services database");
+    const bool is_whole =
+        FinishRewrite(gstr_ServicesFile) != Unfinished::Failed;  // before the resolver reads it
+    if (CriticalSection::WasInterrupted()) return false;
     const SStringList missing = MissingServices(gstrl_Services, gstrl_ServicePorts);
+    if (missing.IsEmpty() && !is_whole) {
+        BreakProgress();
+        TellNotUpdated();
+        return AskToContinue();
+    }
     if (missing.IsEmpty()) {
         EndProgress("OK");
         return true;
@@ -81,10 +94,7 @@ bool AddServices() {
     if (answer == 'q') return false;
     if (answer == 'y') {
         const bool updated = UpdateServicesFile(missing);
-        if (!updated) {
-            PrintParagraph("WARNING: Update of " + gstr_ServicesFile +
-                           " failed. You will have to update the services database manually.");
-        }
+        if (!updated) TellNotUpdated();
         if (CriticalSection::WasInterrupted()) return false;
         if (updated) return true;
     }

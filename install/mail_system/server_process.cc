@@ -22,6 +22,7 @@ void ResetSignals() {
 
 [[noreturn]] void Become(SStringList arguments) {
     ResetSignals();
+    setsid();  // out of reach of the installer's terminal; cannot fail, as a new process leads no group
     KeepFromChildren();
     if (BecomeRootAsStarted()) execv(arguments[0].CString(), arguments.Pointers().data());
     _exit(kCouldNotRun);

@@ -7,6 +7,7 @@
 #include "install/mail_system/server_process.h"
 #include "install/reminders.h"
 #include "install/settings.h"
+#include "install/site.h"
 #include "install/steps.h"
 #include "support/system/process.h"
 
@@ -28,7 +29,7 @@ bool StartAnyway() {
 
 bool StartDaemon() {
     if (gf_TernHarborIsRunning != 0) {
-        KillProgram(gstr_ProductName, SIGHUP);
+        KillProgramOf(MailSystemUsers(), gstr_ProductName, SIGHUP);
         return true;
     }
     if (gf_ShowStoppers != 0 && !StartAnyway()) return false;

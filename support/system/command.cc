@@ -1,8 +1,11 @@
 #include "support/system/command.h"
 
+#include <unistd.h>
+
 #include <array>
 #include <csignal>
 #include <cstdio>
+#include <string>
 
 #include "support/system/descriptor.h"
 
@@ -11,12 +14,8 @@ namespace {
 constexpr size_t kLongestPiece = 511;
 
 // Standard input holds the administrator's next answers, and complaints do not belong on the screen. A Ctrl-C
-// reaches the whole foreground group and must not end a probe. The variables change which processes and
-// columns ps prints.
-const SString kSurroundings =
-    "trap '' HUP INT QUIT TERM; exec </dev/null 2>/dev/null; "
-    "unset COLUMNS LINES PS_FORMAT PS_PERSONALITY CMD_ENV I_WANT_A_BROKEN_PS; "
-    "LC_ALL=C.UTF-8; export LC_ALL\n";
+// reaches the whole foreground group and must not end a probe.
+const SString kSurroundings = "trap '' HUP INT QUIT TERM; exec </dev/null 2>/dev/null\n";
 
 constexpr std::array kTerminalSignals = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
 
@@ -38,8 +37,25 @@ class TerminalSignalsBlocked {
     sigset_t before_{};
 };
 
+/// Gives the programs that are started in a scope an environment of their own. The caller's could change what
+/// they print: PS_FORMAT and COLUMNS do for ps, TCPDIAG_FILE for ss, LD_PRELOAD for any.
+class OwnEnvironment {
+  public:
+    OwnEnvironment() : before_(environ) { environ = variables_.data(); }
+    ~OwnEnvironment() { environ = before_; }
+    OwnEnvironment(const OwnEnvironment&) = delete;
+    OwnEnvironment& operator=(const OwnEnvironment&) = delete;
+
+  private:
+    std::string path_ = "PATH=/usr/sbin:/usr/bin:/sbin:/bin";
+    std::string locale_ = "LC_ALL=C.UTF-8";
+    std::array<char*, 3> variables_ = {path_.data(), locale_.data(), nullptr};
+    char** before_;
+};
+
 FILE* Start(const SString& command) {
     const TerminalSignalsBlocked blocked;
+    const OwnEnvironment own;
     return popen((kSurroundings + command).CString(), "re");
 }
 

@@ -4,8 +4,8 @@
 #include "support/text/sstring_list.h"
 
 /// The command's standard output as entries of at most 511 bytes, line ends kept; empty if it cannot be
-/// started. Its exit status is ignored. The shell runs it in the C.UTF-8 locale, with the terminal's signals
-/// ignored and without the variables that change what ps prints. It inherits only the standard descriptors.
+/// started. Its exit status is ignored. The shell runs it with the terminal's signals ignored, in an
+/// environment of PATH and LC_ALL (C.UTF-8) alone. It inherits only the standard descriptors.
 SStringList ReadCommand(const SString& command);
 /// The listing of sendmail's queue; to be called as root.
 SStringList ReadMailq();

@@ -1,5 +1,6 @@
 #include "support/system/process.h"
 
+#include <algorithm>
 #include <csignal>
 #include <limits>
 
@@ -35,6 +36,11 @@ constexpr Probe kProcessProbes[] = {
     {"/usr/bin/ps", "-e", ProcessesFromPs},
     {"/bin/ps", "-e", ProcessesFromPs},
 };
+// Without names, which are anybody's choice and could hold blanks and numbers.
+constexpr Probe kUserProbes[] = {
+    {"/usr/bin/ps", "-e -o pid= -o ruid=", UsersFromPs},
+    {"/bin/ps", "-e -o pid= -o ruid=", UsersFromPs},
+};
 
 template <size_t N>
 SStringList RunFirst(const Probe (&probes)[N]) {
@@ -43,6 +49,11 @@ SStringList RunFirst(const Probe (&probes)[N]) {
         return probe.parse(ReadCommand(SString(probe.program) + " " + probe.arguments));
     }
     return {};
+}
+
+/// KillProgram's condition.
+bool IsName(const SString& name) {
+    return name.Matches("\\w");
 }
 
 }  // namespace
@@ -55,10 +66,34 @@ SStringList ReadProcessInfo() {
     return RunFirst(kProcessProbes);
 }
 
+SStringList ReadProcessUsers() {
+    return RunFirst(kUserProbes);
+}
+
+SStringList ProcessesOf(const SStringList& entries, const SStringList& users) {
+    SStringList processes;
+    if (entries.IsEmpty()) return processes;
+    const SStringList owned = ReadProcessUsers();
+    for (const SString& entry : entries) {
+        const SString id(entry.ToNumber());
+        if (std::ranges::any_of(users,
+                                [&](const SString& user) { return owned.Contains(id + " " + user); })) {
+            processes.Push(entry);
+        }
+    }
+    return processes;
+}
+
 bool KillProgram(const SString& name, int signal) {
-    if (!name.Matches("\\w")) return false;
+    if (!IsName(name)) return false;
     const AsRoot root;
     return SignalProcesses(ProcessesNamed(ReadProcessInfo(), name), signal);
+}
+
+bool KillProgramOf(const SStringList& users, const SString& name, int signal) {
+    if (!IsName(name)) return false;
+    const AsRoot root;
+    return SignalProcesses(ProcessesOf(ProcessesNamed(ReadProcessInfo(), name), users), signal);
 }
 
 SStringList ProcessesNamed(const SStringList& entries, const SString& name) {
@@ -100,4 +135,8 @@ SStringList PortsFromLinuxNetstat(SStringList lines) {
 SStringList ProcessesFromPs(SStringList lines) {
     lines.Shift();  // the heading
     return lines.Grep(R"(s/^\s*(\d+).*\s(\S+)\s*$/$1 $2/)");
+}
+
+SStringList UsersFromPs(SStringList lines) {
+    return lines.Grep(R"(s/^\s*(\d+)\s+(\d+)\s*$/$1 $2/)");
 }

@@ -1,6 +1,9 @@
 // The host's processes and listening sockets, as its own tools list them. Parsing stands apart from running,
 // so that recorded outputs can be parsed. Only KillProgram changes the effective user, and gives it back: a
 // host may hide other users' processes, so the others are to be called as root.
+//
+// Whoever owns a process chooses its name, but not its real user: of a link to a set-user-ID program, any
+// name that the link has, root is only the effective one.
 #pragma once
 
 #include "support/text/sstring_list.h"
@@ -9,10 +12,17 @@
 SStringList BoundSockets();
 /// One entry per process: its id, a blank and its name.
 SStringList ReadProcessInfo();
+/// One entry per process: its id, a blank and its real user's id.
+SStringList ReadProcessUsers();
+/// The entries of ReadProcessInfo whose process has one of these real users (ids in decimal) now.
+SStringList ProcessesOf(const SStringList& entries, const SStringList& users);
 /// Sends the signal to every process of exactly this name (an expression, bound to the whole name) with an id
 /// above 10, as root. True when one was reached.
 bool KillProgram(const SString& name, int signal);
-/// Its two halves, on entries of ReadProcessInfo. A name that is a malformed expression matches none.
+/// The same, but only to processes of these users.
+bool KillProgramOf(const SStringList& users, const SString& name, int signal);
+/// KillProgram's two halves, on entries of ReadProcessInfo. A name that is a malformed expression matches
+/// none.
 SStringList ProcessesNamed(const SStringList& entries, const SString& name);
 bool SignalProcesses(const SStringList& entries, int signal);
 
@@ -20,3 +30,4 @@ SStringList PortsFromNetstat(SStringList lines);       // "tcp 0 0 *.25 *.* 0 0 
 SStringList PortsFromSs(SStringList lines);            // "LISTEN 0 128 [::]:25 [::]:*" (iproute2)
 SStringList PortsFromLinuxNetstat(SStringList lines);  // "tcp6 0 0 :::25 :::* LISTEN" (net-tools)
 SStringList ProcessesFromPs(SStringList lines);        // "  PID TTY TIME CMD" and rows
+SStringList UsersFromPs(SStringList lines);            // rows of "  123  1001"

@@ -39,6 +39,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     for (const auto parse : {PortsFromNetstat, PortsFromSs, PortsFromLinuxNetstat}) CheckPorts(parse(lines));
     const SStringList processes = ProcessesFromPs(lines);
     for (const SString& process : processes) Require(process.Matches("\\A[0-9]+ \\S+\\z"));
+    for (const SString& user : UsersFromPs(lines)) Require(user.Matches("\\A[0-9]+ [0-9]+\\z"));
     CheckNamed(processes, name);
     CheckTable(ProcessTable(processes));
     return 0;

@@ -7,7 +7,9 @@
 
 #include <algorithm>
 #include <csignal>
+#include <utility>
 
+#include "install/host/rewrite_note.h"
 #include "support/system/file.h"
 #include "tests/temporary_folder.h"
 
@@ -159,7 +161,7 @@ class FileSizeLimit {
     void (*handler_)(int);
 };
 
-TEST(RewriteHostFile, PutsTheOldBytesBackWhereTheNewOnesFindNoRoom) {
+TEST(RewriteHostFile, TouchesNothingWhereTheNewTextFindsNoRoom) {
     const TemporaryFolder folder;
     const SString old(SString('o', 1000) + "\n");
     const SString path = folder.Write("file", old, 0444);
@@ -170,7 +172,7 @@ TEST(RewriteHostFile, PutsTheOldBytesBackWhereTheNewOnesFindNoRoom) {
     }
     EXPECT_EQ(MapFileRead(path), old);
     EXPECT_EQ(ModeOf(path), 0444U);
-    EXPECT_EQ(MapFileRead(path + ".bak"), old);
+    EXPECT_EQ(ReadDir(folder / "").Count(), 1U);
 }
 
 TEST(RewriteHostFile, RemovesABackupThatFindsNoRoom) {
@@ -184,6 +186,108 @@ TEST(RewriteHostFile, RemovesABackupThatFindsNoRoom) {
     EXPECT_EQ(MapFileRead(path), old);
     EXPECT_EQ(ModeOf(path), 0444U);
     EXPECT_FALSE(EntryExists(path + ".bak"));
+}
+
+TEST(RewriteHostFile, LeavesNoNote) {
+    const TemporaryFolder folder;
+    EXPECT_TRUE(RewriteHostFile(folder.Write("file", "one\ntwo\n"), Reverse));
+    EXPECT_EQ(ReadDir(folder / "").Count(), 2U);
+}
+
+const SString kNul('\0', 1);
+const Rewrite kRewrite{0444, "old\none\n", "new\nones\n"};
+
+TEST(FinishRewrite, FinishesACutPieceAndNothingElse) {
+    const std::pair<SString, SString> cases[] = {
+        {"", "new\nones\n"},
+        {"n", "new\nones\n"},
+        {"new\nones", "new\nones\n"},
+        {"new" + kNul + kNul, "new\nones\n"},
+        {kNul + kNul, "new\nones\n"},
+        {"new\nones\n", "new\nones\n"},
+        // The old text was being put back.
+        {"old\n", "old\none\n"},
+        {"old\none\n", "old\none\n"},
+        // Edited since.
+        {"new\nones\nmore\n", "new\nones\nmore\n"},
+        {"new\n#", "new\n#"},
+        {"another\n", "another\n"},
+        {SString('\0', 10), SString('\0', 10)},
+    };
+    for (const auto& [found, whole] : cases) {
+        const TemporaryFolder folder;
+        const SString path = folder.Write("file", found);
+        ASSERT_TRUE(WriteNote(path, kRewrite));
+        const bool is_finished = whole == kRewrite.after;
+        EXPECT_EQ(FinishRewrite(path), is_finished ? Unfinished::Finished : Unfinished::Nothing) << found;
+        EXPECT_EQ(MapFileRead(path), whole) << found;
+        EXPECT_EQ(ReadDir(folder / ""), SStringList(path)) << found;
+    }
+}
+
+TEST(FinishRewrite, TakesAwayTheWritePermissionThatTheRewriteHadAdded) {
+    struct Case {
+        mode_t mode;
+        SString bytes;
+        mode_t after;
+    };
+    const Case cases[] = {
+        {0644, "new\n", 0444},     {0644, kRewrite.before, 0444}, {0644, kRewrite.after, 0444},
+        {0444, "new\n", 0444},     {0600, "new\n", 0600},         {0400, "new\n", 0400},
+        {0644, "another\n", 0644},
+    };
+    for (const Case& each : cases) {
+        const TemporaryFolder folder;
+        const SString path = folder.Write("file", each.bytes, each.mode);
+        ASSERT_TRUE(WriteNote(path, kRewrite));
+        EXPECT_NE(FinishRewrite(path), Unfinished::Failed);
+        EXPECT_EQ(ModeOf(path), each.after) << each.bytes << each.mode;
+    }
+}
+
+TEST(FinishRewrite, ComesBeforeTheFileIsReadOrRewritten) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("file", "ne");
+    ASSERT_TRUE(WriteNote(path, kRewrite));
+    const auto lines = ReadHostFile(path);
+    ASSERT_TRUE(lines);
+    EXPECT_EQ(*lines, SStringList({"new\n", "ones\n"}));
+    folder.Write("file", "ne");
+    ASSERT_TRUE(WriteNote(path, kRewrite));
+    EXPECT_TRUE(RewriteHostFile(path, Reverse));
+    EXPECT_EQ(MapFileRead(path), "ones\nnew\n");
+    EXPECT_EQ(MapFileRead(path + ".bak"), "new\nones\n");
+}
+
+TEST(FinishRewrite, PutsTheOldTextBackWhereTheNewOneFindsNoRoom) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("file", "n");
+    ASSERT_TRUE(WriteNote(path, {0644, "old\n", SString('n', 2000)}));
+    const FileSizeLimit limit(1500);
+    EXPECT_NE(FinishRewrite(path), Unfinished::Failed);
+    EXPECT_EQ(MapFileRead(path), "old\n");
+}
+
+TEST(FinishRewrite, KeepsTheNoteOfAFileThatStaysCut) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("file", "n");
+    ASSERT_TRUE(WriteNote(path, kRewrite));
+    {
+        const FileSizeLimit limit(4);
+        EXPECT_EQ(FinishRewrite(path), Unfinished::Failed);
+        EXPECT_FALSE(ReadHostFile(path));
+        EXPECT_FALSE(RewriteHostFile(path, Reverse));
+    }
+    EXPECT_NE(FinishRewrite(path), Unfinished::Failed);
+    EXPECT_EQ(MapFileRead(path), "old\none\n");  // it was being put back
+}
+
+TEST(FinishRewrite, KeepsTheNoteOfAFileThatIsNotThere) {
+    const TemporaryFolder folder;
+    const SString path = folder / "file";
+    ASSERT_TRUE(WriteNote(path, kRewrite));
+    EXPECT_EQ(FinishRewrite(path), Unfinished::Failed);
+    EXPECT_EQ(ReadDir(folder / "").Count(), 1U);
 }
 
 }  // namespace

@@ -75,6 +75,21 @@ TEST(MakeOwnedDirectory, LeavesOthersWorkAlone) {
     EXPECT_TRUE(IsDirectory(folder / "full.new/mail"));
 }
 
+TEST(OpenOwnEmptyDirectory, RefusesWhatSomebodyElseMayHavePutThere) {
+    const TemporaryFolder folder;
+    ASSERT_TRUE(MakeDir(folder / "empty", 0770));
+    EXPECT_TRUE(OpenOwnEmptyDirectory(folder / "empty"));
+    folder.Write("file", "root's");
+    ASSERT_EQ(symlink("empty", (folder / "link").CString()), 0);
+    ASSERT_TRUE(MakeDir(folder / "full", 0770));
+    ASSERT_TRUE(MakeDir(folder / "full/mail", 0770));
+    ASSERT_TRUE(MakeDir(folder / "foreign", 0770));
+    ASSERT_EQ(chown((folder / "foreign").CString(), kOwner, kGroup), 0);
+    for (const char* name : {"file", "link", "full", "foreign", "missing"}) {
+        EXPECT_FALSE(OpenOwnEmptyDirectory(folder / name)) << name;
+    }
+}
+
 TEST(MakeOwnedDirectory, TakesRootsRightsItself) {
     const TemporaryFolder folder;  // root's
     const AsUser owner({kOwner, kGroup, {kGroup}});

@@ -54,6 +54,12 @@ TEST(StartServer, GivesRootsIdentityBack) {
         (SStringList{"Uid:\t0\t0\t0\t0\n", "Gid:\t" + gid + "\t" + gid + "\t" + gid + "\t" + gid + "\n"}));
 }
 
+TEST(StartServer, StartsASession) {
+    const SStringList status = StatusOfServer("s/^(Pid|NSsid):\\t//");
+    ASSERT_EQ(status.Count(), 2U);
+    EXPECT_EQ(status[0].Split("\\s+"), status[1].Split("\\s+"));
+}
+
 TEST(StartServer, PutsSignalsBack) {
     const auto handler_before = signal(SIGHUP, SIG_IGN);
     sigset_t blocked;

@@ -59,6 +59,22 @@ TEST(Processes, AreReadFromARecordedOutput) {
                            "49 s\xc3\xa9rvice", "50 gone", "51 sh", "52 ps"}));
 }
 
+TEST(ProcessUsers, AreReadFromARecordedOutput) {
+    EXPECT_EQ(UsersFromPs(Recorded("ps-users-debian")),
+              (SStringList{"1 0", "71 0", "76 1001", "78 150", "79 0", "81 0"}));
+}
+
+TEST(ProcessUsers, AreLinesOfTwoNumbers) {
+    const std::pair<SString, SStringList> cases[] = {
+        {"1 0", "1 0"},    {"  12345 65534  \n", "12345 65534"},
+        {"1\t0\n", "1 0"}, {"  PID  RUID\n", {}},
+        {"1 root\n", {}},  {"1 0 0\n", {}},
+        {"1\n", {}},       {"\n", {}},
+        {"1 -2\n", {}},
+    };
+    for (const auto& [line, users] : cases) EXPECT_EQ(UsersFromPs(line), users) << line;
+}
+
 TEST(Processes, AreTheNumberedLinesAfterTheHeading) {
     const std::pair<SStringList, SStringList> cases[] = {
         {{"  PID TTY TIME CMD\n", "  123 ?  0:01 sendmail\n"}, {"123 sendmail"}},
@@ -145,15 +161,17 @@ TEST(SignalProcesses, NeverWrapsAnId) {
                                  0));
 }
 
-/// A process of this name that waits to be signalled. It ends with its scope.
+/// A process of this name that waits to be signalled. It ends with its scope. Its effective user is root, as
+/// of a set-user-ID program.
 class NamedProcess {
   public:
-    explicit NamedProcess(const SString& name) {
+    explicit NamedProcess(const SString& name, uid_t real_user = 0) {
         int ready[2] = {-1, -1};
         EXPECT_EQ(pipe(ready), 0);
         id_ = fork();
         if (id_ == 0) {
             prctl(PR_SET_NAME, name.CString());
+            if (setreuid(real_user, 0) != 0) _exit(1);
             close(ready[0]);
             close(ready[1]);
             for (;;) pause();
@@ -193,8 +211,29 @@ TEST(KillProgram, ReachesProcessesOfExactlyTheName) {
 }
 
 TEST(KillProgram, RefusesPunctuation) {
-    for (const char* name : {"", " ", ".", ".*", "...", "|", "<>"})
+    for (const char* name : {"", " ", ".", ".*", "...", "|", "<>"}) {
         EXPECT_FALSE(KillProgram(name, 0)) << name;
+        EXPECT_FALSE(KillProgramOf("0", name, 0)) << name;
+    }
+}
+
+TEST(KillProgramOf, ReachesOnlyTheseUsersProcesses) {
+    const SString name = "ko" + SString(getpid());
+    NamedProcess roots(name);
+    NamedProcess users(name, 54321);
+    EXPECT_FALSE(KillProgramOf({"54322", "5432", "4321"}, name, SIGUSR1));
+    EXPECT_TRUE(KillProgramOf({"54322", "0"}, name, SIGUSR1));
+    EXPECT_EQ(roots.WaitForSignal(), SIGUSR1);
+    EXPECT_TRUE(users.IsRunning());
+    EXPECT_TRUE(KillProgramOf("54321", name, SIGUSR1));
+    EXPECT_EQ(users.WaitForSignal(), SIGUSR1);
+}
+
+TEST(ProcessesOf, CountsNoProcessThatHasEnded) {
+    const SString id(getpid());
+    EXPECT_EQ(ProcessesOf({id + " x", "4194304 gone"}, {"0"}), SStringList(id + " x"));
+    EXPECT_TRUE(ProcessesOf({id + " x"}, {}).IsEmpty());
+    EXPECT_TRUE(ProcessesOf({}, {"0"}).IsEmpty());
 }
 
 }  // namespace

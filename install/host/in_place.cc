@@ -1,0 +1,56 @@
+#include "install/host/in_place.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <utility>
+
+#include "support/system/file.h"
+
+namespace {
+
+constexpr mode_t kPermissions = 07777;
+constexpr mode_t kOwnerWrite = 0200;
+
+bool ReplaceContents(const Descriptor& file, const SString& bytes) {
+    return lseek(file.Get(), 0, SEEK_SET) == 0 && ftruncate(file.Get(), 0) == 0 && file.WriteAll(bytes) &&
+           file.Sync();
+}
+
+}  // namespace
+
+mode_t Original::Mode() const {
+    return file.status.st_mode & kPermissions;
+}
+
+std::optional<Original> OpenOriginal(const SString& path) {
+    RegularFile file = OpenRegularFile(path, O_RDONLY, Links::All);
+    if (!file) return std::nullopt;
+    std::optional<SString> bytes = file.descriptor.ReadAll();
+    if (!bytes) return std::nullopt;
+    return Original{std::move(file), std::move(*bytes)};
+}
+
+WriteAccess::WriteAccess(const SString& path, const Original& original)
+    : original_(original), had_it_(IsWriteable(path)), added_(!had_it_ && Change(kOwnerWrite)) {}
+
+bool WriteAccess::GiveBack() {
+    if (added_ && Change(0)) added_ = false;
+    return !added_;
+}
+
+bool WriteAccess::Change(mode_t added) const {
+    return fchmod(original_.file.descriptor.Get(), original_.Mode() | added) == 0;
+}
+
+Descriptor OpenForWriting(const SString& path, const Original& original) {
+    RegularFile file = OpenRegularFile(path, O_WRONLY, Links::All);
+    // Taken again: overlayfs changes the inode number when a file is first opened for writing.
+    const std::optional<struct stat> read = original.file.descriptor.Stat();
+    return file && read && IsSameFile(file.status, *read) ? std::move(file.descriptor) : Descriptor();
+}
+
+Written WriteEither(const Descriptor& file, const SString& text, const SString& otherwise) {
+    if (ReplaceContents(file, text)) return Written::Text;
+    return ReplaceContents(file, otherwise) ? Written::Otherwise : Written::Neither;
+}

@@ -1,0 +1,86 @@
+#include "install/host/rewrite_note.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <string_view>
+#include <utility>
+
+#include "support/system/file.h"
+#include "support/system/regular_file.h"
+#include "support/text/sstring_list.h"
+
+namespace {
+
+constexpr mode_t kOthersWrite = 022;  // the group's bits are an access list's mask, too
+constexpr mode_t kOwnerOnly = 0600;
+
+SString NoteName(const SString& path) {
+    const SString name = BaseName(path, "");
+    const SString directory(path.Bytes().substr(0, path.Length() - name.Length()));
+    return directory + "." + name + ".rewrite";
+}
+
+SString DraftName(const SString& path) {
+    return NoteName(path) + ".new";
+}
+
+bool IsTrusted(const struct stat& status) {
+    return S_ISREG(status.st_mode) && status.st_uid == geteuid() && status.st_nlink == 1 &&
+           (status.st_mode & kOthersWrite) == 0;
+}
+
+SString Format(const Rewrite& rewrite) {
+    return SStringList({rewrite.mode, rewrite.before.Length(), rewrite.after.Length()}).Join(" ") + "\n" +
+           rewrite.before + rewrite.after;
+}
+
+/// Nothing unless the text is exactly what Format gives.
+std::optional<Rewrite> Parse(const SString& text) {
+    const SStringList numbers = text.M("\\A(\\d{1,4}) (\\d{1,9}) (\\d{1,9})\\n");
+    if (numbers.Count() != 3) return std::nullopt;
+    const auto before_length = static_cast<size_t>(numbers[1].ToNumber());
+    const std::string_view texts = std::string_view(text.Bytes()).substr(numbers.Join(" ").Length() + 1);
+    if (texts.size() < before_length) return std::nullopt;
+    Rewrite rewrite{static_cast<mode_t>(numbers[0].ToNumber()), SString(texts.substr(0, before_length)),
+                    SString(texts.substr(before_length))};
+    return Format(rewrite) == text ? std::optional(std::move(rewrite)) : std::nullopt;
+}
+
+}  // namespace
+
+bool WriteNote(const SString& path, const Rewrite& rewrite) {
+    const SString draft = DraftName(path);
+    const Descriptor file = Descriptor::Open(draft, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, kOwnerOnly);
+    return file && file.WriteAll(Format(rewrite)) && file.Sync() && Rename(draft, NoteName(path)) &&
+           SyncParent(path);
+}
+
+void RemoveDraft(const SString& path) {
+    RemoveFile(DraftName(path));
+}
+
+void RemoveNote(const SString& path) {
+    RemoveDraft(path);
+    // Without the sync the note may come back, but the file is whole by now, and the next run sees that.
+    if (RemoveFile(NoteName(path))) SyncParent(path);
+}
+
+FoundNote ReadNote(const SString& path) {
+    FoundNote unreadable{false, std::nullopt};
+    const SString name = NoteName(path);
+    struct stat status {};
+    if (lstat(name.CString(), &status) != 0) return errno == ENOENT ? FoundNote() : unreadable;
+    if (!IsTrusted(status)) return {};
+    const RegularFile file = OpenRegularFile(name, O_RDONLY, Links::NotAtEnd);
+    if (!file || !IsTrusted(file.status)) return unreadable;
+    const std::optional<SString> text = file.descriptor.ReadAll();
+    return text ? FoundNote{true, Parse(*text)} : unreadable;
+}
+
+bool IsCutPiece(const SString& piece, const SString& text) {
+    std::string_view start = piece.Bytes();
+    start = start.substr(0, start.find_last_not_of('\0') + 1);
+    return piece != text && piece.Length() <= text.Length() && text.StartsWith(start);
+}

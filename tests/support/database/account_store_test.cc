@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "tests/data_directory.h"
+#include "tests/refusal.h"
 
 namespace {
 
@@ -42,11 +43,10 @@ TEST_F(Store, TakesBackAtOnceAndWaitsForTheEnd) {
 TEST_F(Store, IsNotWritableOnceTheLibraryHasGivenUp) {
     ASSERT_TRUE(store_.Begin() && Add("Ann") && store_.End(true));
     const auto other = sqlite::Connection::Open(data_.Config("MTA-Accounts"), sqlite::Mode::Shared);
-    ASSERT_TRUE(other->Execute(
-        "CREATE TRIGGER give_up BEFORE INSERT ON fields BEGIN SELECT RAISE(ROLLBACK, ''); END"));
+    ASSERT_TRUE(other->Execute(RollBackAtFieldsOfSame("value").CString()));
     ASSERT_TRUE(store_.Begin());
     const AccountStore::Binding bob = store_.Bind("Bob");
-    EXPECT_FALSE(store_.SetField(bob.id, "Bob", "Name", "Bob"));
+    EXPECT_FALSE(store_.SetField(bob.id, "Bob", "Name", {"Bob", "Bob"}));
     EXPECT_TRUE(store_.IsInTransaction());
     EXPECT_FALSE(store_.IsWritable());
     EXPECT_FALSE(store_.End(true));

@@ -7,7 +7,9 @@
 #include <csignal>
 
 #include "support/database/sqlite.h"
+#include "support/system/command.h"
 #include "tests/data_directory.h"
+#include "tests/refusal.h"
 
 namespace {
 
@@ -152,13 +154,14 @@ TEST_F(SdbfileTest, FullDiskLeavesTheOldValues) {
 TEST_F(SdbfileTest, RefusedRowLeavesTheOldValues) {
     ASSERT_TRUE(Store("/Config", "Key", {"one", "two"}));
     const auto other = sqlite::Connection::Open(data_.Config("Module"), sqlite::Mode::Shared);
-    for (const char* change : {"DELETE ON settings", "INSERT ON settings WHEN NEW.value = 'bad'"}) {
-        const SString refusal =
-            SString("CREATE TRIGGER refuse BEFORE ") + change + " BEGIN SELECT RAISE(ABORT, 'no'); END";
-        ASSERT_TRUE(other->Execute(refusal.CString())) << change;
+    for (const SString& change :
+         {RefuseToRemoveRows("settings", "1"), RefuseRows("settings", "value = 'bad'")}) {
+        const SString sql = data_.WriteConfig("refusal.sql", change);
+        const SString said = ReadCommand("sqlite3 " + data_.Config("Module") + " <" + sql + " 2>&1").Join();
+        ASSERT_EQ(said.Bytes().find("rror"), std::string::npos) << said;
         EXPECT_FALSE(Store("/Config", "Key", {"good", "bad"})) << change;
         EXPECT_EQ(Load("/Config", "Key"), SStringList({"one", "two"})) << change;
-        ASSERT_TRUE(other->Execute("DROP TRIGGER refuse"));
+        ASSERT_TRUE(other->Execute("DROP INDEX refuse"));
     }
 }
 

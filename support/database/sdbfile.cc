@@ -1,9 +1,12 @@
 #include "support/database/sdbfile.h"
 
+#include <fcntl.h>
+
 #include <cstdint>
 
 #include "support/database/database_file.h"
 #include "support/system/file.h"
+#include "support/system/regular_file.h"
 
 using sqlite::Step;
 
@@ -33,6 +36,7 @@ struct Sdbfile::State {
     bool writable = false;
     bool missing = false;
     std::unique_ptr<sqlite::Connection> connection;
+    std::optional<sqlite::Transaction> hold;
 };
 
 Sdbfile::Sdbfile() : state_(std::make_unique<State>()) {}
@@ -49,6 +53,7 @@ void Sdbfile::Init(const SString& database, int /*flag*/) {
 }
 
 void Sdbfile::CloseDB() {
+    state_->hold.reset();
     state_->connection.reset();
     state_->writable = state_->missing = false;
 }
@@ -85,8 +90,9 @@ bool AddValues(sqlite::Connection& connection, const SString& table, const SStri
 }  // namespace
 
 int Sdbfile::Open(const SString& table_path, int writable) {
-    CloseDB();
     state_->table = Normal(table_path);
+    if (state_->hold) return writable == 0 ? OpenHeld() : 0;
+    CloseDB();
     state_->writable = writable != 0;
     const SString path = DatabasePath(state_->name);
     OpenedDatabase database =
@@ -98,6 +104,12 @@ int Sdbfile::Open(const SString& table_path, int writable) {
     }
     state_->missing = database.state == DatabaseState::Missing || table == Step::Done;
     if (table == Step::Row) state_->connection = std::move(database.connection);
+    return table == Step::Row;
+}
+
+int Sdbfile::OpenHeld() {
+    const Step table = FindTable(*state_->connection, state_->table);
+    state_->missing = table == Step::Done;
     return table == Step::Row;
 }
 
@@ -142,6 +154,40 @@ bool HasSomethingBeside(const SString& path) {
 }
 
 }  // namespace
+
+Sdbfile::Holding Sdbfile::TryToHold() {
+    CloseDB();
+    const SString path = DatabasePath(state_->name);
+    if (!EntryExists(path)) return Holding::NotNeeded;
+    OpenedDatabase database{DatabaseState::Foreign, nullptr};
+    if (MayWriteDatabase(path)) database = OpenForWriting(path, kFormat);
+    if (database.state == DatabaseState::Foreign) {
+        return HasSomethingBeside(path) ? Holding::Refused : Holding::NotNeeded;
+    }
+    if (database.state != DatabaseState::Ready) return Holding::Refused;
+    state_->connection = std::move(database.connection);
+    state_->hold.emplace(*state_->connection);
+    if (!state_->hold->IsOpen()) return Holding::Refused;
+    if (state_->connection->HasMoved()) return Holding::Again;
+    if (!HasSomethingBeside(path)) return Holding::Held;
+    state_->hold.reset();  // its end would remove only a journal of its own
+    return Rewrite(*state_->connection) ? Holding::Again : Holding::Refused;
+}
+
+bool Sdbfile::Hold() {
+    const auto end = std::chrono::steady_clock::now() + sqlite::kLockWait;
+    Holding holding = TryToHold();
+    while (holding == Holding::Again && std::chrono::steady_clock::now() < end) holding = TryToHold();
+    if (holding == Holding::Held) return true;
+    CloseDB();
+    return holding == Holding::NotNeeded;
+}
+
+std::optional<SString> Sdbfile::Bytes() const {
+    if (state_->hold) return state_->connection->Bytes();
+    const RegularFile file = OpenRegularFile(DatabasePath(state_->name), O_RDONLY, Links::NotAtEnd);
+    return file ? file.descriptor.ReadAll() : std::nullopt;
+}
 
 bool SettleDatabase(const SString& database) {
     const SString path = DatabasePath(database);

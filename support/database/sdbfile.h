@@ -4,6 +4,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "support/text/sstring_list.h"
 
@@ -31,8 +32,20 @@ class Sdbfile {
     int Set(const SString& key, const SStringList& values);
     void CloseDB();
 
+    /// Keeps other processes from writing the database until CloseDB or the end of the handle; nothing waits
+    /// in a journal beside it then. In between Open is for reading. What is missing, may only be read or is
+    /// no database is left without a lock. False if the lock could not be had in 5 s.
+    ///
+    /// Nothing else in the process may open and close the file meanwhile: that would drop the lock (POSIX).
+    bool Hold();
+    /// The bytes of the database's file, without dropping the lock.
+    std::optional<SString> Bytes() const;
+
   private:
     struct State;
+    enum class Holding { Held, NotNeeded, Again, Refused };
+    Holding TryToHold();
+    int OpenHeld();
     std::unique_ptr<State> state_;
 };
 

@@ -114,7 +114,7 @@ class ExchangeDatabaseTest : public testing::Test {
     }
     SString Text(const SString& name) const { return MapFileRead(folder_ / name); }
     void ExpectDone() const {
-        EXPECT_EQ(ExchangeDatabase(folder_ / "M"), Exchange::Done);
+        EXPECT_EQ(ExchangeDatabase(folder_ / "M", Sdbfile()), Exchange::Done);
         EXPECT_EQ(Text("M"), "new");
         EXPECT_EQ(Text("M.backup"), "old");
         EXPECT_EQ(ReadDir(folder_ / "").Count(), 2U);
@@ -146,7 +146,7 @@ TEST_F(ExchangeDatabaseTest, FinishesAfterARunKilledAfterTheBackup) {
 TEST_F(ExchangeDatabaseTest, FinishesWhereTheNewVersionIsTheOldOne) {
     RemoveFile(folder_ / "M.install");
     ASSERT_TRUE(AddName(folder_ / "M", folder_ / "M.install"));
-    EXPECT_EQ(ExchangeDatabase(folder_ / "M"), Exchange::Done);
+    EXPECT_EQ(ExchangeDatabase(folder_ / "M", Sdbfile()), Exchange::Done);
     EXPECT_EQ(Text("M"), "old");
     EXPECT_EQ(Text("M.backup"), "old");
     EXPECT_FALSE(EntryExists(folder_ / "M.install"));
@@ -154,7 +154,7 @@ TEST_F(ExchangeDatabaseTest, FinishesWhereTheNewVersionIsTheOldOne) {
 
 TEST_F(ExchangeDatabaseTest, InstallsNothingWithoutABackup) {
     MakeDir(folder_ / "M.backup", 0700);
-    EXPECT_EQ(ExchangeDatabase(folder_ / "M"), Exchange::NotBackedUp);
+    EXPECT_EQ(ExchangeDatabase(folder_ / "M", Sdbfile()), Exchange::NotBackedUp);
     EXPECT_EQ(Text("M"), "old");
     EXPECT_EQ(Text("M.install"), "new");
     EXPECT_FALSE(EntryExists(folder_ / "M.backup.new"));
@@ -162,7 +162,7 @@ TEST_F(ExchangeDatabaseTest, InstallsNothingWithoutABackup) {
 
 TEST_F(ExchangeDatabaseTest, InstallsNothingWithoutAnOldDatabase) {
     RemoveFile(folder_ / "M");
-    EXPECT_EQ(ExchangeDatabase(folder_ / "M"), Exchange::NotBackedUp);
+    EXPECT_EQ(ExchangeDatabase(folder_ / "M", Sdbfile()), Exchange::NotBackedUp);
     EXPECT_EQ(Text("M.install"), "new");
     EXPECT_FALSE(EntryExists(folder_ / "M"));
 }
@@ -170,7 +170,7 @@ TEST_F(ExchangeDatabaseTest, InstallsNothingWithoutAnOldDatabase) {
 TEST_F(ExchangeDatabaseTest, RollsBackToTheOldDatabase) {
     RemoveFile(folder_ / "M.install");
     MakeDir(folder_ / "M.install", 0700);
-    EXPECT_EQ(ExchangeDatabase(folder_ / "M"), Exchange::RolledBack);
+    EXPECT_EQ(ExchangeDatabase(folder_ / "M", Sdbfile()), Exchange::RolledBack);
     EXPECT_EQ(Text("M"), "old");
     EXPECT_FALSE(EntryExists(folder_ / "M.backup"));
 }

@@ -88,6 +88,7 @@ bool UpdateDatabase(const SString& new_database, const SString& old_database, SS
 }
 
 bool UpdateDatabase(const SString& new_database, Sdbfile* in_use, SStringList addresses) {
+    if (in_use->IsHeldAs(new_database)) return true;  // a second name of the same file: nothing to copy
     // If another run was faster, opening the new version for writing would make an empty one.
     return EntryExists(DatabasePath(new_database)) && SettleDatabase(new_database) &&
            CarryOverAll(in_use, new_database, std::move(addresses)) && SettleDatabase(new_database);

@@ -1,6 +1,9 @@
 // A handle on one named keyed database of the mail system: the file config/NAME under $TernHarbor (SQLite). A
 // value is a list of strings under a table path ("/Config") and a key. Operations give zero if the database
 // is missing, unreadable, locked for more than 5 s, full or damaged.
+//
+// Each operation opens the file and closes it again: a handle that waits for an administrator's answer does
+// not keep to a file that another process has replaced meanwhile.
 #pragma once
 
 #include <memory>
@@ -38,6 +41,8 @@ class Sdbfile {
     ///
     /// Nothing else in the process may open and close the file meanwhile: that would drop the lock (POSIX).
     bool Hold();
+    /// Whether the database that is held is the other one, too, by a second name (a hard link).
+    bool IsHeldAs(const SString& database) const;
     /// The bytes of the database's file, without dropping the lock.
     std::optional<SString> Bytes() const;
 
@@ -45,7 +50,8 @@ class Sdbfile {
     struct State;
     enum class Holding { Held, NotNeeded, Again, Refused };
     Holding TryToHold();
-    int OpenHeld();
+    int OpenHeld(int writable);
+    int OpenTable(int writable);
     std::unique_ptr<State> state_;
 };
 

@@ -54,6 +54,7 @@ TEST_F(Store, IsNotWritableOnceTheLibraryHasGivenUp) {
 }
 
 TEST_F(Store, EpochStaysWhileNoUidCanHaveBecomeFree) {
+    const AccountStore::Use use(store_);
     ASSERT_TRUE(store_.Begin() && Add("Ann") && store_.End(true));
     uint64_t epoch = store_.Epoch();
     ASSERT_TRUE(store_.Begin() && Add("Bob"));

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/database/sdbfile.h"
+#include "support/database/sqlite.h"
 #include "support/system/descriptor.h"
 #include "support/system/environment.h"
 #include "support/system/file.h"
@@ -98,6 +99,22 @@ TEST_F(UpdateDatabaseTest, TriesEveryAddressAfterAFailure) {
     folder_.Write("config/Broken", "no database\n");
     EXPECT_FALSE(UpdateDatabase("Broken", "Old", {"/Config/Socket", "/Config/Socket"}));
     EXPECT_EQ(MapFileRead(folder_ / "config/Broken"), "no database\n");
+}
+
+TEST_F(UpdateDatabaseTest, HasNothingToCopyBetweenTwoNamesOfOneFile) {
+    ASSERT_TRUE(AddName(folder_ / "config/Old", folder_ / "config/Same"));
+    EXPECT_TRUE(UpdateDatabase("Same", "Old", "/Config/Socket"));
+}
+
+TEST_F(UpdateDatabaseTest, ReplacesWhatIsNoDatabaseIfNothingIsToBeKept) {
+    folder_.Write("config/Damaged", "no database\n");
+    EXPECT_TRUE(UpdateDatabase("New", "Damaged", {}));
+}
+
+TEST_F(UpdateDatabaseTest, FailsWhereAnotherProcessWrites) {
+    const auto other = sqlite::Connection::Open(folder_ / "config/Old", sqlite::Mode::Shared);
+    ASSERT_TRUE(other->Execute("BEGIN IMMEDIATE"));
+    EXPECT_FALSE(UpdateDatabase("New", "Old", {}));
 }
 
 TEST_F(UpdateDatabaseTest, LeavesNothingBesideTheFiles) {

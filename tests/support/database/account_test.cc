@@ -280,6 +280,49 @@ TEST_F(Accounts, FieldIsSetOnlyWhereEveryRowOfItIs) {
     EXPECT_TRUE(account.Set("SMTP-Address", {"a@example.com", "b@example.com"}));
 }
 
+TEST_F(Accounts, StandInOneFileAfterEachOperation) {
+    const SString log = "MTA-Accounts MTA-Accounts-shm MTA-Accounts-wal";
+    ASSERT_TRUE(Make("Ann", "ann@example.com"));
+    EXPECT_EQ(data_.Listing(), "MTA-Accounts");
+    EXPECT_TRUE(Exists("Ann"));
+    EXPECT_EQ(data_.Listing(), "MTA-Accounts");
+    {
+        const AccountTransaction transaction;
+        EXPECT_TRUE(Make("Bob"));
+        EXPECT_EQ(data_.Listing(), log);
+    }
+    EXPECT_EQ(data_.Listing(), "MTA-Accounts");
+    {
+        const AccountSession session;
+        EXPECT_EQ(data_.Listing(), "MTA-Accounts");  // nothing was asked yet
+        EXPECT_TRUE(Make("Bob"));
+        const AccountSession inner;
+        EXPECT_TRUE(Exists("Bob"));
+        EXPECT_EQ(data_.Listing(), log);
+    }
+    EXPECT_EQ(data_.Listing(), "MTA-Accounts");
+    EXPECT_TRUE(SyncAccounts());
+    EXPECT_EQ(data_.Listing(), "MTA-Accounts");
+}
+
+SString listing_at_signal;
+const DataDirectory* directory_at_signal = nullptr;
+
+TEST_F(Accounts, AreClosedBeforeASignalComes) {
+    directory_at_signal = &data_;
+    const auto before =
+        signal(SIGTERM, [](int /*signal*/) { listing_at_signal = directory_at_signal->Listing(); });
+    for (const EndingSignals signals : {EndingSignals::Blocked, EndingSignals::Handled}) {
+        {
+            const AccountSession session(signals);
+            EXPECT_EQ(Make("Ann") || Exists("Ann"), true);
+            raise(SIGTERM);
+        }
+        EXPECT_EQ(listing_at_signal == "MTA-Accounts", signals == EndingSignals::Blocked);
+    }
+    signal(SIGTERM, before);
+}
+
 TEST_F(Accounts, FailedTransactionWritesNothing) {
     ASSERT_TRUE(Make("Ann"));
     const auto other = OtherProcess();

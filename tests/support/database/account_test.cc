@@ -323,6 +323,25 @@ TEST_F(Accounts, AreClosedBeforeASignalComes) {
     signal(SIGTERM, before);
 }
 
+// Each opens and closes the file for each account: the log comes and goes under the other.
+TEST_F(Accounts, AreMadeByTwoProcessesAtOnce) {
+    pid_t children[2] = {};
+    for (pid_t& child : children) {
+        child = fork();
+        if (child != 0) continue;
+        int made = 0;
+        for (int i = 0; i < 100; ++i) made += Make("Account-" + SString(getpid()) + "-" + SString(i)) ? 1 : 0;
+        _exit(made == 100 ? 0 : 1);
+    }
+    for (const pid_t child : children) {
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        EXPECT_EQ(status, 0);
+    }
+    EXPECT_EQ(accounts_.AccountCount(), 200);
+    EXPECT_EQ(data_.Listing(), "MTA-Accounts");
+}
+
 TEST_F(Accounts, FailedTransactionWritesNothing) {
     ASSERT_TRUE(Make("Ann"));
     const auto other = OtherProcess();

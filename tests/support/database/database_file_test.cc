@@ -161,7 +161,7 @@ pid_t MakeInChild(const SString& path, const DatabaseFormat& format, const int (
 }
 
 TEST_F(DatabaseFileTest, TwoProcessesMayMakeItAtTheSameMoment) {
-    for (int round = 0; round < 200; ++round) {
+    for (int round = 0; round < 60; ++round) {
         const DatabaseFormat& format = round % 2 == 0 ? kWithLog : kFormat;
         int start[2];
         ASSERT_EQ(pipe(start), 0);

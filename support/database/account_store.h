@@ -79,10 +79,10 @@ class AccountStore {
 
     int uses_ = 0;
     std::unique_ptr<Session> session_;
-    bool is_unsynced_ = false;      // committed, but perhaps not on the disk yet
-    bool has_sync_failed_ = false;  // since the last Sync
+    bool is_unsynced_ = false;            // committed, but perhaps not on the disk yet
+    bool has_sync_failed_ = false;        // since the last Sync
+    std::optional<Use> transaction_use_;  // ends after the transaction
     std::optional<sqlite::Transaction> transaction_;
-    std::optional<Use> transaction_use_;
     bool is_in_transaction_ = false;  // between Begin and End, even after a failure
     uint64_t epoch_ = 0;
 };

@@ -40,6 +40,15 @@ TEST_F(Store, TakesBackAtOnceAndWaitsForTheEnd) {
     EXPECT_TRUE(store_.Begin() && Add("Ann") && store_.End(true));
 }
 
+TEST_F(Store, TakesBackWhatIsUnfinishedAtItsEnd) {
+    {
+        AccountStore other;
+        ASSERT_TRUE(other.Begin() && other.Bind("Ann").is_new);
+    }
+    EXPECT_EQ(data_.Listing(), "MTA-Accounts");
+    EXPECT_EQ(store_.Find("Ann"), Lookup::Missing);
+}
+
 TEST_F(Store, IsNotWritableOnceTheLibraryHasGivenUp) {
     ASSERT_TRUE(store_.Begin() && Add("Ann") && store_.End(true));
     const auto other = sqlite::Connection::Open(data_.Config("MTA-Accounts"), sqlite::Mode::Shared);

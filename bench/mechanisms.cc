@@ -56,6 +56,7 @@ void MakeAccount(int64_t i) {
 
 void AccountsInACommit(benchmark::State& state) {
     StartEmpty();
+    const AccountSession session;
     int64_t number = 0;
     for ([[maybe_unused]] auto _ : state) {
         if (state.range(0) == 0) {

@@ -41,6 +41,7 @@ bool IsFileName(const SString& login) {
 }  // namespace
 
 void AccountLoop::Run(std::deque<Candidate> candidates) {
+    const AccountSession session(EndingSignals::Handled);  // the caller's critical section does
     size_t shown = 0;
     while (!candidates.empty() || !sent_.empty()) {
         if (CriticalSection::WasInterrupted()) {

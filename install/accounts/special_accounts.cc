@@ -54,6 +54,7 @@ void Create(const SpecialAccount& account) {
 }  // namespace
 
 bool SetupSpecialAccounts() {
+    const AccountSession session;
     SAccountDB accounts;
     for (const SpecialAccount& account : SpecialAccounts()) {
         if (accounts.GetAccountInfo(account.uid, nullptr) == 0) Create(account);

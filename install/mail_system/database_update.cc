@@ -6,9 +6,8 @@
 #include <utility>
 
 #include "support/database/database_file.h"
-#include "support/database/sdbfile.h"
+#include "support/system/descriptor.h"
 #include "support/system/file.h"
-#include "support/system/regular_file.h"
 
 namespace {
 
@@ -35,34 +34,28 @@ bool CarryOver(Sdbfile* from, Sdbfile* to, const Setting& setting) {
            to->Set(setting.key, values) != 0;
 }
 
-bool CarryOverAll(const SString& from, const SString& to, SStringList addresses) {
-    Sdbfile old_database(from, 0);
+bool CarryOverAll(Sdbfile* from, const SString& to, SStringList addresses) {
     Sdbfile new_database(to, 0);
     bool all = true;
     while (!addresses.IsEmpty()) {
-        if (!CarryOver(&old_database, &new_database, SettingAt(addresses.Shift()))) all = false;
+        if (!CarryOver(from, &new_database, SettingAt(addresses.Shift()))) all = false;
     }
     return all;
 }
 
-bool Settle(const SString& new_database, const SString& old_database) {
-    return SettleDatabase(old_database) && SettleDatabase(new_database);
-}
-
 /// If hard links are refused: the file is somebody else's, or the file system has none.
-bool CopyTo(const SString& file, const SString& copy) {
-    const RegularFile from = OpenRegularFile(file, O_RDONLY, Links::NotAtEnd);
-    const std::optional<SString> bytes = from ? from.descriptor.ReadAll() : std::nullopt;
+bool CopyTo(const Sdbfile& database, const SString& copy) {
+    const std::optional<SString> bytes = database.Bytes();
     if (!bytes) return false;
     const Descriptor to = Descriptor::Open(copy, O_WRONLY | O_CREAT | O_EXCL, kDatabaseMode);
     return to && to.WriteAll(*bytes) && to.Sync();
 }
 
 /// The backup is a hard link (else a copy), so FILE never goes missing.
-bool KeepPrevious(const SString& file) {
+bool KeepPrevious(const SString& file, const Sdbfile& in_use) {
     const SString second_name = file + ".backup.new";
     RemoveFile(second_name);  // left by a run that was killed just here
-    const bool kept = (AddName(file, second_name) || CopyTo(file, second_name)) &&
+    const bool kept = (AddName(file, second_name) || CopyTo(in_use, second_name)) &&
                       Rename(second_name, file + ".backup") && SyncParent(file);
     // After a run killed here the backup may be a link to this very file: rename does nothing then (POSIX).
     RemoveFile(second_name);
@@ -90,14 +83,19 @@ SNamedStringList ReadPreserveMap(const SStringList& lines) {
 }
 
 bool UpdateDatabase(const SString& new_database, const SString& old_database, SStringList addresses) {
-    // If another run was faster, opening the new version for writing would make an empty one.
-    return EntryExists(DatabasePath(new_database)) && Settle(new_database, old_database) &&
-           CarryOverAll(old_database, new_database, std::move(addresses)) &&
-           Settle(new_database, old_database);
+    Sdbfile in_use(old_database, 0);
+    return in_use.Hold() && UpdateDatabase(new_database, &in_use, std::move(addresses));
 }
 
-Exchange ExchangeDatabase(const SString& file) {
-    if (!KeepPrevious(file)) return Exchange::NotBackedUp;
+bool UpdateDatabase(const SString& new_database, Sdbfile* in_use, SStringList addresses) {
+    if (in_use->IsHeldAs(new_database)) return true;  // a second name of the same file: nothing to copy
+    // If another run was faster, opening the new version for writing would make an empty one.
+    return EntryExists(DatabasePath(new_database)) && SettleDatabase(new_database) &&
+           CarryOverAll(in_use, new_database, std::move(addresses)) && SettleDatabase(new_database);
+}
+
+Exchange ExchangeDatabase(const SString& file, const Sdbfile& in_use) {
+    if (!KeepPrevious(file, in_use)) return Exchange::NotBackedUp;
     if (!Rename(file + ".install", file)) {
         return RollBack(file) ? Exchange::RolledBack : Exchange::NotRestored;
     }

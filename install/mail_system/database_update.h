@@ -6,6 +6,7 @@
 // "Socket" of the table "/Config".
 #pragma once
 
+#include "support/database/sdbfile.h"
 #include "support/text/named_list.h"
 
 /// The settings to carry over, by module, from the text of a release's preserve file. Each line is a module,
@@ -18,14 +19,20 @@ SNamedStringList ReadPreserveMap(const SStringList& lines);
 /// copied all the same), if there is no new database, or if a journal beside a file would get lost in a
 /// rename.
 bool UpdateDatabase(const SString& new_database, const SString& old_database, SStringList addresses);
+/// The same with a handle that holds the old one: nobody may change a setting that was copied before the
+/// exchange is done.
+bool UpdateDatabase(const SString& new_database, Sdbfile* in_use, SStringList addresses);
 
 enum class Exchange {
     Done,
-    NotBackedUp,  // the old database is in use
+    NotBackedUp,  // the old database stays in use
     RolledBack,   // the same
     NotRestored,  // even the roll-back was refused
 };
 
 /// Replaces FILE by FILE.install and keeps the old one as FILE.backup. At any moment, also after a kill or a
-/// power failure, FILE is there and is either the old or the new one.
-Exchange ExchangeDatabase(const SString& file);
+/// power failure, FILE is there and is either the old or the new one. The handle is the one that holds FILE.
+///
+/// A process that has the old file open goes on reading that, and what it tries to write is refused by SQLite
+/// (SQLITE_READONLY_DBMOVED) before a journal beside the new one comes about.
+Exchange ExchangeDatabase(const SString& file, const Sdbfile& in_use);

@@ -1,16 +1,20 @@
 // Puts the module databases of a new release (MODULE.install) into service, keeping the settings that the
 // release's preserve file lists.
+#include <fcntl.h>
+
 #include "install/console.h"
 #include "install/mail_system/database_update.h"
 #include "install/reminders.h"
 #include "install/settings.h"
 #include "install/steps.h"
 #include "support/system/file.h"
+#include "support/system/regular_file.h"
 #include "support/text/printable.h"
 
 namespace {
 
 const SString kAccounts = "MTA-Accounts";  // the site's accounts: never replaced
+constexpr size_t kMostPreserved = size_t{16} << 20;
 const SString kRemindedLater =
     "You will be reminded to update it manually at the end of the installation process.";
 
@@ -60,8 +64,8 @@ void WarnNotRestored(const SString& module) {
     gf_ShowStoppers = 1;
 }
 
-void PutIntoService(const SString& module) {
-    const Exchange outcome = ExchangeDatabase(ConfigDirectory() + module);
+void PutIntoService(const SString& module, const Sdbfile& in_use) {
+    const Exchange outcome = ExchangeDatabase(ConfigDirectory() + module, in_use);
     if (outcome == Exchange::Done) return;
     if (outcome == Exchange::NotBackedUp) WarnNotBackedUp(module);
     if (outcome == Exchange::RolledBack) WarnRolledBack(module);
@@ -69,12 +73,29 @@ void PutIntoService(const SString& module) {
     RemindToInstall(module);
 }
 
+/// The database in use is held throughout, so that nothing is stored in it that the new one would lack.
+bool Update(const SString& module, const SStringList& addresses) {
+    Sdbfile in_use(module, 0);
+    if (!in_use.Hold() || !UpdateDatabase(module + ".install", &in_use, addresses)) {
+        return WarnNotUpdated(module);
+    }
+    PutIntoService(module, in_use);
+    return true;
+}
+
+/// The preserve file's text; empty if it is no regular file, or one of unreasonable size.
+SString PreserveText() {
+    const RegularFile file = OpenRegularFile(ConfigDirectory() + "__PRESERVE__", O_RDONLY, Links::All);
+    const auto text = file ? file.descriptor.ReadAll(kMostPreserved + 1) : std::nullopt;
+    return text && text->Length() <= kMostPreserved ? *text : SString();
+}
+
 }  // namespace
 
 bool UpdateConfiguration() {
     const SStringList modules = ModulesWithNewVersion();
     if (modules.IsEmpty()) return true;
-    const SStringList entries = MapFileRead(ConfigDirectory() + "__PRESERVE__").SplitExact("\n");
+    const SStringList entries = PreserveText().SplitExact("\n");
     if (entries.IsEmpty()) return true;
     const SNamedStringList preserved = ReadPreserveMap(entries);
 
@@ -82,9 +103,7 @@ bool UpdateConfiguration() {
     for (const SString& module : modules) {
         if (module == kAccounts) continue;
         Print("     " + Printable(module) + "\n");
-        const SStringList addresses = preserved.Get(module);
-        if (!UpdateDatabase(module + ".install", module, addresses)) return WarnNotUpdated(module);
-        PutIntoService(module);
+        if (!Update(module, preserved.Get(module))) return false;
     }
     Print("done\n");
     return true;

@@ -38,6 +38,7 @@ Deliveries DeliveriesOf(const SAccount& account) {
 }
 
 std::optional<SStringList> DeliveryAddresses(SAccountDB* accounts, const Deliveries& deliveries) {
+    const AccountSession session;
     SStringList addresses;
     for (const SString& uid : deliveries.accounts) {
         SAccount account;
@@ -56,6 +57,7 @@ std::optional<SStringList> DeliveryAddresses(SAccountDB* accounts, const Deliver
 std::optional<Deliveries> ChooseDeliveries(SAccountDB* accounts, const SStringList& addresses,
                                            const SString& host, const SString& domain,
                                            SStringList* refusals) {
+    const AccountSession session;
     const SStringList local_domains = LocalDomains(accounts, host);
     Deliveries chosen;
     for (const SString& entry : addresses) {

@@ -97,6 +97,14 @@ bool AccountTransaction::Commit() {
     return AccountStore::Shared().End(true);
 }
 
+struct AccountSession::Use : AccountStore::Use {
+    using AccountStore::Use::Use;
+};
+
+AccountSession::AccountSession(EndingSignals signals)
+    : use_(std::make_unique<Use>(AccountStore::Shared(), signals)) {}
+AccountSession::~AccountSession() = default;
+
 bool SyncAccounts() {
     return AccountStore::Shared().Sync();
 }

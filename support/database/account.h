@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "support/database/sdbfile.h"
 #include "support/mail/address.h"
@@ -99,6 +100,25 @@ class AccountTransaction {
   private:
     bool is_ended_;
     bool is_open_;
+};
+
+/// What keeps a signal from ending the process while the database is open, with its log beside it. Blocked:
+/// it comes at the end. Handled: the caller has a handler that lets the process go on.
+enum class EndingSignals { Blocked, Handled };
+
+/// Keeps the account database open from its first use in the scope to the scope's end, for speed. Without a
+/// session each operation opens and closes it. Closed it is one file by itself, unless another process has
+/// it open. Sessions nest; the outermost counts.
+class AccountSession {
+  public:
+    explicit AccountSession(EndingSignals signals = EndingSignals::Blocked);
+    ~AccountSession();
+    AccountSession(const AccountSession&) = delete;
+    AccountSession& operator=(const AccountSession&) = delete;
+
+  private:
+    struct Use;
+    std::unique_ptr<Use> use_;
 };
 
 /// Syncs everything committed to the disk. False if the system refused.

@@ -2,6 +2,7 @@
 #include <fcntl.h>
 
 #include <cstdint>
+#include <utility>
 
 #include "support/database/account_session.h"
 #include "support/system/descriptor.h"
@@ -17,6 +18,7 @@ const SString kAddressField = "SMTP-Address";
 
 bool AccountStore::Begin() {
     is_in_transaction_ = true;
+    transaction_use_.emplace(*this);
     if (OpenSession(true) == DatabaseState::Ready) transaction_.emplace(*session_->connection);
     return IsWritable();
 }
@@ -30,18 +32,23 @@ void AccountStore::RollBack() {
 
 bool AccountStore::End(bool commit) {
     const bool is_done = commit && transaction_ && transaction_->Commit();
+    if (is_done) is_unsynced_ = true;
     if (!is_done) ++epoch_;
     transaction_.reset();
     is_in_transaction_ = false;
+    transaction_use_.reset();
     return is_done;
 }
 
 // A checkpoint copies the log into the database and syncs both. The log is synced again for what had to stay
 // in it because another process is reading.
 bool AccountStore::Sync() {
+    const Use use(*this);
+    const bool has_failed_before = std::exchange(has_sync_failed_, false);
     const DatabaseState state = OpenSession(false);
-    if (state != DatabaseState::Ready) return state == DatabaseState::Missing;
-    if (!session_->connection->Execute("PRAGMA wal_checkpoint")) return false;
+    if (state != DatabaseState::Ready) return state == DatabaseState::Missing && !has_failed_before;
+    is_unsynced_ = false;
+    if (!Checkpoint() || has_failed_before) return false;
     const SString log = session_->path + "-wal";
     const Descriptor file = Descriptor::Open(log, O_RDONLY);
     return (!file || file.Sync()) && SyncParent(session_->path);

@@ -16,6 +16,25 @@ AccountStore& AccountStore::Shared() {
 AccountStore::AccountStore() = default;
 AccountStore::~AccountStore() = default;
 
+AccountStore::Use::Use(AccountStore& store, EndingSignals signals) : store_(store) {
+    if (store_.uses_++ == 0 && signals == EndingSignals::Blocked) block_.emplace();
+}
+
+AccountStore::Use::~Use() {
+    if (--store_.uses_ == 0) store_.CloseSession();
+}
+
+// The last close removes the log, but does not tell whether the disk took it.
+void AccountStore::CloseSession() {
+    if (is_unsynced_ && !Checkpoint()) has_sync_failed_ = true;
+    is_unsynced_ = false;
+    session_.reset();
+}
+
+bool AccountStore::Checkpoint() {
+    return session_ && session_->connection->Execute("PRAGMA wal_checkpoint");
+}
+
 DatabaseState AccountStore::OpenSession(bool for_writing) {
     const bool is_enough = session_ && (session_->is_writable || !for_writing);
     if (is_enough && (transaction_ || session_->IsCurrent())) return DatabaseState::Ready;
@@ -37,11 +56,13 @@ Lookup LookupBy(Step step) {
 }  // namespace
 
 Lookup AccountStore::Find(const SString& uid) {
+    const Use use(*this);
     const DatabaseState state = OpenSession(false);
     return state == DatabaseState::Ready ? LookupBy(Execution(session_->find, uid).Next()) : LookupBy(state);
 }
 
 Lookup AccountStore::Read(const SString& uid, SNamedStringList* fields, bool* is_locked) {
+    const Use use(*this);
     fields->Reset();
     const DatabaseState state = OpenSession(false);
     if (state != DatabaseState::Ready) return LookupBy(state);
@@ -56,6 +77,7 @@ Lookup AccountStore::Read(const SString& uid, SNamedStringList* fields, bool* is
 }
 
 Lookup AccountStore::FindOwner(const SString& address_key, SString* uid) {
+    const Use use(*this);
     const DatabaseState state = OpenSession(false);
     if (state != DatabaseState::Ready) return LookupBy(state);
     Execution query(session_->find_owner, address_key);
@@ -65,6 +87,7 @@ Lookup AccountStore::FindOwner(const SString& address_key, SString* uid) {
 }
 
 SStringList AccountStore::Uids() {
+    const Use use(*this);
     SStringList uids;
     if (OpenSession(false) != DatabaseState::Ready) return uids;
     Execution query(session_->uids);
@@ -74,12 +97,14 @@ SStringList AccountStore::Uids() {
 }
 
 long AccountStore::Count() {
+    const Use use(*this);
     if (OpenSession(false) != DatabaseState::Ready) return 0;
     Execution query(session_->count);
     return query.Next() == Step::Row ? query.Number(0) : 0;
 }
 
 SStringList AccountStore::Domains() {
+    const Use use(*this);
     std::set<std::string> domains;
     if (OpenSession(false) == DatabaseState::Ready) {
         Execution query(session_->addresses);
@@ -94,6 +119,7 @@ SStringList AccountStore::Domains() {
 }
 
 uint64_t AccountStore::Epoch() {
+    const Use use(*this);
     if (OpenSession(false) != DatabaseState::Ready) return ++epoch_;
     Execution query(session_->version);
     if (query.Next() != Step::Row || query.Number(0) != session_->data_version) {

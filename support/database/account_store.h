@@ -1,11 +1,12 @@
 // Reads and writes the account database's rows (docs/storage.md has the schema and its reasons) over one
-// connection per process, opened on demand. Used by account.cc and account_uid.cc.
+// connection, opened on demand and closed with the outermost use. Used by account.cc and account_uid.cc.
 #pragma once
 
 #include <cstdint>
 
 #include "support/database/account.h"
 #include "support/database/database_file.h"
+#include "support/system/blocked_signals.h"
 
 class AccountStore {
   public:
@@ -14,6 +15,20 @@ class AccountStore {
     ~AccountStore();
     AccountStore(const AccountStore&) = delete;
     AccountStore& operator=(const AccountStore&) = delete;
+
+    /// Keeps the session open from when something opens it to the end of the outermost use. Every operation
+    /// is one.
+    class Use {
+      public:
+        explicit Use(AccountStore& store, EndingSignals signals = EndingSignals::Blocked);
+        ~Use();
+        Use(const Use&) = delete;
+        Use& operator=(const Use&) = delete;
+
+      private:
+        std::optional<BlockedSignals> block_;  // ends after the session is closed
+        AccountStore& store_;
+    };
 
     // --- queries; on failure lists are empty and the count is 0
     Lookup Find(const SString& uid);
@@ -56,11 +71,17 @@ class AccountStore {
   private:
     struct Session;  // the connection, its statements and the file that it has open
     DatabaseState OpenSession(bool for_writing);
+    void CloseSession();
+    bool Checkpoint();
     bool Holds(int64_t id, const SString& uid);
     bool AddAddresses(int64_t id, const SStringList& values);
     bool RemoveAddresses(int64_t id);
 
+    int uses_ = 0;
     std::unique_ptr<Session> session_;
+    bool is_unsynced_ = false;            // committed, but perhaps not on the disk yet
+    bool has_sync_failed_ = false;        // since the last Sync
+    std::optional<Use> transaction_use_;  // ends after the transaction
     std::optional<sqlite::Transaction> transaction_;
     bool is_in_transaction_ = false;  // between Begin and End, even after a failure
     uint64_t epoch_ = 0;

@@ -12,7 +12,8 @@ struct DatabaseFormat {
     const char* synchronous;     // "NORMAL", "FULL", "EXTRA"
 };
 
-enum class DatabaseState { Missing, Ready, Failed };
+/// Foreign: of another format, or damaged.
+enum class DatabaseState { Missing, Ready, Foreign, Failed };
 
 struct OpenedDatabase {
     DatabaseState state;
@@ -23,9 +24,13 @@ struct OpenedDatabase {
 /// The file of a database; empty for a name that leads elsewhere ("../x"), or if "TernHarbor" is unset.
 SString DatabasePath(const SString& name);
 
+/// Whether the file and its directory may be written; a file that may only be read is opened without locks.
+bool MayWriteDatabase(const SString& path);
+
 /// Opens a database for reading and creates nothing. Missing: there is no file, or an empty one. Failed: it
-/// cannot be read, or has another format.
+/// cannot be read, or is locked for more than 5 s.
 OpenedDatabase OpenForReading(const SString& path, const DatabaseFormat& format);
 
-/// Opens a database for writing and creates it if necessary. Never Missing.
+/// Opens a database for writing and creates it if necessary; several processes may do so at once. Never
+/// Missing.
 OpenedDatabase OpenForWriting(const SString& path, const DatabaseFormat& format);

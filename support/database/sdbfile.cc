@@ -1,24 +1,14 @@
+// Implements tables and values.
 #include "support/database/sdbfile.h"
 
 #include <cstdint>
 
-#include "support/database/database_file.h"
+#include "support/database/sdbfile_state.h"
 #include "support/system/file.h"
 
 using sqlite::Step;
 
 namespace {
-
-// A rollback journal exists only during a write, so the file can be renamed. EXTRA also syncs the directory
-// after removing the journal; otherwise a power failure could undo what was stored.
-constexpr DatabaseFormat kFormat = {
-    "1414680141",  // "TRNM"
-    "CREATE TABLE tables (path TEXT PRIMARY KEY) WITHOUT ROWID;"
-    "CREATE TABLE settings (path TEXT NOT NULL, key TEXT NOT NULL, position INTEGER NOT NULL,"
-    "  value TEXT NOT NULL, PRIMARY KEY (path, key, position)) WITHOUT ROWID;",
-    "DELETE",
-    "EXTRA",
-};
 
 // "/a/b", whatever slashes the path was written with; "/" for the outermost table.
 SString Normal(const SString& table_path) {
@@ -26,14 +16,6 @@ SString Normal(const SString& table_path) {
 }
 
 }  // namespace
-
-struct Sdbfile::State {
-    SString name;
-    SString table;
-    bool writable = false;
-    bool missing = false;
-    std::unique_ptr<sqlite::Connection> connection;
-};
 
 Sdbfile::Sdbfile() : state_(std::make_unique<State>()) {}
 
@@ -49,8 +31,9 @@ void Sdbfile::Init(const SString& database, int /*flag*/) {
 }
 
 void Sdbfile::CloseDB() {
+    state_->hold.reset();
     state_->connection.reset();
-    state_->writable = state_->missing = false;
+    state_->is_open = state_->writable = state_->missing = false;
 }
 
 namespace {
@@ -85,19 +68,31 @@ bool AddValues(sqlite::Connection& connection, const SString& table, const SStri
 }  // namespace
 
 int Sdbfile::Open(const SString& table_path, int writable) {
-    CloseDB();
+    if (!state_->hold) CloseDB();
     state_->table = Normal(table_path);
+    state_->is_open = (state_->hold ? OpenHeld(writable) : OpenTable(writable)) != 0;
+    return state_->is_open;
+}
+
+int Sdbfile::OpenTable(int writable) {
     state_->writable = writable != 0;
     const SString path = DatabasePath(state_->name);
-    OpenedDatabase database =
-        state_->writable ? OpenForWriting(path, kFormat) : OpenForReading(path, kFormat);
-    Step table = database.state == DatabaseState::Ready ? FindTable(*database.connection, state_->table)
-                                                        : Step::Failed;
-    if (table == Step::Done && state_->writable && MakeTable(*database.connection, state_->table)) {
-        table = Step::Row;
+    const OpenedDatabase database =
+        state_->writable ? OpenForWriting(path, kModuleFormat) : OpenForReading(path, kModuleFormat);
+    if (database.state != DatabaseState::Ready) {
+        state_->missing = database.state == DatabaseState::Missing;
+        return 0;
     }
-    state_->missing = database.state == DatabaseState::Missing || table == Step::Done;
-    if (table == Step::Row) state_->connection = std::move(database.connection);
+    const Step table = FindTable(*database.connection, state_->table);
+    if (table == Step::Done && state_->writable) return MakeTable(*database.connection, state_->table);
+    state_->missing = table == Step::Done;
+    return table == Step::Row;
+}
+
+int Sdbfile::OpenHeld(int writable) {
+    if (writable != 0) return 0;
+    const Step table = FindTable(*state_->connection, state_->table);
+    state_->missing = table == Step::Done;
     return table == Step::Row;
 }
 
@@ -110,44 +105,37 @@ SStringList Sdbfile::Get(const SString& key) const {
     return Read(key, &values) ? values : SStringList();
 }
 
-bool Sdbfile::Read(const SString& key, SStringList* values) const {
-    values->Reset();
-    if (!state_->connection) return false;
-    sqlite::Statement statement = state_->connection->Prepare(
-        "SELECT value FROM settings WHERE path = ?1 AND key = ?2 ORDER BY position");
-    sqlite::Execution query(statement, state_->table, key);
+namespace {
+
+bool ReadValues(sqlite::Connection& connection, const SString& table, const SString& key,
+                SStringList* values) {
+    sqlite::Statement statement =
+        connection.Prepare("SELECT value FROM settings WHERE path = ?1 AND key = ?2 ORDER BY position");
+    sqlite::Execution query(statement, table, key);
     Step step = query.Next();
     for (; step == Step::Row; step = query.Next()) values->Push(query.Text(0));
     return step == Step::Done;
 }
 
-int Sdbfile::Set(const SString& key, const SStringList& values) {
-    if (!state_->connection || !state_->writable) return 0;
-    sqlite::Connection& connection = *state_->connection;
-    sqlite::Transaction transaction(connection);
-    return transaction.IsOpen() && RemoveValues(connection, state_->table, key) &&
-           AddValues(connection, state_->table, key, values) && transaction.Commit();
-}
-
-namespace {
-
-/// A transaction that changes nothing.
-bool Rewrite(sqlite::Connection& connection) {
-    const SString mark = SString("PRAGMA application_id = ") + kFormat.application_id;
-    return connection.Execute(mark.CString());
-}
-
-bool HasSomethingBeside(const SString& path) {
-    return EntryExists(path + "-journal") || EntryExists(path + "-wal");
-}
-
 }  // namespace
 
-bool SettleDatabase(const SString& database) {
-    const SString path = DatabasePath(database);
-    if (path.IsEmpty() || !HasSomethingBeside(path)) return !path.IsEmpty();
-    // Opening works off a journal with contents; an empty one only goes with the next transaction.
-    const OpenedDatabase opened = OpenForWriting(path, kFormat);
-    return opened.state == DatabaseState::Ready &&
-           (!HasSomethingBeside(path) || Rewrite(*opened.connection)) && !HasSomethingBeside(path);
+bool Sdbfile::Read(const SString& key, SStringList* values) const {
+    values->Reset();
+    if (!state_->is_open) return false;
+    if (state_->hold) return ReadValues(*state_->connection, state_->table, key, values);
+    const OpenedDatabase database = OpenForReading(DatabasePath(state_->name), kModuleFormat);
+    return database.state == DatabaseState::Ready &&
+           ReadValues(*database.connection, state_->table, key, values);
+}
+
+// The table is made, too: the file may be another one than that which was opened first.
+int Sdbfile::Set(const SString& key, const SStringList& values) {
+    const SString path = DatabasePath(state_->name);
+    if (!state_->is_open || !state_->writable || !EntryExists(path)) return 0;
+    const OpenedDatabase database = OpenForWriting(path, kModuleFormat);
+    if (database.state != DatabaseState::Ready) return 0;
+    sqlite::Transaction transaction(*database.connection);
+    return transaction.IsOpen() && MakeTable(*database.connection, state_->table) &&
+           RemoveValues(*database.connection, state_->table, key) &&
+           AddValues(*database.connection, state_->table, key, values) && transaction.Commit();
 }

@@ -1,9 +1,13 @@
 // A handle on one named keyed database of the mail system: the file config/NAME under $TernHarbor (SQLite). A
 // value is a list of strings under a table path ("/Config") and a key. Operations give zero if the database
 // is missing, unreadable, locked for more than 5 s, full or damaged.
+//
+// Each operation opens the file and closes it again: a handle that waits for an administrator's answer does
+// not keep to a file that another process has replaced meanwhile.
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "support/text/sstring_list.h"
 
@@ -31,8 +35,23 @@ class Sdbfile {
     int Set(const SString& key, const SStringList& values);
     void CloseDB();
 
+    /// Keeps other processes from writing the database until CloseDB or the end of the handle; nothing waits
+    /// in a journal beside it then. In between Open is for reading. What is missing, may only be read or is
+    /// no database is left without a lock. False if the lock could not be had in 5 s.
+    ///
+    /// Nothing else in the process may open and close the file meanwhile: that would drop the lock (POSIX).
+    bool Hold();
+    /// Whether the database that is held is the other one, too, by a second name (a hard link).
+    bool IsHeldAs(const SString& database) const;
+    /// The bytes of the database's file, without dropping the lock.
+    std::optional<SString> Bytes() const;
+
   private:
     struct State;
+    enum class Holding { Held, NotNeeded, Again, Refused };
+    Holding TryToHold();
+    int OpenHeld(int writable);
+    int OpenTable(int writable);
     std::unique_ptr<State> state_;
 };
 

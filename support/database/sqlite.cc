@@ -6,13 +6,33 @@ namespace sqlite {
 
 namespace {
 
-constexpr int kLockWait = 5000;  // milliseconds
-
 // A truncated file that is mapped would end the program (SIGBUS). Temporary files would land where root's
-// environment says. A hostile schema must not call functions, nor a damaged page make SQLite read past it.
+// environment says. A damaged page must not make SQLite read past it.
 constexpr const char* kPrecautions =
-    "PRAGMA mmap_size = 0; PRAGMA temp_store = MEMORY; PRAGMA trusted_schema = OFF; "
-    "PRAGMA cell_size_check = ON";
+    "PRAGMA mmap_size = 0; PRAGMA temp_store = MEMORY; PRAGMA cell_size_check = ON";
+
+constexpr int kInstructionsBetweenLooks = 10000;  // well below a millisecond
+
+// What a file's own schema could have the program run.
+constexpr struct {
+    int option;
+    int value;
+} kOptions[] = {
+    {SQLITE_DBCONFIG_DEFENSIVE, 1},      {SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0},
+    {SQLITE_DBCONFIG_ENABLE_TRIGGER, 0}, {SQLITE_DBCONFIG_ENABLE_VIEW, 0},
+    {SQLITE_DBCONFIG_DQS_DDL, 0},        {SQLITE_DBCONFIG_DQS_DML, 0},
+};
+
+constexpr struct {
+    int limit;
+    int value;
+} kLimits[] = {
+    {SQLITE_LIMIT_LENGTH, 16 << 20},  // of a value, and of a row
+    {SQLITE_LIMIT_SQL_LENGTH, 100000},      {SQLITE_LIMIT_COLUMN, 100},
+    {SQLITE_LIMIT_EXPR_DEPTH, 20},          {SQLITE_LIMIT_VDBE_OP, 25000},
+    {SQLITE_LIMIT_LIKE_PATTERN_LENGTH, 50}, {SQLITE_LIMIT_ATTACHED, 0},
+    {SQLITE_LIMIT_TRIGGER_DEPTH, 1},
+};
 
 bool IsPlainInUri(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '/' ||
@@ -41,9 +61,11 @@ void Statement::Finalize::operator()(sqlite3_stmt* statement) const {
 }
 
 sqlite3_stmt* Statement::Prepared() {
+    connection_->StartClock();
     if (!statement_) {
         sqlite3_stmt* statement = nullptr;
-        sqlite3_prepare_v3(connection_, sql_, -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
+        sqlite3_prepare_v3(connection_->handle_.get(), sql_, -1, SQLITE_PREPARE_PERSISTENT, &statement,
+                           nullptr);
         statement_.reset(statement);
     }
     return statement_.get();
@@ -99,11 +121,28 @@ std::unique_ptr<Connection> Connection::Open(const SString& path, Mode mode) {
     const int code = sqlite3_open_v2(uri.CString(), &handle, flags, nullptr);
     std::unique_ptr<Connection> connection(new Connection(handle));  // must be closed even after a failure
     if (code != SQLITE_OK) return nullptr;
-    sqlite3_busy_timeout(handle, kLockWait);
-    return connection->Execute(kPrecautions) ? std::move(connection) : nullptr;
+    sqlite3_busy_timeout(handle, static_cast<int>(kLockWait.count()));
+    return connection->TakePrecautions() ? std::move(connection) : nullptr;
+}
+
+// Virtual tables cannot be switched off; without modules none can be used.
+bool Connection::TakePrecautions() {
+    sqlite3* handle = handle_.get();
+    for (const auto& [option, value] : kOptions) {
+        if (sqlite3_db_config(handle, option, value, nullptr) != SQLITE_OK) return false;
+    }
+    for (const auto& [limit, value] : kLimits) sqlite3_limit(handle, limit, value);
+    sqlite3_progress_handler(handle, kInstructionsBetweenLooks, IsTimeOver, this);
+    return sqlite3_drop_modules(handle, nullptr) == SQLITE_OK && Execute(kPrecautions);
+}
+
+int Connection::IsTimeOver(void* connection) {
+    const auto* self = static_cast<const Connection*>(connection);
+    return std::chrono::steady_clock::now() - self->start_ >= self->time_limit_ ? 1 : 0;
 }
 
 bool Connection::Execute(const char* sql) {
+    StartClock();
     return sqlite3_exec(handle_.get(), sql, nullptr, nullptr, nullptr) == SQLITE_OK;
 }
 
@@ -121,12 +160,35 @@ bool Connection::HasChanged() const {
     return sqlite3_changes(handle_.get()) > 0;
 }
 
+bool Connection::IsLocked() const {
+    return sqlite3_errcode(handle_.get()) == SQLITE_BUSY;
+}
+
+bool Connection::IsDamaged() const {
+    const int code = sqlite3_errcode(handle_.get());
+    return code == SQLITE_NOTADB || code == SQLITE_CORRUPT;
+}
+
+bool Connection::HasMoved() const {
+    int has_moved = 0;
+    sqlite3_file_control(handle_.get(), "main", SQLITE_FCNTL_HAS_MOVED, &has_moved);
+    return has_moved != 0;
+}
+
+std::optional<SString> Connection::Bytes() const {
+    sqlite3_int64 size = 0;
+    const std::unique_ptr<unsigned char, void (*)(void*)> bytes(
+        sqlite3_serialize(handle_.get(), "main", &size, 0), sqlite3_free);
+    if (!bytes) return std::nullopt;
+    return SString(std::string(reinterpret_cast<const char*>(bytes.get()), static_cast<size_t>(size)));
+}
+
 bool Connection::IsInTransaction() const {
     return sqlite3_get_autocommit(handle_.get()) == 0;
 }
 
-Transaction::Transaction(Connection& connection) : connection_(connection) {
-    Execution(connection_.begin_).Run();
+Transaction::Transaction(Connection& connection, Access access) : connection_(connection) {
+    Execution(access == Access::Reading ? connection_.begin_reading_ : connection_.begin_writing_).Run();
 }
 
 // A failed commit leaves the transaction open.

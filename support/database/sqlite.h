@@ -1,7 +1,11 @@
 // SQLite 3 as owning handles: a connection, a prepared statement, one execution of it, a transaction. The
 // only place that calls the library. Failure is in the result; nothing is printed and nothing is thrown.
+//
+// Files are taken for hostile: no trigger, view or virtual table of theirs is run, lengths are limited, and a
+// statement is given up when it has run for a minute.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -14,12 +18,17 @@ struct sqlite3_stmt;
 
 namespace sqlite {
 
+/// For how long another process's lock is waited for.
+constexpr std::chrono::milliseconds kLockWait{5000};
+
 enum class Step { Row, Done, Failed };
+
+class Connection;
 
 /// A statement that is prepared when it is first executed and kept from then on.
 class Statement {
   public:
-    Statement(sqlite3* connection, const char* sql) : connection_(connection), sql_(sql) {}
+    Statement(Connection& connection, const char* sql) : connection_(&connection), sql_(sql) {}
 
   private:
     friend class Execution;
@@ -27,7 +36,7 @@ class Statement {
     struct Finalize {
         void operator()(sqlite3_stmt* statement) const;
     };
-    sqlite3* connection_;
+    Connection* connection_;
     const char* sql_;
     std::unique_ptr<sqlite3_stmt, Finalize> statement_;
 };
@@ -67,33 +76,57 @@ class Connection {
   public:
     /// An existing file; null when it cannot be opened. Locks of other processes are waited for up to 5 s.
     static std::unique_ptr<Connection> Open(const SString& path, Mode mode);
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
 
     /// Runs statements without parameters, their result rows left aside.
     bool Execute(const char* sql);
     /// The first column of the first row; nothing on failure.
     std::optional<SString> Value(const char* sql);
-    Statement Prepare(const char* sql) { return {handle_.get(), sql}; }
+    Statement Prepare(const char* sql) { return {*this, sql}; }
+    /// For each statement from here on; a minute without it.
+    void SetTimeLimit(std::chrono::milliseconds limit) { time_limit_ = limit; }
     int64_t LastId() const;
     /// Whether the last INSERT, UPDATE or DELETE changed a row.
     bool HasChanged() const;
 
+    /// Whether the last call failed because another process holds a lock.
+    bool IsLocked() const;
+    /// Whether the last call failed because the file is no database, or a damaged one.
+    bool IsDamaged() const;
+    /// Whether the name no longer leads to the file that is open.
+    bool HasMoved() const;
+    /// The database's bytes, as a file of it would hold them. Reading the file itself would drop this
+    /// process's locks on it when it is closed (POSIX).
+    std::optional<SString> Bytes() const;
+
   private:
+    friend class Statement;
     friend class Transaction;
     struct Close {
         void operator()(sqlite3* handle) const;
     };
     explicit Connection(sqlite3* handle) : handle_(handle) {}
+    bool TakePrecautions();
+    void StartClock() { start_ = std::chrono::steady_clock::now(); }
+    static int IsTimeOver(void* connection);
     bool IsInTransaction() const;
     std::unique_ptr<sqlite3, Close> handle_;
-    Statement begin_ = Prepare("BEGIN IMMEDIATE");
+    std::chrono::steady_clock::time_point start_;
+    std::chrono::milliseconds time_limit_ = std::chrono::minutes(1);
+    Statement begin_reading_ = Prepare("BEGIN");
+    Statement begin_writing_ = Prepare("BEGIN IMMEDIATE");
     Statement commit_ = Prepare("COMMIT");
     Statement rollback_ = Prepare("ROLLBACK");
 };
 
-/// Takes the write lock, and rolls back with the scope unless Commit succeeded.
+/// Reading: everything is read as it stood at the first reading. Writing: takes the write lock.
+enum class Access { Reading, Writing };
+
+/// Rolls back with the scope unless Commit succeeded.
 class Transaction {
   public:
-    explicit Transaction(Connection& connection);
+    explicit Transaction(Connection& connection, Access access = Access::Writing);
     ~Transaction();
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;

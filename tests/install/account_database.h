@@ -8,6 +8,7 @@
 #include "support/database/sqlite.h"
 #include "support/system/environment.h"
 #include "support/system/file.h"
+#include "tests/refusal.h"
 #include "tests/temporary_folder.h"
 
 class AccountDatabase {
@@ -34,12 +35,11 @@ class AccountDatabase {
     }
     SStringList Uids() { return SAccountDB().AccountUIDList(); }
 
-    /// Makes the database refuse field rows for which the SQL condition holds (NEW.name, NEW.value), as a
-    /// full disk would, in a place of the test's choice.
+    /// Makes the database refuse field rows for which the SQL condition holds (name, value), as a full disk
+    /// would, in a place of the test's choice.
     void Refuse(const SString& condition) {
         Add("Somebody", "somebody@else.example");  // so that there is a database
-        Execute("CREATE TRIGGER refuse BEFORE INSERT ON fields WHEN " + condition +
-                " BEGIN SELECT RAISE(ABORT, 'refused'); END");
+        Execute(RefuseRows("fields", condition));
     }
     void Execute(const SString& sql) {
         const auto connection = sqlite::Connection::Open(Path(), sqlite::Mode::Shared);

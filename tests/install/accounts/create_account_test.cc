@@ -40,7 +40,7 @@ TEST_F(CreateOneAccount, NeverWritesOver) {
 }
 
 TEST_F(CreateOneAccount, TellsWhichFieldIsRefused) {
-    database_.Refuse("NEW.value = 'ann@b.example'");
+    database_.Refuse("value = 'ann@b.example'");
     size_t refused = 7;
     AccountTransaction transaction;
     EXPECT_FALSE(CreateAccount("Ann", kFields, AccountLock::Open, &refused));
@@ -51,8 +51,7 @@ TEST_F(CreateOneAccount, TellsWhichFieldIsRefused) {
 
 TEST_F(CreateOneAccount, FailsWhereTheLockIsRefused) {
     database_.Add("Somebody", "somebody@else.example");
-    database_.Execute(
-        "CREATE TRIGGER refuse BEFORE UPDATE ON accounts BEGIN SELECT RAISE(ABORT, 'refused'); END");
+    database_.Execute(RefuseRows("accounts", "locked"));
     size_t refused = 7;
     AccountTransaction transaction;
     EXPECT_FALSE(CreateAccount("Ann", kFields, AccountLock::Locked, &refused));

@@ -92,7 +92,7 @@ TEST_F(MakeOneAccount, MakesNoneWhereNoAddressIsOne) {
 }
 
 TEST_F(MakeOneAccount, KeepsTheFieldsInFrontOfARefusedOne) {
-    database_.Refuse("NEW.name = 'UNIX-UserName'");
+    database_.Refuse("name = 'UNIX-UserName'");
     EXPECT_EQ(Make(Jones()), AccountOutcome::Failed);
     SAccount account;
     ASSERT_TRUE(SAccountDB().GetAccountInfo("Jones_Smith", &account));
@@ -102,7 +102,7 @@ TEST_F(MakeOneAccount, KeepsTheFieldsInFrontOfARefusedOne) {
 }
 
 TEST_F(MakeOneAccount, MakesNoneWhereTheFirstFieldIsRefused) {
-    database_.Refuse("NEW.name = 'Name'");
+    database_.Refuse("name = 'Name'");
     EXPECT_EQ(Make(Jones()), AccountOutcome::Failed);
     EXPECT_EQ(database_.Uids(), SStringList("Somebody"));
 }
@@ -119,7 +119,7 @@ TEST_F(MakeOneAccount, InABatchLastsWithTheBatch) {
 }
 
 TEST_F(MakeOneAccount, RefusedInABatchTakesTheBatchBack) {
-    database_.Refuse("NEW.value = 'jones'");
+    database_.Refuse("value = 'jones'");
     AccountTransaction batch;
     NewAccount other = Jones();
     other.login = "other";

@@ -6,6 +6,7 @@
 #include "support/database/sqlite.h"
 #include "support/system/environment.h"
 #include "tests/data_directory.h"
+#include "tests/refusal.h"
 
 namespace {
 
@@ -111,12 +112,10 @@ TEST_F(SpecialAccounts, AreWholeOrAbsentWhereTheDatabaseRefuses) {
     SAccountMod somebody;
     ASSERT_TRUE(accounts_.ModifyAccount("Somebody", &somebody));
     const auto other = sqlite::Connection::Open(data_.Config("MTA-Accounts"), sqlite::Mode::Shared);
-    ASSERT_TRUE(
-        other->Execute("CREATE TRIGGER refuse BEFORE INSERT ON fields WHEN NEW.value = 'Account Manager'"
-                       " BEGIN SELECT RAISE(ABORT, 'no'); END"));
+    ASSERT_TRUE(other->Execute(RefuseRows("fields", "value = 'Account Manager'").CString()));
     EXPECT_TRUE(SetupSpecialAccounts());
     EXPECT_EQ(accounts_.AccountUIDList(), SStringList({"Somebody", kUids[0], kUids[2], kUids[3]}));
-    ASSERT_TRUE(other->Execute("DROP TRIGGER refuse"));
+    ASSERT_TRUE(other->Execute("DROP INDEX refuse"));
     EXPECT_TRUE(SetupSpecialAccounts());
     EXPECT_EQ(accounts_.AccountCount(), 5);
 }

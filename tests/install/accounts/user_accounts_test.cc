@@ -176,7 +176,7 @@ TEST_F(UserAccounts, StopsAtTheFirstLoginAfterASignal) {
 
 TEST_F(UserAccounts, TellsOfFailuresAndGoesOn) {
     WritePasswords(Line("games", "", MakeHome("games")) + Line("man", "", MakeHome("man")));
-    database_.Refuse("NEW.value = 'games'");
+    database_.Refuse("value = 'games'");
     EXPECT_EQ(Run("p\n\n\n"), 1);
     EXPECT_TRUE(
         Shows("(games)....Error: couldn't create the account!\n    man@mail.example.com (man)....created\n"))

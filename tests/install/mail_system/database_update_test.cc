@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/database/sdbfile.h"
+#include "support/database/sqlite.h"
 #include "support/system/descriptor.h"
 #include "support/system/environment.h"
 #include "support/system/file.h"
@@ -100,6 +101,22 @@ TEST_F(UpdateDatabaseTest, TriesEveryAddressAfterAFailure) {
     EXPECT_EQ(MapFileRead(folder_ / "config/Broken"), "no database\n");
 }
 
+TEST_F(UpdateDatabaseTest, HasNothingToCopyBetweenTwoNamesOfOneFile) {
+    ASSERT_TRUE(AddName(folder_ / "config/Old", folder_ / "config/Same"));
+    EXPECT_TRUE(UpdateDatabase("Same", "Old", "/Config/Socket"));
+}
+
+TEST_F(UpdateDatabaseTest, ReplacesWhatIsNoDatabaseIfNothingIsToBeKept) {
+    folder_.Write("config/Damaged", "no database\n");
+    EXPECT_TRUE(UpdateDatabase("New", "Damaged", {}));
+}
+
+TEST_F(UpdateDatabaseTest, FailsWhereAnotherProcessWrites) {
+    const auto other = sqlite::Connection::Open(folder_ / "config/Old", sqlite::Mode::Shared);
+    ASSERT_TRUE(other->Execute("BEGIN IMMEDIATE"));
+    EXPECT_FALSE(UpdateDatabase("New", "Old", {}));
+}
+
 TEST_F(UpdateDatabaseTest, LeavesNothingBesideTheFiles) {
     EXPECT_TRUE(UpdateDatabase("New", "Old", "/Config/Socket"));
     EXPECT_EQ(ReadDir(folder_ / "config").Count(), 2U);
@@ -114,7 +131,7 @@ class ExchangeDatabaseTest : public testing::Test {
     }
     SString Text(const SString& name) const { return MapFileRead(folder_ / name); }
     void ExpectDone() const {
-        EXPECT_EQ(ExchangeDatabase(folder_ / "M"), Exchange::Done);
+        EXPECT_EQ(ExchangeDatabase(folder_ / "M", Sdbfile()), Exchange::Done);
         EXPECT_EQ(Text("M"), "new");
         EXPECT_EQ(Text("M.backup"), "old");
         EXPECT_EQ(ReadDir(folder_ / "").Count(), 2U);
@@ -146,7 +163,7 @@ TEST_F(ExchangeDatabaseTest, FinishesAfterARunKilledAfterTheBackup) {
 TEST_F(ExchangeDatabaseTest, FinishesWhereTheNewVersionIsTheOldOne) {
     RemoveFile(folder_ / "M.install");
     ASSERT_TRUE(AddName(folder_ / "M", folder_ / "M.install"));
-    EXPECT_EQ(ExchangeDatabase(folder_ / "M"), Exchange::Done);
+    EXPECT_EQ(ExchangeDatabase(folder_ / "M", Sdbfile()), Exchange::Done);
     EXPECT_EQ(Text("M"), "old");
     EXPECT_EQ(Text("M.backup"), "old");
     EXPECT_FALSE(EntryExists(folder_ / "M.install"));
@@ -154,7 +171,7 @@ TEST_F(ExchangeDatabaseTest, FinishesWhereTheNewVersionIsTheOldOne) {
 
 TEST_F(ExchangeDatabaseTest, InstallsNothingWithoutABackup) {
     MakeDir(folder_ / "M.backup", 0700);
-    EXPECT_EQ(ExchangeDatabase(folder_ / "M"), Exchange::NotBackedUp);
+    EXPECT_EQ(ExchangeDatabase(folder_ / "M", Sdbfile()), Exchange::NotBackedUp);
     EXPECT_EQ(Text("M"), "old");
     EXPECT_EQ(Text("M.install"), "new");
     EXPECT_FALSE(EntryExists(folder_ / "M.backup.new"));
@@ -162,7 +179,7 @@ TEST_F(ExchangeDatabaseTest, InstallsNothingWithoutABackup) {
 
 TEST_F(ExchangeDatabaseTest, InstallsNothingWithoutAnOldDatabase) {
     RemoveFile(folder_ / "M");
-    EXPECT_EQ(ExchangeDatabase(folder_ / "M"), Exchange::NotBackedUp);
+    EXPECT_EQ(ExchangeDatabase(folder_ / "M", Sdbfile()), Exchange::NotBackedUp);
     EXPECT_EQ(Text("M.install"), "new");
     EXPECT_FALSE(EntryExists(folder_ / "M"));
 }
@@ -170,7 +187,7 @@ TEST_F(ExchangeDatabaseTest, InstallsNothingWithoutAnOldDatabase) {
 TEST_F(ExchangeDatabaseTest, RollsBackToTheOldDatabase) {
     RemoveFile(folder_ / "M.install");
     MakeDir(folder_ / "M.install", 0700);
-    EXPECT_EQ(ExchangeDatabase(folder_ / "M"), Exchange::RolledBack);
+    EXPECT_EQ(ExchangeDatabase(folder_ / "M", Sdbfile()), Exchange::RolledBack);
     EXPECT_EQ(Text("M"), "old");
     EXPECT_FALSE(EntryExists(folder_ / "M.backup"));
 }

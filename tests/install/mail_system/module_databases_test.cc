@@ -1,4 +1,6 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "install/settings.h"
 #include "install/steps.h"
@@ -42,6 +44,25 @@ TEST_F(UpdateConfigurationTest, SaysNothingWithoutANewVersionOrAPreserveFile) {
     Store("WWW-Server.install", "80");
     EXPECT_EQ(Run(), "");
     EXPECT_TRUE(FileExists(data_.Config("WWW-Server.install")));
+}
+
+TEST_F(UpdateConfigurationTest, TakesOnlyAReasonablePreserveFile) {
+    Store("WWW-Server.install", "80");
+    Store("WWW-Server", "8080");
+    const SString preserve = data_.Config("__PRESERVE__");
+    ASSERT_EQ(mkfifo(preserve.CString(), 0640), 0);
+    EXPECT_EQ(Run(), "");
+    RemoveFile(preserve);
+    ASSERT_EQ(symlink("/dev/zero", preserve.CString()), 0);
+    EXPECT_EQ(Run(), "");
+    RemoveFile(preserve);
+    const SString line = "WWW-Server/Config/Socket\n";
+    Preserve(line + SString('\n', (16 << 20) + 1 - static_cast<long>(line.Length())));
+    EXPECT_EQ(Run(), "");
+    EXPECT_EQ(Stored("WWW-Server.install"), "80");
+    ASSERT_EQ(truncate(preserve.CString(), 16 << 20), 0);
+    EXPECT_EQ(Run(), "Updating module configurations....\n     WWW-Server\ndone\n");
+    EXPECT_EQ(Stored("WWW-Server"), "8080");
 }
 
 TEST_F(UpdateConfigurationTest, PutsNewVersionsIntoServiceInTheirOrder) {

@@ -5,20 +5,19 @@
 #include "support/database/sqlite.h"
 #include "support/system/environment.h"
 #include "support/system/file.h"
+#include "tests/refusal.h"
 #include "tests/temporary_folder.h"
 
 namespace {
 
-/// Makes the database refuse rows, as a full disk would, in a place of the test's choice.
-SString Refusing(const SString& table, const SString& condition) {
-    return "CREATE TRIGGER refuse BEFORE INSERT ON " + table + " WHEN " + condition +
-           " BEGIN SELECT RAISE(ABORT, 'refused'); END;";
-}
-
 // For the case that has root's account made, but cannot find the Postmaster's again.
+// Locking root's account removes the Postmaster's, as there may be one locked account only, and the
+// Postmaster may be made as the first row of a connection only.
 const SString kLosing =
-    "CREATE TRIGGER lose AFTER INSERT ON accounts WHEN NEW.uid = 'Root'"
-    " BEGIN DELETE FROM accounts WHERE uid = 'Postmaster'; END;";
+    "DROP TABLE accounts;"
+    "CREATE TABLE accounts (id INTEGER PRIMARY KEY, uid TEXT NOT NULL UNIQUE,"
+    " locked INTEGER UNIQUE ON CONFLICT REPLACE,"
+    " CHECK (uid <> 'Postmaster' OR last_insert_rowid() = 0));";
 
 class PostmasterAccounts : public testing::Test {
   protected:
@@ -32,14 +31,14 @@ class PostmasterAccounts : public testing::Test {
         ASSERT_TRUE(accounts_.ModifyAccount(uid, &account) && account.Set("SMTP-Address", address));
     }
 
-    /// Begins anew in this directory, with a database that has these triggers.
-    void Use(const SString& directory, const SString& triggers) {
+    /// Begins anew in this directory, with a database that this SQL has changed.
+    void Use(const SString& directory, const SString& change) {
         MakeDir(directory + "/config", 0700);
         PutEnv("TernHarbor", directory);
         AddAccount("Somebody", "somebody@else.example");  // so that there is a database
         const auto connection =
             sqlite::Connection::Open(directory + "/config/MTA-Accounts", sqlite::Mode::Shared);
-        ASSERT_TRUE(connection != nullptr && connection->Execute(triggers.CString()));
+        ASSERT_TRUE(connection != nullptr && connection->Execute(change.CString()));
     }
 
     AdminAccounts Make() { return MakeAdminAccounts(&accounts_, "mail.example.com", "example.com"); }
@@ -113,22 +112,21 @@ TEST_F(PostmasterAccounts, AreNeverWrittenOver) {
 
 TEST_F(PostmasterAccounts, StandTogetherOrNotAtAll) {
     const struct {
-        SString triggers;
+        SString change;
         AdminAccountsOutcome outcome;
         bool stand;
     } cases[] = {
-        {Refusing("accounts", "NEW.uid = 'Postmaster'"), AdminAccountsOutcome::NoPostmaster, false},
-        {Refusing("fields", "NEW.value = 'Mail Administrator'"), AdminAccountsOutcome::NoPostmaster, false},
-        {Refusing("accounts", "NEW.uid = 'Root'"), AdminAccountsOutcome::NoRoot, false},
-        {Refusing("fields", "NEW.value = 'UNIX'"), AdminAccountsOutcome::NoRoot, false},
-        {kLosing + Refusing("accounts", "EXISTS (SELECT 1 FROM accounts WHERE uid = 'Root')"),
-         AdminAccountsOutcome::NotReopened, false},
-        {Refusing("fields", "NEW.name = 'Account-Delivery'"), AdminAccountsOutcome::NotDelivered, true},
+        {RefuseRows("accounts", "uid = 'Postmaster'"), AdminAccountsOutcome::NoPostmaster, false},
+        {RefuseRows("fields", "value = 'Mail Administrator'"), AdminAccountsOutcome::NoPostmaster, false},
+        {RefuseRows("accounts", "uid = 'Root'"), AdminAccountsOutcome::NoRoot, false},
+        {RefuseRows("fields", "value = 'UNIX'"), AdminAccountsOutcome::NoRoot, false},
+        {kLosing, AdminAccountsOutcome::NotReopened, false},
+        {RefuseRows("fields", "name = 'Account-Delivery'"), AdminAccountsOutcome::NotDelivered, true},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.triggers.CString());
+        SCOPED_TRACE(c.change.CString());
         const TemporaryFolder folder;
-        Use(folder / "", c.triggers);
+        Use(folder / "", c.change);
         EXPECT_EQ(Make().outcome, c.outcome);
         EXPECT_EQ(Exists("Postmaster"), c.stand);
         EXPECT_EQ(Exists("Root"), c.stand);

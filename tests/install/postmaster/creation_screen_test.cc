@@ -46,16 +46,16 @@ TEST_F(CreationScreen, TellsHowFarItCame) {
         bool goes_on;
         SString beginning;
     } cases[] = {
-        {"NEW.value = 'Mail Administrator'", false, false,
+        {"value = 'Mail Administrator'", false, false,
          "Creating Postmaster account.... \nERROR:  Couldn't create the Postmaster account!"},
-        {"NEW.value = 'System Administrator'", false, false,
+        {"value = 'System Administrator'", false, false,
          "Creating Postmaster account.... hold on a second....\n"
          "Creating a mail account for root.... failed!\nERROR:  Couldn't create a mail account for root."},
-        {"NEW.name = 'Account-Delivery'", false, true,
+        {"name = 'Account-Delivery'", false, true,
          "Creating Postmaster account.... hold on a second....\n"
          "Creating a mail account for root.... done\n"
          "Adding root to Postmaster delivery list.... failed!\n\nERROR:  Couldn't set up the Postmaster"},
-        {"NEW.name = 'Account-Delivery'", true, true,
+        {"name = 'Account-Delivery'", true, true,
          "Creating Postmaster account.... failed\n\nERROR:  Couldn't set up the Postmaster account"},
     };
     for (const auto& c : cases) {

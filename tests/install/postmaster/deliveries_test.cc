@@ -5,6 +5,7 @@
 #include "support/database/sqlite.h"
 #include "support/system/environment.h"
 #include "support/system/file.h"
+#include "tests/refusal.h"
 #include "tests/temporary_folder.h"
 
 namespace {
@@ -115,9 +116,7 @@ TEST_F(PostmasterDeliveries, AreReplaced) {
 }
 
 TEST_F(PostmasterDeliveries, AreRetainedWhenTheNewOnesAreRefused) {
-    Execute(
-        "CREATE TRIGGER refuse BEFORE INSERT ON fields WHEN NEW.name = 'Channel-Delivery'"
-        " BEGIN SELECT RAISE(ABORT, 'refused'); END");
+    Execute(RefuseRows("fields", "value = 'SMTP carla@far.example'").CString());
     const Deliveries old = Current();
     const Deliveries next{{"Anna_Berg"}, {"SMTP carla@far.example"}};
     EXPECT_EQ(ReplaceDeliveries(&accounts_, postmaster_.get(), old, next), Replacement::OldRetained);

@@ -65,8 +65,8 @@ TEST_F(Postmaster, KeepsOldDeliveriesWhereNoAddressIsValid) {
 
 TEST_F(Postmaster, RemindsOfWhatCouldNotBeStored) {
     ASSERT_TRUE(Run("sixsix\n\n\n"));
-    database_.Refuse("NEW.name IN ('Password', 'Access-Domains', 'Account-Delivery')");
-    EXPECT_TRUE(Run("yes\nbetter password\n10.0.0.0/8\nroot\n"));
+    database_.Refuse("value IN ('better password', '10.0.0.0/8', 'SMTP carla@far.example')");
+    EXPECT_TRUE(Run("yes\nbetter password\n10.0.0.0/8\ncarla@far.example\n"));
     EXPECT_TRUE(Shows("WARNING:  The new password of the Postmaster account could not be stored."))
         << screen_;
     EXPECT_TRUE(Shows("WARNING:  The new Access-Domains of the Postmaster account")) << screen_;

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "tests/data_directory.h"
+#include "tests/refusal.h"
 
 namespace {
 
@@ -39,14 +40,22 @@ TEST_F(Store, TakesBackAtOnceAndWaitsForTheEnd) {
     EXPECT_TRUE(store_.Begin() && Add("Ann") && store_.End(true));
 }
 
+TEST_F(Store, TakesBackWhatIsUnfinishedAtItsEnd) {
+    {
+        AccountStore other;
+        ASSERT_TRUE(other.Begin() && other.Bind("Ann").is_new);
+    }
+    EXPECT_EQ(data_.Listing(), "MTA-Accounts");
+    EXPECT_EQ(store_.Find("Ann"), Lookup::Missing);
+}
+
 TEST_F(Store, IsNotWritableOnceTheLibraryHasGivenUp) {
     ASSERT_TRUE(store_.Begin() && Add("Ann") && store_.End(true));
     const auto other = sqlite::Connection::Open(data_.Config("MTA-Accounts"), sqlite::Mode::Shared);
-    ASSERT_TRUE(other->Execute(
-        "CREATE TRIGGER give_up BEFORE INSERT ON fields BEGIN SELECT RAISE(ROLLBACK, ''); END"));
+    ASSERT_TRUE(other->Execute(RollBackAtFieldsOfSame("value").CString()));
     ASSERT_TRUE(store_.Begin());
     const AccountStore::Binding bob = store_.Bind("Bob");
-    EXPECT_FALSE(store_.SetField(bob.id, "Bob", "Name", "Bob"));
+    EXPECT_FALSE(store_.SetField(bob.id, "Bob", "Name", {"Bob", "Bob"}));
     EXPECT_TRUE(store_.IsInTransaction());
     EXPECT_FALSE(store_.IsWritable());
     EXPECT_FALSE(store_.End(true));
@@ -54,6 +63,7 @@ TEST_F(Store, IsNotWritableOnceTheLibraryHasGivenUp) {
 }
 
 TEST_F(Store, EpochStaysWhileNoUidCanHaveBecomeFree) {
+    const AccountStore::Use use(store_);
     ASSERT_TRUE(store_.Begin() && Add("Ann") && store_.End(true));
     uint64_t epoch = store_.Epoch();
     ASSERT_TRUE(store_.Begin() && Add("Bob"));

@@ -9,8 +9,10 @@
 
 #include "support/database/account_keys.h"
 #include "support/database/sqlite.h"
+#include "support/system/command.h"
 #include "support/system/environment.h"
 #include "tests/data_directory.h"
+#include "tests/refusal.h"
 
 namespace {
 
@@ -210,23 +212,20 @@ TEST_F(Accounts, TransactionInsideAnotherDoesNothing) {
 // Rows refused in the middle of a change, as on a full disk.
 TEST_F(Accounts, RefusedChangeTakesBackItsTransaction) {
     ASSERT_TRUE(Make("Ann", "ann@example.com"));
-    const char* const refusals[] = {
-        "CREATE TRIGGER refuse BEFORE INSERT ON fields WHEN NEW.value = 'bad' BEGIN"
-        " SELECT RAISE(ABORT, 'no'); END",
-        "DROP TRIGGER refuse; CREATE TRIGGER refuse BEFORE INSERT ON fields WHEN NEW.value = 'bad' BEGIN"
-        " SELECT RAISE(ROLLBACK, 'all of it'); END",
-    };
-    for (const char* refusal : refusals) {
-        ASSERT_TRUE(OtherProcess()->Execute(refusal));
+    const SString refusals[] = {RefuseRows("fields", "value = 'bad'"),
+                                RollBackAtFieldsOfSame("account, name, value")};
+    for (const SString& refusal : refusals) {
+        ASSERT_TRUE(OtherProcess()->Execute(refusal.CString()));
         SAccountMod account;
         ASSERT_TRUE(accounts_.ModifyAccount("Ann", &account));
-        EXPECT_FALSE(account.Set("Name", {"good", "bad"}));
+        ASSERT_TRUE(account.Set("Name", "Ann"));
+        EXPECT_FALSE(account.Set("Name", {"bad", "bad"}));
         EXPECT_EQ(Field("Ann", "Name"), SStringList("Ann"));
         {
             AccountTransaction transaction;
             EXPECT_TRUE(Make("Bob"));
             EXPECT_TRUE(account.Set("Password", "secret"));
-            EXPECT_FALSE(account.Set("Name", {"good", "bad"}));
+            EXPECT_FALSE(account.Set("Name", {"bad", "bad"}));
             EXPECT_FALSE(account.Set("Name", "good"));  // would be lasting by itself
             EXPECT_FALSE(Make("Carol"));
             EXPECT_FALSE(AccountTransaction().IsOpen());
@@ -243,15 +242,13 @@ TEST_F(Accounts, RefusedChangeTakesBackItsTransaction) {
 // The library may give up the whole transaction at a refusal: what is written next would be lasting at once.
 TEST_F(Accounts, NothingIsWrittenIntoATransactionThatIsLost) {
     ASSERT_TRUE(Make("Ann"));
-    ASSERT_TRUE(
-        OtherProcess()->Execute("CREATE TRIGGER refuse BEFORE INSERT ON fields WHEN NEW.value = 'bad' BEGIN"
-                                " SELECT RAISE(ROLLBACK, 'all of it'); END"));
+    ASSERT_TRUE(OtherProcess()->Execute(RollBackAtFieldsOfSame("value").CString()));
     {
         AccountTransaction outer;
         EXPECT_TRUE(Make("Bob"));
         {
             const AccountTransaction inner;
-            EXPECT_FALSE(Make("bad"));
+            EXPECT_FALSE(Make("Bob2", {"Bob2"}));  // its name and its address are the same value
         }
         EXPECT_FALSE(Make("Carol"));
         EXPECT_FALSE(outer.Commit());
@@ -264,18 +261,85 @@ TEST_F(Accounts, FieldIsSetOnlyWhereEveryRowOfItIs) {
     ASSERT_TRUE(Make("Ann", "ann@example.com"));
     SAccountMod account;
     ASSERT_TRUE(accounts_.ModifyAccount("Ann", &account));
-    for (const char* change : {"DELETE ON fields", "INSERT ON fields", "DELETE ON addresses",
-                               "INSERT ON addresses", "INSERT ON addresses WHEN NEW.address LIKE 'b%'"}) {
-        const SString refusal =
-            SString("CREATE TRIGGER refuse BEFORE ") + change + " BEGIN SELECT RAISE(ABORT, 'no'); END";
-        ASSERT_TRUE(OtherProcess()->Execute(refusal.CString())) << change;
+    const SString refusals[] = {RefuseToRemoveRows("fields", "name = 'SMTP-Address'"),
+                                RefuseRows("fields", "value = 'a@example.com'"),
+                                RefuseToRemoveRows("addresses", "1"),
+                                RefuseRows("addresses", "address = 'a@example.com'"),
+                                RefuseRows("addresses", "address = 'b@example.com'")};
+    for (const SString& change : refusals) {
+        const SString sql = data_.WriteConfig("refusal.sql", change);
+        const SString said =
+            ReadCommand("sqlite3 " + data_.Config("MTA-Accounts") + " <" + sql + " 2>&1").Join();
+        ASSERT_EQ(said.Bytes().find("rror"), std::string::npos) << said;
         EXPECT_FALSE(account.Set("SMTP-Address", {"a@example.com", "b@example.com"})) << change;
         EXPECT_EQ(Field("Ann", "SMTP-Address"), SStringList("ann@example.com")) << change;
         EXPECT_EQ(Owner("ann@example.com"), "Ann") << change;
         EXPECT_EQ(Owner("a@example.com"), "") << change;
-        ASSERT_TRUE(OtherProcess()->Execute("DROP TRIGGER refuse"));
+        ASSERT_TRUE(OtherProcess()->Execute("DROP INDEX refuse"));
     }
     EXPECT_TRUE(account.Set("SMTP-Address", {"a@example.com", "b@example.com"}));
+}
+
+TEST_F(Accounts, StandInOneFileAfterEachOperation) {
+    const SString log = "MTA-Accounts MTA-Accounts-shm MTA-Accounts-wal";
+    ASSERT_TRUE(Make("Ann", "ann@example.com"));
+    EXPECT_EQ(data_.Listing(), "MTA-Accounts");
+    EXPECT_TRUE(Exists("Ann"));
+    EXPECT_EQ(data_.Listing(), "MTA-Accounts");
+    {
+        const AccountTransaction transaction;
+        EXPECT_TRUE(Make("Bob"));
+        EXPECT_EQ(data_.Listing(), log);
+    }
+    EXPECT_EQ(data_.Listing(), "MTA-Accounts");
+    {
+        const AccountSession session;
+        EXPECT_EQ(data_.Listing(), "MTA-Accounts");  // nothing was asked yet
+        EXPECT_TRUE(Make("Bob"));
+        const AccountSession inner;
+        EXPECT_TRUE(Exists("Bob"));
+        EXPECT_EQ(data_.Listing(), log);
+    }
+    EXPECT_EQ(data_.Listing(), "MTA-Accounts");
+    EXPECT_TRUE(SyncAccounts());
+    EXPECT_EQ(data_.Listing(), "MTA-Accounts");
+}
+
+SString listing_at_signal;
+const DataDirectory* directory_at_signal = nullptr;
+
+TEST_F(Accounts, AreClosedBeforeASignalComes) {
+    directory_at_signal = &data_;
+    const auto before =
+        signal(SIGTERM, [](int /*signal*/) { listing_at_signal = directory_at_signal->Listing(); });
+    for (const EndingSignals signals : {EndingSignals::Blocked, EndingSignals::Handled}) {
+        {
+            const AccountSession session(signals);
+            EXPECT_EQ(Make("Ann") || Exists("Ann"), true);
+            raise(SIGTERM);
+        }
+        EXPECT_EQ(listing_at_signal == "MTA-Accounts", signals == EndingSignals::Blocked);
+    }
+    signal(SIGTERM, before);
+}
+
+// Each opens and closes the file for each account: the log comes and goes under the other.
+TEST_F(Accounts, AreMadeByTwoProcessesAtOnce) {
+    pid_t children[2] = {};
+    for (pid_t& child : children) {
+        child = fork();
+        if (child != 0) continue;
+        int made = 0;
+        for (int i = 0; i < 100; ++i) made += Make("Account-" + SString(getpid()) + "-" + SString(i)) ? 1 : 0;
+        _exit(made == 100 ? 0 : 1);
+    }
+    for (const pid_t child : children) {
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        EXPECT_EQ(status, 0);
+    }
+    EXPECT_EQ(accounts_.AccountCount(), 200);
+    EXPECT_EQ(data_.Listing(), "MTA-Accounts");
 }
 
 TEST_F(Accounts, FailedTransactionWritesNothing) {

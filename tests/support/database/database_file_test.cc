@@ -3,6 +3,8 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "support/system/environment.h"
 #include "support/system/identity.h"
@@ -136,8 +138,8 @@ TEST_F(DatabaseFileTest, OnlyARegularFileOfItsFormatWillDo) {
         SCOPED_TRACE(c.what);
         c.make(path_);
         const struct stat before = Facts(path_);
-        EXPECT_EQ(StateForReading(), DatabaseState::Failed);
-        EXPECT_EQ(StateForWriting(), DatabaseState::Failed);
+        EXPECT_EQ(StateForReading(), DatabaseState::Foreign);
+        EXPECT_EQ(StateForWriting(), DatabaseState::Foreign);
         EXPECT_EQ(Facts(path_).st_size, before.st_size);
         EXPECT_EQ(Facts(path_).st_mtim.tv_nsec, before.st_mtim.tv_nsec);
         EXPECT_EQ(data_.Listing(), "Module");
@@ -146,6 +148,35 @@ TEST_F(DatabaseFileTest, OnlyARegularFileOfItsFormatWillDo) {
     PutEnv("TernHarbor", data_.Path() + "/nowhere");
     EXPECT_EQ(OpenForReading(DatabasePath("Module"), kFormat).state, DatabaseState::Missing);
     EXPECT_EQ(OpenForWriting(DatabasePath("Module"), kFormat).state, DatabaseState::Failed);
+}
+
+/// Makes the database in another process once the pipe is closed; the exit status is 0 if it could.
+pid_t MakeInChild(const SString& path, const DatabaseFormat& format, const int (&start)[2]) {
+    const pid_t child = fork();
+    if (child != 0) return child;
+    char byte = 0;
+    close(start[1]);
+    const bool has_started = read(start[0], &byte, 1) == 0;
+    _exit(has_started && OpenForWriting(path, format).state == DatabaseState::Ready ? 0 : 1);
+}
+
+TEST_F(DatabaseFileTest, TwoProcessesMayMakeItAtTheSameMoment) {
+    for (int round = 0; round < 60; ++round) {
+        const DatabaseFormat& format = round % 2 == 0 ? kWithLog : kFormat;
+        int start[2];
+        ASSERT_EQ(pipe(start), 0);
+        const pid_t children[] = {MakeInChild(path_, format, start), MakeInChild(path_, format, start)};
+        close(start[0]);
+        close(start[1]);
+        for (const pid_t child : children) {
+            int status = 0;
+            ASSERT_EQ(waitpid(child, &status, 0), child);
+            EXPECT_EQ(status, 0) << "round " << round;
+        }
+        EXPECT_EQ(*OpenForReading(path_, format).connection->Value("SELECT count(*) FROM t"), "1");
+        std::filesystem::remove_all(data_.Config("").Bytes());
+        MakeDir(data_.Config(""), 0750);
+    }
 }
 
 // A run on a database that may only be read must not leave anything that keeps the next one from writing.

@@ -7,7 +7,9 @@
 #include <csignal>
 
 #include "support/database/sqlite.h"
+#include "support/system/command.h"
 #include "tests/data_directory.h"
+#include "tests/refusal.h"
 
 namespace {
 
@@ -152,13 +154,14 @@ TEST_F(SdbfileTest, FullDiskLeavesTheOldValues) {
 TEST_F(SdbfileTest, RefusedRowLeavesTheOldValues) {
     ASSERT_TRUE(Store("/Config", "Key", {"one", "two"}));
     const auto other = sqlite::Connection::Open(data_.Config("Module"), sqlite::Mode::Shared);
-    for (const char* change : {"DELETE ON settings", "INSERT ON settings WHEN NEW.value = 'bad'"}) {
-        const SString refusal =
-            SString("CREATE TRIGGER refuse BEFORE ") + change + " BEGIN SELECT RAISE(ABORT, 'no'); END";
-        ASSERT_TRUE(other->Execute(refusal.CString())) << change;
+    for (const SString& change :
+         {RefuseToRemoveRows("settings", "1"), RefuseRows("settings", "value = 'bad'")}) {
+        const SString sql = data_.WriteConfig("refusal.sql", change);
+        const SString said = ReadCommand("sqlite3 " + data_.Config("Module") + " <" + sql + " 2>&1").Join();
+        ASSERT_EQ(said.Bytes().find("rror"), std::string::npos) << said;
         EXPECT_FALSE(Store("/Config", "Key", {"good", "bad"})) << change;
         EXPECT_EQ(Load("/Config", "Key"), SStringList({"one", "two"})) << change;
-        ASSERT_TRUE(other->Execute("DROP TRIGGER refuse"));
+        ASSERT_TRUE(other->Execute("DROP INDEX refuse"));
     }
 }
 
@@ -223,6 +226,92 @@ TEST_F(SdbfileTest, SettlesNothingWhereNothingIsAndFailsWhereItCannot) {
     const auto other = sqlite::Connection::Open(data_.Config("Module"), sqlite::Mode::Shared);
     ASSERT_TRUE(other->Execute("BEGIN EXCLUSIVE; DELETE FROM settings"));
     EXPECT_FALSE(SettleDatabase("Module"));  // another process is in the middle of it
+}
+
+class HeldDatabase : public SdbfileTest {
+  protected:
+    /// Whether another process may write at once.
+    bool OtherMayWrite() const {
+        const SString sql = "INSERT INTO settings VALUES ('/Config', 'Other', random(), '1')";
+        return ReadCommand("sqlite3 " + data_.Config("Module") + " \"" + sql + "\" 2>&1").IsEmpty();
+    }
+    Sdbfile handle_{"Module", 0};
+};
+
+TEST_F(HeldDatabase, IsReadButNotWritten) {
+    ASSERT_TRUE(Store("/Config", "Key", "value"));
+    EXPECT_TRUE(OtherMayWrite());
+    ASSERT_TRUE(handle_.Hold());
+    EXPECT_FALSE(OtherMayWrite());
+    EXPECT_TRUE(handle_.Open("/Config", 0));
+    EXPECT_EQ(handle_.Get("Key"), SStringList("value"));
+    EXPECT_FALSE(handle_.Open("/Other", 0));
+    EXPECT_TRUE(handle_.IsMissing());
+    EXPECT_TRUE(handle_.Get("Key").IsEmpty());
+    EXPECT_FALSE(handle_.Open("/Config", 1));
+    EXPECT_EQ(handle_.Bytes()->Length(), static_cast<size_t>(FileSize(data_.Config("Module"))));
+    EXPECT_FALSE(OtherMayWrite());  // reading has not dropped the lock
+    EXPECT_EQ(data_.Listing(), "Module");
+    handle_.CloseDB();
+    EXPECT_TRUE(OtherMayWrite());
+}
+
+TEST_F(HeldDatabase, IsNotHadWhileAnotherProcessWrites) {
+    ASSERT_TRUE(Store("/Config", "Key", "value"));
+    const auto other = sqlite::Connection::Open(data_.Config("Module"), sqlite::Mode::Shared);
+    ASSERT_TRUE(other->Execute("BEGIN IMMEDIATE"));
+    EXPECT_FALSE(handle_.Hold());
+    EXPECT_FALSE(handle_.Open("/Config", 1) != 0 && handle_.Set("Key", "new") != 0);
+    ASSERT_TRUE(other->Execute("ROLLBACK"));
+    EXPECT_TRUE(handle_.Hold());
+}
+
+TEST_F(HeldDatabase, HasNothingBesideIt) {
+    ASSERT_TRUE(Store("/Config", "Key", "value"));
+    LeaveUnfinished(data_.Config("Module"), "PRAGMA journal_mode = DELETE");
+    EXPECT_TRUE(handle_.Hold());
+    EXPECT_EQ(data_.Listing(), "Module");
+    handle_.CloseDB();
+    LeaveUnfinished(data_.Config("Module"), "PRAGMA journal_mode = WAL");
+    EXPECT_TRUE(handle_.Hold());
+    EXPECT_EQ(data_.Listing(), "Module");
+    handle_.CloseDB();
+    data_.WriteConfig("Module-journal", "");  // nothing to work off: SQLite lets it lie
+    EXPECT_TRUE(handle_.Hold());
+    EXPECT_EQ(data_.Listing(), "Module");
+    EXPECT_FALSE(OtherMayWrite());
+}
+
+TEST_F(HeldDatabase, NeedsNoLockWhereNobodyCanStore) {
+    EXPECT_TRUE(handle_.Hold());  // there is none
+    EXPECT_EQ(data_.Listing(), "");
+    data_.WriteConfig("Module", "no database");
+    EXPECT_TRUE(handle_.Hold());
+    EXPECT_FALSE(handle_.Open("/Config", 0));
+    data_.WriteConfig("Module-journal", "");
+    EXPECT_FALSE(handle_.Hold());
+}
+
+// Whoever opened the empty file before the exchange would else begin a journal for it beside the new one.
+TEST_F(HeldDatabase, IsMadeWhereTheFileIsEmpty) {
+    data_.WriteConfig("Module", "");
+    EXPECT_TRUE(handle_.Hold());
+    EXPECT_FALSE(handle_.Open("/Config", 0));
+    EXPECT_TRUE(handle_.IsMissing());
+    EXPECT_GT(FileSize(data_.Config("Module")), 0);
+}
+
+TEST_F(SdbfileTest, HandleFollowsTheFileInService) {
+    ASSERT_TRUE(Store("/Config", "Key", "old"));
+    Sdbfile database("Module", 0);
+    ASSERT_TRUE(database.Open("/Config", 1));
+    ASSERT_TRUE(Rename(data_.Config("Module"), data_.Config("Previous")));
+    EXPECT_FALSE(database.Set("Key", "nowhere"));
+    EXPECT_EQ(data_.Listing(), "Previous");
+    Sdbfile other("Module", 0);
+    ASSERT_TRUE(other.Open("/Other", 1));
+    EXPECT_TRUE(database.Set("Key", "new"));
+    EXPECT_EQ(Load("/Config", "Key"), SStringList("new"));
 }
 
 TEST_F(SdbfileTest, SurvivesDamageAnywhere) {

@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdint>
 
+#include "support/system/command.h"
+#include "support/system/file.h"
 #include "tests/temporary_folder.h"
 
 namespace {
@@ -85,6 +88,73 @@ TEST_F(Sqlite, TransactionThatTheLibraryGaveUpIsNotOpen) {
     EXPECT_TRUE(connection_->Execute("ROLLBACK"));
     EXPECT_FALSE(transaction.IsOpen());
     EXPECT_FALSE(transaction.Commit());
+}
+
+TEST_F(Sqlite, RunsNothingOfTheFilesOwn) {
+    const SString sql =
+        folder_.Write("hostile.sql",
+                      "CREATE TABLE t (x); CREATE TABLE log (x);"
+                      "CREATE TRIGGER own AFTER INSERT ON t BEGIN INSERT INTO log VALUES (1); END;"
+                      "CREATE VIEW seen AS SELECT 1 AS x;"
+                      "CREATE VIRTUAL TABLE words USING fts5(x);"
+                      "CREATE VIRTUAL TABLE pages USING dbstat;");
+    const SString hostile = folder_ / "hostile";
+    EXPECT_EQ(ReadCommand("sqlite3 " + hostile + " <" + sql + " 2>&1").Join(), "");
+    const auto connection = Connection::Open(hostile, Mode::Shared);
+    ASSERT_NE(connection, nullptr);
+    EXPECT_TRUE(connection->Execute("INSERT INTO t VALUES (1)"));
+    EXPECT_EQ(connection->Value("SELECT count(*) FROM log"), SString("0"));
+    EXPECT_FALSE(connection->Value("SELECT x FROM seen"));
+    EXPECT_FALSE(connection->Value("SELECT count(*) FROM words"));
+    EXPECT_FALSE(connection->Value("SELECT count(*) FROM pages"));
+    EXPECT_FALSE(connection->Execute("PRAGMA writable_schema = ON; DELETE FROM sqlite_schema"));
+    EXPECT_FALSE(connection->Execute("ATTACH ':memory:' AS other"));
+}
+
+TEST_F(Sqlite, TakesNoValueOfUnreasonableLength) {
+    ASSERT_TRUE(connection_->Execute("CREATE TABLE t (x)"));
+    Statement add = connection_->Prepare("INSERT INTO t VALUES (?1)");
+    const SString reasonable('x', 15 << 20);
+    const SString unreasonable('x', 17 << 20);
+    EXPECT_TRUE(Execution(add, reasonable).Run());
+    EXPECT_FALSE(Execution(add, unreasonable).Run());
+    EXPECT_FALSE(connection_->Value("SELECT hex(zeroblob(10000000))"));
+}
+
+TEST_F(Sqlite, GivesUpAStatementThatDoesNotEnd) {
+    constexpr const char* kEndless =
+        "WITH RECURSIVE n(x) AS (VALUES (1) UNION ALL SELECT x + 1 FROM n) SELECT count(*) FROM n";
+    connection_->SetTimeLimit(std::chrono::milliseconds(50));
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_FALSE(connection_->Value(kEndless));
+    EXPECT_FALSE(connection_->Execute(kEndless));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
+    EXPECT_EQ(connection_->Value("SELECT 1"), SString("1"));  // each statement has its own time
+}
+
+TEST_F(Sqlite, GivesTheBytesOfTheFile) {
+    ASSERT_TRUE(connection_->Execute("CREATE TABLE t (x); INSERT INTO t VALUES (zeroblob(10000))"));
+    const Transaction transaction(*connection_);
+    EXPECT_EQ(connection_->Bytes(), MapFileRead(path_));
+}
+
+TEST_F(Sqlite, NoticesThatTheNameLeadsElsewhere) {
+    ASSERT_TRUE(connection_->Execute("CREATE TABLE t (x)"));
+    EXPECT_FALSE(connection_->HasMoved());
+    ASSERT_TRUE(Rename(folder_.Write("other", ""), path_));
+    EXPECT_TRUE(connection_->HasMoved());
+}
+
+TEST_F(Sqlite, TellsALockFromDamage) {
+    const auto damaged = Connection::Open(folder_.Write("damaged", SString('x', 5000)), Mode::Shared);
+    EXPECT_FALSE(damaged->Value("SELECT count(*) FROM sqlite_schema"));
+    EXPECT_TRUE(damaged->IsDamaged());
+    EXPECT_FALSE(damaged->IsLocked());
+    const auto other = Open();
+    ASSERT_TRUE(other->Execute("BEGIN EXCLUSIVE"));
+    EXPECT_FALSE(connection_->Value("SELECT count(*) FROM sqlite_schema"));
+    EXPECT_TRUE(connection_->IsLocked());
+    EXPECT_FALSE(connection_->IsDamaged());
 }
 
 TEST_F(Sqlite, ImmutableReadsAndNeverWrites) {

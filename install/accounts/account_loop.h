@@ -7,7 +7,7 @@
 #include "install/accounts/account_results.h"
 #include "install/accounts/login_index.h"
 #include "install/accounts/new_account.h"
-#include "install/accounts/visitor.h"
+#include "install/visits/visitor.h"
 
 /// Without ids, which are looked up at the visit (LoginIndex): the password file may be another host's, and a
 /// login may vanish or change its ids while the administrator answers.

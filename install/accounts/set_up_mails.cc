@@ -1,8 +1,8 @@
 // Writes the messages of the account step to the queue.
 #include "install/accounts/set_up_mails.h"
 
-#include "install/accounts/forward_notice.h"
 #include "install/accounts/results_mail.h"
+#include "install/visits/forward_notice.h"
 #include "support/mail/queue.h"
 #include "support/system/clock.h"
 #include "support/system/environment.h"

@@ -10,8 +10,8 @@
 #include "install/settings.h"
 #include "install/site.h"
 #include "install/steps.h"
+#include "support/process/process.h"
 #include "support/system/identity.h"
-#include "support/system/process.h"
 #include "support/text/printable.h"
 
 namespace {

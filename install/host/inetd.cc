@@ -15,8 +15,8 @@
 #include "install/reminders.h"
 #include "install/settings.h"
 #include "install/steps.h"
+#include "support/process/process.h"
 #include "support/system/identity.h"
-#include "support/system/process.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include "install/host/probes.h"
 
-#include "support/system/command.h"
+#include "support/process/command.h"
+#include "support/process/process.h"
 #include "support/system/identity.h"
-#include "support/system/process.h"
 
 SStringList ListeningPorts() {
     const AsRoot root;

@@ -12,9 +12,9 @@
 #include "install/reminders.h"
 #include "install/settings.h"
 #include "install/steps.h"
+#include "support/process/process.h"
 #include "support/system/file.h"
 #include "support/system/identity.h"
-#include "support/system/process.h"
 #include "support/text/printable.h"
 
 namespace {

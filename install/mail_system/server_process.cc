@@ -4,7 +4,7 @@
 
 #include <csignal>
 
-#include "support/system/child_process.h"
+#include "support/process/child_process.h"
 #include "support/system/descriptor.h"
 #include "support/system/identity.h"
 

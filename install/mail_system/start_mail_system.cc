@@ -9,7 +9,7 @@
 #include "install/settings.h"
 #include "install/site.h"
 #include "install/steps.h"
-#include "support/system/process.h"
+#include "support/process/process.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include "support/database/account.h"
 #include "support/database/database_file.h"
-#include "support/system/blocked_signals.h"
+#include "support/process/blocked_signals.h"
 
 class AccountStore {
   public:

@@ -5,8 +5,8 @@
 #include <cstdlib>
 
 #include "install/host/server_lists.h"
+#include "support/process/process.h"
 #include "support/system/descriptor.h"
-#include "support/system/process.h"
 
 namespace {
 

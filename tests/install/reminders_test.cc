@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "install/settings.h"
-#include "support/system/command.h"
+#include "support/process/command.h"
 #include "tests/dialogue.h"
 
 namespace {

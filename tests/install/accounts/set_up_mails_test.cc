@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "install/accounts/forward_notice.h"
 #include "install/accounts/results_mail.h"
+#include "install/visits/forward_notice.h"
 #include "support/system/environment.h"
 #include "support/system/file.h"
 #include "tests/install/accounts/sample_results.h"

@@ -9,7 +9,7 @@
 
 #include "support/database/account_keys.h"
 #include "support/database/sqlite.h"
-#include "support/system/command.h"
+#include "support/process/command.h"
 #include "support/system/environment.h"
 #include "tests/data_directory.h"
 #include "tests/refusal.h"

@@ -7,7 +7,7 @@
 #include <csignal>
 
 #include "support/database/sqlite.h"
-#include "support/system/command.h"
+#include "support/process/command.h"
 #include "tests/data_directory.h"
 #include "tests/refusal.h"
 

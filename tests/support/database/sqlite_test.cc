@@ -5,7 +5,7 @@
 #include <chrono>
 #include <cstdint>
 
-#include "support/system/command.h"
+#include "support/process/command.h"
 #include "support/system/file.h"
 #include "tests/temporary_folder.h"
 

@@ -4,7 +4,7 @@
 #include "support/database/account.h"
 #include "support/database/sdbfile.h"
 #include "support/database/sqlite.h"
-#include "support/system/command.h"
+#include "support/process/command.h"
 #include "tests/data_directory.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "support/system/message_socket.h"
+#include "support/process/message_socket.h"
 
 #include <gtest/gtest.h>
 

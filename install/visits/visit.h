@@ -5,7 +5,7 @@
 #include <atomic>
 #include <climits>
 
-#include "install/accounts/maildrop.h"
+#include "install/visits/maildrop.h"
 #include "support/system/identity.h"
 #include "support/text/sstring_list.h"
 

@@ -1,9 +1,9 @@
 // Serves visits in a child process.
-#include "install/accounts/visitor_process.h"
+#include "install/visits/visitor_process.h"
 
-#include "install/accounts/forward_notice.h"
-#include "install/accounts/home_visit.h"
 #include "install/signals.h"
+#include "install/visits/forward_notice.h"
+#include "install/visits/home_visit.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // What the visitor's process does: one visit after the other, until its socket ends.
 #pragma once
 
-#include "install/accounts/visit.h"
-#include "support/system/message_socket.h"
+#include "install/visits/visit.h"
+#include "support/process/message_socket.h"
 
 /// Gives up all descriptors but the socket, ignores the terminal's signals, and answers requests in their
 /// order. Each answer is sent before the next visit begins.

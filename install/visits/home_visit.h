@@ -7,7 +7,7 @@
 // have.
 #pragma once
 
-#include "install/accounts/visit.h"
+#include "install/visits/visit.h"
 #include "support/text/sstring_list.h"
 
 struct HomeFindings {

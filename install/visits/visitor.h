@@ -15,10 +15,10 @@
 #include <deque>
 #include <memory>
 
-#include "install/accounts/visit.h"
-#include "support/system/message_socket.h"
+#include "install/visits/visit.h"
+#include "support/process/message_socket.h"
+#include "support/process/shared_memory.h"
 #include "support/system/mounts.h"
-#include "support/system/shared_memory.h"
 
 class Visitor {
   public:

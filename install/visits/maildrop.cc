@@ -1,5 +1,5 @@
 // Gives a maildrop file to its user and the mail group.
-#include "install/accounts/maildrop.h"
+#include "install/visits/maildrop.h"
 
 #include <fcntl.h>
 #include <sys/xattr.h>

@@ -1,4 +1,4 @@
-#include "support/system/command.h"
+#include "support/process/command.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "support/system/command.h"
+#include "support/process/command.h"
 
 #include <unistd.h>
 
@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <string>
 
+#include "support/process/blocked_signals.h"
 #include "support/system/descriptor.h"
 
 namespace {
@@ -16,26 +17,6 @@ constexpr size_t kLongestPiece = 511;
 // Standard input holds the administrator's next answers, and complaints do not belong on the screen. A Ctrl-C
 // reaches the whole foreground group and must not end a probe.
 const SString kSurroundings = "trap '' HUP INT QUIT TERM; exec </dev/null 2>/dev/null\n";
-
-constexpr std::array kTerminalSignals = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
-
-/// Blocks the terminal's signals for a scope, so that a child started in it survives them until it ignores
-/// them itself. This process gets them afterwards.
-class TerminalSignalsBlocked {
-  public:
-    TerminalSignalsBlocked() {
-        sigset_t terminal;
-        sigemptyset(&terminal);
-        for (const int number : kTerminalSignals) sigaddset(&terminal, number);
-        sigprocmask(SIG_BLOCK, &terminal, &before_);
-    }
-    ~TerminalSignalsBlocked() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
-    TerminalSignalsBlocked(const TerminalSignalsBlocked&) = delete;
-    TerminalSignalsBlocked& operator=(const TerminalSignalsBlocked&) = delete;
-
-  private:
-    sigset_t before_{};
-};
 
 /// Gives the programs that are started in a scope an environment of their own. The caller's could change what
 /// they print: PS_FORMAT and COLUMNS do for ps, TCPDIAG_FILE for ss, LD_PRELOAD for any.
@@ -54,7 +35,9 @@ class OwnEnvironment {
 };
 
 FILE* Start(const SString& command) {
-    const TerminalSignalsBlocked blocked;
+    // The child survives the terminal's signals until it ignores them itself; this process gets them
+    // afterwards.
+    const BlockedSignals terminal{SIGHUP, SIGINT, SIGQUIT, SIGTERM};
     const OwnEnvironment own;
     return popen((kSurroundings + command).CString(), "re");
 }

@@ -1,5 +1,5 @@
 // The prescribed texts for users with ".forward" files.
-#include "install/accounts/forward_notice.h"
+#include "install/visits/forward_notice.h"
 
 #include "install/console.h"
 #include "support/system/clock.h"

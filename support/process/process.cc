@@ -1,10 +1,10 @@
-#include "support/system/process.h"
+#include "support/process/process.h"
 
 #include <algorithm>
 #include <csignal>
 #include <limits>
 
-#include "support/system/command.h"
+#include "support/process/command.h"
 #include "support/system/file.h"
 #include "support/system/identity.h"
 #include "support/text/pattern.h"

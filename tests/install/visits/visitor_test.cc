@@ -1,6 +1,6 @@
 // The visitor, at homes of logins that every Debian host has. A home that does not answer is a visitor that
 // is stopped here; the scenarios have one on a file system that hangs.
-#include "install/accounts/visitor.h"
+#include "install/visits/visitor.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

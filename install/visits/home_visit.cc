@@ -1,5 +1,5 @@
 // Reads and writes in a home, as its user.
-#include "install/accounts/home_visit.h"
+#include "install/visits/home_visit.h"
 
 #include <fcntl.h>
 #include <unistd.h>

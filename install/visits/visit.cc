@@ -1,5 +1,5 @@
 // Requests and answers as messages.
-#include "install/accounts/visit.h"
+#include "install/visits/visit.h"
 
 namespace {
 

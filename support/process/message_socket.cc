@@ -1,5 +1,5 @@
 // Frames messages by their length, and moves bytes without waiting.
-#include "support/system/message_socket.h"
+#include "support/process/message_socket.h"
 
 #include <poll.h>
 #include <sys/socket.h>

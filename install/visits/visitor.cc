@@ -1,5 +1,5 @@
 // Keeps one visitor at work, and replaces it.
-#include "install/accounts/visitor.h"
+#include "install/visits/visitor.h"
 
 #include <sys/wait.h>
 
@@ -7,8 +7,8 @@
 #include <csignal>
 #include <utility>
 
-#include "install/accounts/visitor_process.h"
-#include "support/system/child_process.h"
+#include "install/visits/visitor_process.h"
+#include "support/process/child_process.h"
 
 namespace {
 

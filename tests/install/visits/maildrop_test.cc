@@ -1,4 +1,4 @@
-#include "install/accounts/maildrop.h"
+#include "install/visits/maildrop.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

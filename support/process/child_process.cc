@@ -1,5 +1,5 @@
 // Forks, again if the system is loaded.
-#include "support/system/child_process.h"
+#include "support/process/child_process.h"
 
 #include <unistd.h>
 

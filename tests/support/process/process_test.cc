@@ -1,4 +1,4 @@
-#include "support/system/process.h"
+#include "support/process/process.h"
 
 #include <arpa/inet.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "install/accounts/forward_notice.h"
+#include "install/visits/forward_notice.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "install/accounts/home_visit.h"
+#include "install/visits/home_visit.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

@@ -87,11 +87,14 @@ void AccountLoop::FinishVisited() {
 
 /// False if the host does not know the login any more.
 bool AccountLoop::Send(const Candidate& candidate) {
-    auto user = logins_.Find(candidate.login);
-    if (!user) return false;
-    const bool is_visited = IsFileName(candidate.login);
-    visitor_.Send({is_visited ? MaildropPath(candidate.login) : "", is_visited ? candidate.home : "", *user});
-    sent_.push_back(candidate);
+    const auto user = logins_.Find(candidate.login);
+    if (!user && !logins_.HasFailed()) return false;
+    VisitRequest request;
+    if (user && IsFileName(candidate.login)) {
+        request = {MaildropPath(candidate.login), candidate.home, *user};
+    }
+    visitor_.Send(std::move(request));
+    sent_.push_back({candidate, user.has_value()});
     return true;
 }
 
@@ -116,7 +119,9 @@ AccountLoop::Visits AccountLoop::TakeSome(std::deque<Candidate>* candidates) {
 /// Nothing if the visit did not begin before the end.
 std::optional<AccountLoop::Visit> AccountLoop::Take() {
     Visit visit;
-    visit.candidate = TakeFirst(&sent_);
+    visit.candidate = std::move(sent_.front().candidate);
+    visit.is_known = sent_.front().is_known;
+    sent_.pop_front();
     const Candidate& candidate = visit.candidate;
     VisitAnswer answer = visitor_.Next();
     if (answer.end == VisitEnd::Stopped) return std::nullopt;
@@ -136,17 +141,24 @@ SStringList AccountLoop::Addresses(const SString& login) const {
     return addresses;
 }
 
+/// Of a login of which the host could not tell, none.
+void AccountLoop::MakeAccounts(Make make, Visits* visits) {
+    for (Visit& visit : *visits) {
+        if (visit.is_known) visit.outcome = make(visit.account, &visit.uid_and_password);
+    }
+}
+
 /// All accounts in one transaction. False if a refusal rolled it back. True if the lock could not be had:
 /// each login alone would wait 5 s for it again.
 bool AccountLoop::WriteTogether(Visits* visits) {
     AccountTransaction transaction;
-    for (Visit& visit : *visits) visit.outcome = MakeAccountInBatch(visit.account, &visit.uid_and_password);
+    MakeAccounts(MakeAccountInBatch, visits);
     return transaction.Commit() || !transaction.IsOpen();
 }
 
 void AccountLoop::Write(Visits* visits) {
     if (visits->size() == 1 || !WriteTogether(visits)) {
-        for (Visit& visit : *visits) visit.outcome = MakeAccount(visit.account, &visit.uid_and_password);
+        MakeAccounts(MakeAccount, visits);
     }
     for (const Visit& visit : *visits) Record(visit);
 }

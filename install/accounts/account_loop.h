@@ -35,8 +35,13 @@ class AccountLoop {
     void Run(std::deque<Candidate> candidates);
 
   private:
+    struct Sent {
+        Candidate candidate;
+        bool is_known;  // to the host, which may have refused to tell
+    };
     struct Visit {
         Candidate candidate;
+        bool is_known = true;
         NewAccount account;
         Maildrop maildrop = Maildrop::Fine;
         AccountOutcome outcome = AccountOutcome::Failed;
@@ -54,6 +59,8 @@ class AccountLoop {
     void WriteAndPrint(Visits* visits);
     SStringList Addresses(const SString& login) const;
     SString MaildropPath(const SString& login) const { return site_.maildrop_directory + login; }
+    using Make = AccountOutcome (*)(const NewAccount& account, SString* uid_and_password);
+    static void MakeAccounts(Make make, Visits* visits);
     static bool WriteTogether(Visits* visits);
     void Write(Visits* visits);
     void Record(const Visit& visit);
@@ -65,5 +72,5 @@ class AccountLoop {
     AccountResults* results_;
     LoginIndex logins_;
     Visitor visitor_;
-    std::deque<Candidate> sent_;  // to the visitor, not answered yet
+    std::deque<Sent> sent_;  // to the visitor, not answered yet
 };

@@ -2,10 +2,13 @@
 #include "install/accounts/login_index.h"
 
 #include <grp.h>
+#include <pwd.h>
 
 #include <algorithm>
+#include <cerrno>
 
 #include "install/accounts/password_entries.h"
+#include "install/settings.h"
 
 namespace {
 
@@ -23,8 +26,12 @@ std::optional<Identity> LoginIndex::Find(const SString& login) {
         Ids ids = rows.front().value;  // of a duplicate login, the first counts, as with getpwnam
         return Identity{ids.uid, ids.gid, Groups(login, ids.gid)};
     }
+    errno = 0;
     auto entry = EntryOf(login);
-    if (!entry) return std::nullopt;
+    if (!entry) {
+        has_failed_ = errno != 0 || getpwuid(static_cast<uid_t>(gn_MailUID)) == nullptr;
+        return std::nullopt;
+    }
     return Identity{entry->uid, entry->gid, GroupsOf(login, entry->gid)};
 }
 

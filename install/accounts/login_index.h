@@ -19,8 +19,11 @@ class LoginIndex {
                         const SString& group_file = "/etc/group")
         : password_watch_(password_file), group_watch_(group_file) {}
 
-    /// Nullopt if the host does not know the login.
+    /// Nullopt if the host does not know the login, or could not tell.
     std::optional<Identity> Find(const SString& login);
+    /// Whether it could not tell of the login that was not found last. With systemd among its sources it
+    /// fails without an error, but the mail owner, there at start-up, is then missing, too.
+    bool HasFailed() const { return has_failed_; }
 
   private:
     struct Ids {
@@ -33,6 +36,7 @@ class LoginIndex {
 
     FileWatch password_watch_;
     FileWatch group_watch_;
+    bool has_failed_ = false;
     NameTable<Ids> logins_;
     NameTable<gid_t> members_;  // a row for each group that lists the login
 };

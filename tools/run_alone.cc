@@ -10,6 +10,7 @@
 
 #include "install/console.h"
 #include "install/one_copy.h"
+#include "support/process/child_process.h"
 
 namespace {
 
@@ -25,17 +26,15 @@ int Refuse(const SString& reason) {
 
 /// Not exec alone: the command's own children, some of them the mail owner's, would inherit the lock's file.
 int Run(char** arguments) {
-    const pid_t child = fork();
-    if (child < 0) return kCouldNotRun;
-    if (child == 0) {
+    const pid_t child = StartChild([&] {
         execv(arguments[0], arguments);
         _exit(kCouldNotRun);
-    }
+    });
     // Ctrl-C reaches the command, too, and the lock must outlast it.
     std::signal(SIGINT, SIG_IGN);
     std::signal(SIGQUIT, SIG_IGN);
     int status = 0;
-    if (waitpid(child, &status, 0) != child) return kCouldNotRun;
+    if (child < 0 || waitpid(child, &status, 0) != child) return kCouldNotRun;
     return WIFEXITED(status) ? WEXITSTATUS(status) : kSignalled + WTERMSIG(status);
 }
 

@@ -45,6 +45,7 @@ void Visitor::Start() {
 void Visitor::End(bool is_idle) {
     if (!child_) return;
     const pid_t id = child_->id;
+    child_->socket.Shutdown();
     child_.reset();
     if (!is_idle) kill(id, SIGKILL);
     waitpid(id, nullptr, is_idle ? 0 : WNOHANG);

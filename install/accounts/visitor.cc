@@ -141,7 +141,7 @@ VisitAnswer Visitor::GiveUp(Wait reason) {
     Remind(is_at_maildrop ? "Maildrop did not answer: " + request.maildrop
                           : "Home directory did not answer: " + request.home);
     if (reason == Wait::TooLong) NoteSilence();
-    const VisitAnswer answer = Finish({VisitEnd::Unanswered});
+    const VisitAnswer answer = Finish({VisitEnd::Unanswered, child_->progress->FoundMaildrop()});
     TransmitAgain();
     return answer;
 }

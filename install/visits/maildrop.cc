@@ -50,33 +50,19 @@ void AwaitDelivery(const Descriptor& file) {
     for (int i = 0; i < kTries && fcntl(file.Get(), F_OFD_SETLK, &lock) != 0; ++i) usleep(kPause);
 }
 
-/// Mail that was delivered to the old file just before the new one took its place.
-void MoveMail(const RegularFile& old, const SString& path) {
-    const auto mail = old.descriptor.ReadAll();
-    if (!mail || mail->IsEmpty()) return;
-    const RegularFile file = OpenRegularFile(path, O_WRONLY | O_APPEND, Links::NotAtEnd);
-    if (file && IsPlain(file.status)) file.descriptor.WriteAll(*mail);
-}
-
-bool IsEmpty(const RegularFile& file) {
-    const auto now = file.descriptor.Stat();
-    return now && now->st_size == 0;
-}
-
-/// The new file is root's until the mail is in it: its owner could exchange it.
-bool ReplaceEmpty(const SString& path, const RegularFile& old, const Owner& owner) {
-    AwaitDelivery(old.descriptor);
+/// Opens it for the lock only: its maker could refuse to let it be opened (a lease, fcntl(2)).
+bool ReplaceEmpty(const SString& path, const struct stat& seen, const Owner& owner) {
+    const RegularFile old = OpenPlain(path, seen, O_RDWR);
+    if (old) AwaitDelivery(old.descriptor);
     PendingFile file(path);
-    if (!IsEmpty(old) || !file.Replace(old.status)) return false;
-    MoveMail(old, path);
-    return Give(file.File(), owner);
+    return file.Replace(seen) && Give(file.File(), owner);
 }
 
 void Repair(const SString& path, const struct stat& seen, const Owner& owner) {
     const bool is_anothers = seen.st_uid != owner.uid && seen.st_uid != kRoot;
-    const RegularFile file = OpenPlain(path, seen, is_anothers ? O_RDWR : O_WRONLY);
+    if (is_anothers && seen.st_size == 0 && ReplaceEmpty(path, seen, owner)) return;
+    const RegularFile file = OpenPlain(path, seen, O_WRONLY);
     if (!file) return;
-    if (is_anothers && IsEmpty(file) && ReplaceEmpty(path, file, owner)) return;
     const bool is_right = IsOwnedBy(file.status, owner) && (file.status.st_mode & 07777) == kMode;
     if (!is_right) Give(file.descriptor, owner);
 }

@@ -42,6 +42,10 @@ class VisitProgress {
     SString Place() const { return SString(place_.data()); }
     bool IsBehindLink() const { return is_behind_link_; }
 
+    /// A visit that hangs at the home has found this out before.
+    void FoundMaildrop(Maildrop maildrop) { maildrop_ = maildrop; }
+    Maildrop FoundMaildrop() const { return maildrop_; }
+
     /// The visitor begins no further visit.
     void Stop() { is_stopped_ = true; }
     bool IsStopped() const { return is_stopped_; }
@@ -50,6 +54,7 @@ class VisitProgress {
     std::array<char, PATH_MAX> place_;
     std::atomic<bool> is_behind_link_;
     std::atomic<bool> is_stopped_;
+    std::atomic<Maildrop> maildrop_;  // of the visit that is under way
 };
 
 SStringList ToMessage(const VisitRequest& request);

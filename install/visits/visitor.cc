@@ -45,6 +45,7 @@ void Visitor::Start() {
 void Visitor::End(bool is_idle) {
     if (!child_) return;
     const pid_t id = child_->id;
+    child_->socket.Shutdown();
     child_.reset();
     if (!is_idle) kill(id, SIGKILL);
     waitpid(id, nullptr, is_idle ? 0 : WNOHANG);
@@ -140,7 +141,7 @@ VisitAnswer Visitor::GiveUp(Wait reason) {
     Remind(is_at_maildrop ? "Maildrop did not answer: " + request.maildrop
                           : "Home directory did not answer: " + request.home);
     if (reason == Wait::TooLong) NoteSilence();
-    const VisitAnswer answer = Finish({VisitEnd::Unanswered});
+    const VisitAnswer answer = Finish({VisitEnd::Unanswered, child_->progress->FoundMaildrop()});
     TransmitAgain();
     return answer;
 }

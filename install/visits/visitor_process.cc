@@ -13,9 +13,11 @@ VisitAnswer Visit(const VisitRequest& request, const SString& host, gid_t mail_g
                   VisitProgress* progress) {
     VisitAnswer answer;
     answer.end = VisitEnd::Visited;
+    progress->FoundMaildrop(Maildrop::Fine);
     if (!request.maildrop.IsEmpty()) {
         progress->LookAt(request.maildrop);
         answer.maildrop = RepairMaildrop(request.maildrop, request.user, mail_group);
+        progress->FoundMaildrop(answer.maildrop);
     }
     if (!request.home.IsEmpty()) {
         const HomeFindings findings =

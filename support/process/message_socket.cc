@@ -32,6 +32,10 @@ std::optional<std::pair<MessageSocket, MessageSocket>> MessageSocket::Pair() {
     return std::pair(MessageSocket(Descriptor(ends[0])), MessageSocket(Descriptor(ends[1])));
 }
 
+void MessageSocket::Shutdown() const {
+    shutdown(socket_.Get(), SHUT_RDWR);
+}
+
 void MessageSocket::Queue(const SStringList& message) {
     std::string fields;
     for (const SString& field : message) {

@@ -17,6 +17,8 @@ class MessageSocket {
     static std::optional<std::pair<MessageSocket, MessageSocket>> Pair();
 
     const Descriptor& Socket() const { return socket_; }
+    /// Ends it for both processes, even if a third one holds a copy.
+    void Shutdown() const;
     /// Sent by the calls of Transfer that follow.
     void Queue(const SStringList& message);
     bool HasQueued() const { return !outgoing_.empty(); }

@@ -46,7 +46,8 @@ bool PendingFile::Write(const SString& bytes) {
 bool PendingFile::Replace(const struct stat& replaced) {
     if (!file_ || !whole_ || !file_.Sync() || !ExchangeNames(other_name_, path_)) return false;
     struct stat facts {};
-    if (lstat(other_name_.CString(), &facts) == 0 && IsSameFile(facts, replaced)) return true;
+    const bool is_meant = lstat(other_name_.CString(), &facts) == 0 && IsSameFile(facts, replaced);
+    if (is_meant && facts.st_size == replaced.st_size) return true;
     ExchangeNames(other_name_, path_);
     return false;
 }

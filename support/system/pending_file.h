@@ -27,7 +27,7 @@ class PendingFile {
     /// directory's sync failed.
     bool Publish();
     /// Exchanges names with the file that has the path, and removes that. False, with nothing changed, if
-    /// another file than this one has it by then, or if the file system cannot exchange names. File stays
+    /// it is another file or of another size by then, or if the file system cannot exchange names. File stays
     /// open.
     bool Replace(const struct stat& replaced);
 

@@ -6,6 +6,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdint>
 #include <string>
 
@@ -96,6 +97,22 @@ TEST(RepairMaildrop, ReplacesAFileThatItsMakerLocks) {
     RepairMaildrop(path, kUser, kMail);
     EXPECT_EQ(StatusOf(path).st_uid, 2001U);
     EXPECT_FALSE(IsSameFile(StatusOf(path), *makers.Stat()));
+}
+
+/// Nor does a lease, which makes every attempt to open the file fail.
+TEST(RepairMaildrop, ReplacesAFileThatItsMakerLetsNobodyOpen) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("anna", "", 0660);
+    ASSERT_EQ(chown(path.CString(), 33, 2008), 0);
+    const auto before = std::signal(SIGIO, SIG_IGN);  // asks for the lease back
+    {
+        const Descriptor makers = Descriptor::Open(path, O_RDWR);
+        ASSERT_EQ(fcntl(makers.Get(), F_SETLEASE, F_WRLCK), 0);
+        RepairMaildrop(path, kUser, kMail);
+        EXPECT_EQ(StatusOf(path).st_uid, 2001U);
+        EXPECT_FALSE(IsSameFile(StatusOf(path), *makers.Stat()));
+    }
+    std::signal(SIGIO, before);
 }
 
 /// "version 2, then tag, rights and id of each entry" (linux/posix_acl_xattr.h): the login 33 may read and

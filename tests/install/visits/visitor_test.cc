@@ -5,12 +5,14 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <fstream>
 
 #include "install/accounts/login_index.h"
+#include "support/system/child_process.h"
 #include "support/system/environment.h"
 #include "tests/install/accounts/home_of_login.h"
 
@@ -134,6 +136,16 @@ TEST_F(VisitorTest, EndsWithItsSocketAndHoldsNoOther) {
         EXPECT_EQ(RealPath(folder + "/1"), "/dev/null");
     }
     EXPECT_NE(kill(child, 0), 0);
+}
+
+TEST_F(VisitorTest, EndsThoughAnotherProcessHoldsItsSocket) {
+    pid_t other = 0;
+    {
+        const Visitor visitor("mail.example.com", 8);
+        other = StartChild([] { pause(); });
+    }
+    kill(other, SIGKILL);
+    EXPECT_EQ(waitpid(other, nullptr, 0), other);
 }
 
 }  // namespace

@@ -77,6 +77,17 @@ TEST(PendingFile, TakesThePlaceOfTheFileThatIsMeantAlone) {
     EXPECT_EQ(ReadDir(folder / "").Count(), 2U);
 }
 
+TEST(PendingFile, ReplacesNoFileThatHasGrown) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("file", "");
+    struct stat meant {};
+    ASSERT_EQ(stat(path.CString(), &meant), 0);
+    folder.Write("file", "mail\n");
+    EXPECT_FALSE(PendingFile(path).Replace(meant));
+    EXPECT_EQ(MapFileRead(path), "mail\n");
+    EXPECT_EQ(ReadDir(folder / "").Count(), 1U);
+}
+
 TEST(PendingFile, IsOpenToOwnerAndGroupLessTheMask) {
     const TemporaryFolder folder;
     const mode_t before = umask(007);

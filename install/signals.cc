@@ -7,10 +7,10 @@
 #include <cstring>
 
 #include "install/settings.h"
+#include "support/process/blocked_signals.h"
 
 namespace {
 
-constexpr int kSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
 constexpr int kEndedBySignal = 3;
 constexpr char pz_PleaseWait[] = "\nPlease wait until I'm finished with this.\n\n";
 
@@ -26,10 +26,6 @@ void SignalHandler(int /*signal*/) {
     errno = error;
 }
 
-void IgnoreSignals() {
-    for (const int number : kSignals) signal(number, SIG_IGN);
-}
-
 void SetupSignalHandler() {
     struct sigaction action = {};
     action.sa_handler = SignalHandler;
@@ -37,7 +33,7 @@ void SetupSignalHandler() {
     sigfillset(&action.sa_mask);
     sigset_t ours;
     sigemptyset(&ours);
-    for (const int signal : kSignals) {
+    for (const int signal : kTerminalSignals) {
         sigaction(signal, &action, nullptr);
         sigaddset(&ours, signal);
     }

@@ -3,8 +3,6 @@
 
 /// Handles SIGHUP, SIGINT, SIGQUIT and SIGTERM, and unblocks them in case the parent had them blocked.
 void SetupSignalHandler();
-/// For a child that its parent ends: it ignores them.
-void IgnoreSignals();
 /// Ends the program with status 3 while gf_OkToBeKilled is set. Otherwise asks for patience and sets
 /// gf_Killed.
 void SignalHandler(int signal);

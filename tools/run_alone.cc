@@ -10,6 +10,7 @@
 
 #include "install/console.h"
 #include "install/one_copy.h"
+#include "support/process/blocked_signals.h"
 #include "support/process/child_process.h"
 
 namespace {
@@ -30,9 +31,8 @@ int Run(char** arguments) {
         execv(arguments[0], arguments);
         _exit(kCouldNotRun);
     });
-    // Ctrl-C reaches the command, too, and the lock must outlast it.
-    std::signal(SIGINT, SIG_IGN);
-    std::signal(SIGQUIT, SIG_IGN);
+    // The lock must outlast the command, which Ctrl-C reaches, too.
+    for (const int number : kTerminalSignals) std::signal(number, SIG_IGN);
     int status = 0;
     if (child < 0 || waitpid(child, &status, 0) != child) return kCouldNotRun;
     return WIFEXITED(status) ? WEXITSTATUS(status) : kSignalled + WTERMSIG(status);

@@ -30,6 +30,8 @@ class PasswordEntries {
     PasswordEntries(const PasswordEntries&) = delete;
     PasswordEntries& operator=(const PasswordEntries&) = delete;
 
+    /// Whether the file could not be read to its end.
+    bool HasFailed() const { return file_ && ferror(file_.get()) != 0; }
     /// False if the file could not be opened.
     bool IsOpen() const { return all_sources_ || file_ != nullptr; }
     /// Nullopt after the last entry.

@@ -66,7 +66,7 @@ std::deque<Candidate> SelectCandidates(PasswordEntries* entries, AccountResults*
     return candidates;
 }
 
-/// The users who shall have accounts. Nullopt if the password file cannot be opened.
+/// The users who shall have accounts. Nullopt if the password file cannot be opened or read.
 std::optional<std::deque<Candidate>> ReadCandidates(AccountMethod method, AccountResults* results) {
     if (method == AccountMethod::AllSources) {
         Print("Searching for users.... \n\n");
@@ -76,7 +76,8 @@ std::optional<std::deque<Candidate>> ReadCandidates(AccountMethod method, Accoun
     Print("Searching through " + gstr_PasswdFile + "....\n\n");
     PasswordEntries entries(gstr_PasswdFile);
     if (!entries.IsOpen()) return std::nullopt;
-    return SelectCandidates(&entries, results);
+    auto candidates = SelectCandidates(&entries, results);
+    return entries.HasFailed() ? std::nullopt : std::optional(std::move(candidates));
 }
 
 void SyncNewAccounts(const AccountResults& results) {

@@ -27,7 +27,8 @@ bool LeadsToRegularFile(const SString& path, VisitProgress* progress) {
 /// The lines of a user's file, without their line ends.
 SStringList ReadLines(const SString& path, VisitProgress* progress) {
     if (!LeadsToRegularFile(path, progress)) return {};  // opening a device or a FIFO may have effects
-    const RegularFile file = OpenRegularFile(path, O_RDONLY, Links::NotMagic);
+    const RegularFile file =
+        OpenRegularFile(path, progress->IsBehindLink() ? O_RDONLY : O_RDONLY | O_NOFOLLOW, Links::NotMagic);
     if (!file || file.status.st_size == 0) return {};
     auto text = file.descriptor.ReadAll(kMostBytes + 1);
     if (!text) return {};

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "install/visits/visitor_process.h"
+#include "support/process/blocked_signals.h"
 #include "support/process/child_process.h"
 
 namespace {
@@ -34,6 +35,8 @@ void Visitor::Start() {
     auto child = std::make_unique<Child>();
     auto ends = MessageSocket::Pair();
     if (!ends || !child->progress.IsThere()) return;
+    // The terminal's signals reach its whole group; the visitor never takes them.
+    const BlockedSignals blocked(kTerminalSignals);
     child->id =
         StartChild([&] { ServeVisits(std::move(ends->second), host_, mail_group_, &*child->progress); });
     if (child->id < 0) return;
@@ -110,21 +113,21 @@ bool Visitor::HasAnswer(steady_clock::time_point until) {
 VisitAnswer Visitor::Next() {
     if (!child_) return AnswerWithoutVisit();
     const Wait outcome = AwaitPatiently();
-    if (outcome == Wait::Answered) return Finish(*answer_);
+    if (outcome == Wait::Answered) return Finish(std::move(*answer_));
     return outcome == Wait::Ended && !was_tried_ && !is_stopped_ ? TryAgain() : GiveUp(outcome);
 }
 
-VisitAnswer Visitor::Finish(const VisitAnswer& answer) {
-    const VisitAnswer finished = answer;
+VisitAnswer Visitor::Finish(VisitAnswer answer) {
     requests_.pop_front();
     answer_.reset();
     was_tried_ = false;
-    return finished;
+    return answer;
 }
 
 VisitAnswer Visitor::AnswerWithoutVisit() {
     if (is_stopped_) return Finish({VisitEnd::Stopped});
     if (!requests_.front().home.IsEmpty()) Remind(SString(kNotVisited) + "/");
+    if (!requests_.front().maildrop.IsEmpty()) Remind(SString(kNotRepaired) + "/");
     return Finish({VisitEnd::Unanswered});
 }
 
@@ -137,20 +140,23 @@ VisitAnswer Visitor::TryAgain() {
 
 VisitAnswer Visitor::GiveUp(Wait reason) {
     const VisitRequest& request = requests_.front();
-    const bool is_at_maildrop = !request.maildrop.IsEmpty() && child_->progress->Place() == request.maildrop;
+    const SString place = child_->progress->Place();
+    const bool is_at_maildrop = !request.maildrop.IsEmpty() && place == request.maildrop;
+    const bool is_at_home = !request.home.IsEmpty() && place.StartsWith(request.home.Bytes());
     Remind(is_at_maildrop ? "Maildrop did not answer: " + request.maildrop
                           : "Home directory did not answer: " + request.home);
-    if (reason == Wait::TooLong) NoteSilence();
-    const VisitAnswer answer = Finish({VisitEnd::Unanswered, child_->progress->FoundMaildrop()});
+    // Of one that has not come to this visit, the place says nothing.
+    if (reason == Wait::TooLong && (is_at_maildrop || is_at_home)) NoteSilence(place);
+    VisitAnswer answer = Finish({VisitEnd::Unanswered, child_->progress->FoundMaildrop()});
     TransmitAgain();
     return answer;
 }
 
 /// What a user's link leads to says nothing of others' homes.
-void Visitor::NoteSilence() {
+void Visitor::NoteSilence(const SString& place) {
     if (child_->progress->IsBehindLink()) return;
     mounts_ = Mounts::Now();
-    silent_points_.Push(mounts_->PointOf(child_->progress->Place()));
+    silent_points_.Push(mounts_->PointOf(place));
 }
 
 void Visitor::Stop() {

@@ -55,11 +55,11 @@ class Visitor {
     bool Receive(std::chrono::milliseconds patience);
     Wait Await(std::chrono::steady_clock::time_point until);
     Wait AwaitPatiently();
-    VisitAnswer Finish(const VisitAnswer& answer);
+    VisitAnswer Finish(VisitAnswer answer);
     VisitAnswer AnswerWithoutVisit();
     VisitAnswer TryAgain();
     VisitAnswer GiveUp(Wait reason);
-    void NoteSilence();
+    void NoteSilence(const SString& place);
     void Skip(SString* path, const SString& reminder);
     void Remind(const SString& reminder);
 

@@ -1,7 +1,6 @@
 // Serves visits in a child process.
 #include "install/visits/visitor_process.h"
 
-#include "install/signals.h"
 #include "install/visits/forward_notice.h"
 #include "install/visits/home_visit.h"
 
@@ -47,7 +46,6 @@ bool Send(const VisitAnswer& answer, MessageSocket* socket) {
 }  // namespace
 
 void ServeVisits(MessageSocket socket, const SString& host, gid_t mail_group, VisitProgress* progress) {
-    IgnoreSignals();
     KeepOnly(socket.Socket());
     bool is_heard = true;
     while (is_heard) {

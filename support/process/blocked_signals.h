@@ -1,8 +1,12 @@
 // Holds back signals for a stretch of work that one must not cut short.
 #pragma once
 
+#include <array>
 #include <csignal>
-#include <initializer_list>
+#include <span>
+
+/// What a terminal and an administrator end programs with.
+inline constexpr std::array kTerminalSignals = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
 
 /// What came meanwhile is delivered at the scope's end. Scopes nest.
 class BlockedSignals {
@@ -14,7 +18,7 @@ class BlockedSignals {
         sigprocmask(SIG_BLOCK, &all, &before_);
     }
     /// A child that is started in the scope inherits that they are blocked.
-    BlockedSignals(std::initializer_list<int> numbers) {
+    explicit BlockedSignals(std::span<const int> numbers) {
         sigset_t signals;
         sigemptyset(&signals);
         for (const int number : numbers) sigaddset(&signals, number);

@@ -37,7 +37,7 @@ class OwnEnvironment {
 FILE* Start(const SString& command) {
     // The child survives the terminal's signals until it ignores them itself; this process gets them
     // afterwards.
-    const BlockedSignals terminal{SIGHUP, SIGINT, SIGQUIT, SIGTERM};
+    const BlockedSignals terminal(kTerminalSignals);
     const OwnEnvironment own;
     return popen((kSurroundings + command).CString(), "re");
 }

@@ -99,9 +99,8 @@ void KeepOnly(const Descriptor& kept) {
     for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd) {
         if (!nowhere || dup2(nowhere.Get(), fd) < 0) close(fd);
     }
-    const auto number = static_cast<unsigned>(kept.Get());
-    if (number > STDERR_FILENO + 1) close_range(STDERR_FILENO + 1, number - 1, 0);
-    close_range(number + 1, ~0U, 0);
+    for (int fd = STDERR_FILENO + 1; fd < kept.Get(); ++fd) close(fd);
+    closefrom(kept.Get() + 1);
 }
 
 void KeepFromChildren() {

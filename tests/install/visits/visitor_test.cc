@@ -12,7 +12,7 @@
 #include <fstream>
 
 #include "install/accounts/login_index.h"
-#include "support/system/child_process.h"
+#include "support/process/child_process.h"
 #include "support/system/environment.h"
 #include "tests/install/accounts/home_of_login.h"
 
@@ -84,7 +84,7 @@ TEST_F(VisitorTest, ReplacesOneThatDoesNotAnswer) {
     Visitor visitor("mail.example.com", 8, milliseconds(200));
     kill(Children().at(0), SIGSTOP);
     visitor.Send(WithPlan("games"));
-    visitor.Send({"", "/proc/1", *logins_.Find("man")});
+    visitor.Send(WithPlan("man"));
     EXPECT_FALSE(visitor.HasAnswer(std::chrono::steady_clock::now()));
     EXPECT_EQ(visitor.Next().end, VisitEnd::Unanswered);
     EXPECT_EQ(visitor.Next().end, VisitEnd::Visited);

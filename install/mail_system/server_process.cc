@@ -21,8 +21,10 @@ void ResetSignals() {
 }
 
 [[noreturn]] void Become(SStringList arguments) {
+    // First, out of reach of the terminal before its signals count again; cannot fail, as a new process leads
+    // no group.
+    setsid();
     ResetSignals();
-    setsid();  // out of reach of the installer's terminal; cannot fail, as a new process leads no group
     KeepFromChildren();
     if (BecomeRootAsStarted()) execv(arguments[0].CString(), arguments.Pointers().data());
     _exit(kCouldNotRun);

@@ -2,6 +2,8 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
+
 namespace sqlite {
 
 namespace {
@@ -33,6 +35,17 @@ constexpr struct {
     {SQLITE_LIMIT_LIKE_PATTERN_LENGTH, 50}, {SQLITE_LIMIT_ATTACHED, 0},
     {SQLITE_LIMIT_TRIGGER_DEPTH, 1},
 };
+
+// A generated column or an index of the file's may call them. One call's time grows with the product of its
+// texts' lengths, which is hours, and the clock is looked at between instructions only.
+constexpr const char* kSlowFunctions[] = {"instr", "replace", "trim", "ltrim", "rtrim", "json_patch"};
+
+// Declared as harmless as SQLite's own, or the rest of a schema that names them could not be read, either.
+constexpr int kAsTheirs = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
+
+void Refuse(sqlite3_context* context, int /*count*/, sqlite3_value** /*values*/) {
+    sqlite3_result_error(context, "refused", -1);
+}
 
 bool IsPlainInUri(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '/' ||
@@ -133,7 +146,14 @@ bool Connection::TakePrecautions() {
     }
     for (const auto& [limit, value] : kLimits) sqlite3_limit(handle, limit, value);
     sqlite3_progress_handler(handle, kInstructionsBetweenLooks, IsTimeOver, this);
-    return sqlite3_drop_modules(handle, nullptr) == SQLITE_OK && Execute(kPrecautions);
+    return sqlite3_drop_modules(handle, nullptr) == SQLITE_OK && Execute(kPrecautions) && RefuseFunctions();
+}
+
+bool Connection::RefuseFunctions() {
+    return std::ranges::all_of(kSlowFunctions, [&](const char* name) {
+        return sqlite3_create_function_v2(handle_.get(), name, -1, kAsTheirs, nullptr, Refuse, nullptr,
+                                          nullptr, nullptr) == SQLITE_OK;
+    });
 }
 
 int Connection::IsTimeOver(void* connection) {

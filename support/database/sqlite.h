@@ -1,8 +1,8 @@
 // SQLite 3 as owning handles: a connection, a prepared statement, one execution of it, a transaction. The
 // only place that calls the library. Failure is in the result; nothing is printed and nothing is thrown.
 //
-// Files are taken for hostile: no trigger, view or virtual table of theirs is run, lengths are limited, and a
-// statement is given up when it has run for a minute.
+// Files are taken for hostile: no trigger, view or virtual table of theirs is run and no function that may
+// take hours, lengths are limited, and a statement is given up when it has run for a minute.
 #pragma once
 
 #include <chrono>
@@ -108,6 +108,7 @@ class Connection {
     };
     explicit Connection(sqlite3* handle) : handle_(handle) {}
     bool TakePrecautions();
+    bool RefuseFunctions();
     void StartClock() { start_ = std::chrono::steady_clock::now(); }
     static int IsTimeOver(void* connection);
     bool IsInTransaction() const;

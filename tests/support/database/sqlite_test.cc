@@ -111,6 +111,19 @@ TEST_F(Sqlite, RunsNothingOfTheFilesOwn) {
     EXPECT_FALSE(connection->Execute("ATTACH ':memory:' AS other"));
 }
 
+TEST_F(Sqlite, CallsNoSlowFunctionOfTheFilesOwn) {
+    const SString sql =
+        folder_.Write("slow.sql",
+                      "CREATE TABLE fast (x, y AS (upper(x))); INSERT INTO fast VALUES ('ab');"
+                      "CREATE TABLE slow (x, y AS (instr(x, 'b'))); INSERT INTO slow VALUES ('ab');");
+    const SString hostile = folder_ / "hostile";
+    EXPECT_EQ(ReadCommand("sqlite3 " + hostile + " <" + sql + " 2>&1").Join(), "");
+    const auto connection = Connection::Open(hostile, Mode::Shared);
+    ASSERT_NE(connection, nullptr);
+    EXPECT_EQ(connection->Value("SELECT y FROM fast"), SString("AB"));
+    EXPECT_FALSE(connection->Value("SELECT y FROM slow"));
+}
+
 TEST_F(Sqlite, TakesNoValueOfUnreasonableLength) {
     ASSERT_TRUE(connection_->Execute("CREATE TABLE t (x)"));
     Statement add = connection_->Prepare("INSERT INTO t VALUES (?1)");

@@ -49,7 +49,7 @@ void NoteShowStopper(const SStringList& conflicts) {
 
 enum class TakeOver { Failed, NotReset, Done };
 
-/// One critical section for both, so that file and daemon never disagree.
+/// One critical section for both, so that no signal leaves file and daemon in disagreement.
 TakeOver TakeFromInetd(const SStringList& conflicts) {
     return Uninterrupted([&] {
         if (!UpdateInetdConf(conflicts)) return TakeOver::Failed;

@@ -33,6 +33,6 @@ enum class Exchange {
 /// Replaces FILE by FILE.install and keeps the old one as FILE.backup. At any moment, also after a kill or a
 /// power failure, FILE is there and is either the old or the new one. The handle is the one that holds FILE.
 ///
-/// A process that has the old file open goes on reading that, and what it tries to write is refused by SQLite
-/// (SQLITE_READONLY_DBMOVED) before a journal beside the new one comes about.
+/// A process that has the old file open (not through a symbolic link) goes on reading that, and what it tries
+/// to write is refused by SQLite (SQLITE_READONLY_DBMOVED) before a journal beside the new one comes about.
 Exchange ExchangeDatabase(const SString& file, const Sdbfile& in_use);

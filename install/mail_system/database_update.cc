@@ -82,11 +82,6 @@ SNamedStringList ReadPreserveMap(const SStringList& lines) {
     return map;
 }
 
-bool UpdateDatabase(const SString& new_database, const SString& old_database, SStringList addresses) {
-    Sdbfile in_use(old_database, 0);
-    return in_use.Hold() && UpdateDatabase(new_database, &in_use, std::move(addresses));
-}
-
 bool UpdateDatabase(const SString& new_database, Sdbfile* in_use, SStringList addresses) {
     if (in_use->IsHeldAs(new_database)) return true;  // a second name of the same file: nothing to copy
     // If another run was faster, opening the new version for writing would make an empty one.

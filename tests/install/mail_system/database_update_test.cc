@@ -35,6 +35,11 @@ class UpdateDatabaseTest : public testing::Test {
         Sdbfile file(database, 0);
         ASSERT_TRUE(file.Open(table, 1) && file.Set(key, values));
     }
+    static bool Update(const SString& new_database, const SString& old_database,
+                       const SStringList& addresses) {
+        Sdbfile in_use(old_database, 0);
+        return in_use.Hold() && UpdateDatabase(new_database, &in_use, addresses);
+    }
     static SStringList Value(const SString& table, const SString& key) {
         Sdbfile file("New", 0);
         EXPECT_NE(file.Open(table, 0), 0) << table;
@@ -44,40 +49,40 @@ class UpdateDatabaseTest : public testing::Test {
 };
 
 TEST_F(UpdateDatabaseTest, ReplacesAShippedValueByTheSites) {
-    EXPECT_TRUE(UpdateDatabase("New", "Old", "/Config/Socket"));
+    EXPECT_TRUE(Update("New", "Old", "/Config/Socket"));
     EXPECT_EQ(Value("/Config", "Socket"), SStringList({"8080", "second"}));
 }
 
 TEST_F(UpdateDatabaseTest, DropsOneTrailingSlash) {
-    EXPECT_TRUE(UpdateDatabase("New", "Old", "/Config/Socket/"));
+    EXPECT_TRUE(Update("New", "Old", "/Config/Socket/"));
     EXPECT_EQ(Value("/Config", "Socket"), SStringList({"8080", "second"}));
 }
 
 TEST_F(UpdateDatabaseTest, LeavesWhatItIsNotToldOf) {
-    EXPECT_TRUE(UpdateDatabase("New", "Old", {}));
+    EXPECT_TRUE(Update("New", "Old", {}));
     EXPECT_EQ(Value("/Config", "Socket"), SStringList("80"));
 }
 
 TEST_F(UpdateDatabaseTest, KeepsTheShippedValueWhereTheOldTableIsMissing) {
     Put("New", "/Config/Deeper", "Key", "shipped");
-    EXPECT_TRUE(UpdateDatabase("New", "Old", {"/Config/Deeper/Key", "/", "/Socket"}));
+    EXPECT_TRUE(Update("New", "Old", {"/Config/Deeper/Key", "/", "/Socket"}));
     EXPECT_EQ(Value("/Config/Deeper", "Key"), SStringList("shipped"));
 }
 
 TEST_F(UpdateDatabaseTest, StoresAnEmptyListWhereTheOldTableLacksTheKey) {
     Put("New", "/Config", "WWWAccess", "none");
-    EXPECT_TRUE(UpdateDatabase("New", "Old", "/Config/WWWAccess"));
+    EXPECT_TRUE(Update("New", "Old", "/Config/WWWAccess"));
     EXPECT_TRUE(Value("/Config", "WWWAccess").IsEmpty());
 }
 
 TEST_F(UpdateDatabaseTest, MakesATableThatTheNewOneLacks) {
     Put("Old", "/Site", "Key", "kept");
-    EXPECT_TRUE(UpdateDatabase("New", "Old", "/Site/Key"));
+    EXPECT_TRUE(Update("New", "Old", "/Site/Key"));
     EXPECT_EQ(Value("/Site", "Key"), SStringList("kept"));
 }
 
 TEST_F(UpdateDatabaseTest, HasNothingToCarryOverWithoutAnOldDatabase) {
-    EXPECT_TRUE(UpdateDatabase("New", "Missing", "/Config/Socket"));
+    EXPECT_TRUE(Update("New", "Missing", "/Config/Socket"));
     EXPECT_EQ(Value("/Config", "Socket"), SStringList("80"));
     EXPECT_FALSE(EntryExists(folder_ / "config/Missing"));
 }
@@ -85,40 +90,40 @@ TEST_F(UpdateDatabaseTest, HasNothingToCarryOverWithoutAnOldDatabase) {
 // Another run may have put it into service since it was listed: one made anew would hold the site's settings
 // only.
 TEST_F(UpdateDatabaseTest, MakesNoNewVersionWhereThereIsNone) {
-    EXPECT_FALSE(UpdateDatabase("Missing", "Old", "/Config/Socket"));
+    EXPECT_FALSE(Update("Missing", "Old", "/Config/Socket"));
     EXPECT_FALSE(EntryExists(folder_ / "config/Missing"));
 }
 
 TEST_F(UpdateDatabaseTest, FailsRatherThanResetASettingThatCannotBeRead) {
     folder_.Write("config/Damaged", "this is no database, but it holds the site's settings\n");
-    EXPECT_FALSE(UpdateDatabase("New", "Damaged", "/Config/Socket"));
+    EXPECT_FALSE(Update("New", "Damaged", "/Config/Socket"));
     EXPECT_EQ(Value("/Config", "Socket"), SStringList("80"));
 }
 
 TEST_F(UpdateDatabaseTest, TriesEveryAddressAfterAFailure) {
     folder_.Write("config/Broken", "no database\n");
-    EXPECT_FALSE(UpdateDatabase("Broken", "Old", {"/Config/Socket", "/Config/Socket"}));
+    EXPECT_FALSE(Update("Broken", "Old", {"/Config/Socket", "/Config/Socket"}));
     EXPECT_EQ(MapFileRead(folder_ / "config/Broken"), "no database\n");
 }
 
 TEST_F(UpdateDatabaseTest, HasNothingToCopyBetweenTwoNamesOfOneFile) {
     ASSERT_TRUE(AddName(folder_ / "config/Old", folder_ / "config/Same"));
-    EXPECT_TRUE(UpdateDatabase("Same", "Old", "/Config/Socket"));
+    EXPECT_TRUE(Update("Same", "Old", "/Config/Socket"));
 }
 
 TEST_F(UpdateDatabaseTest, ReplacesWhatIsNoDatabaseIfNothingIsToBeKept) {
     folder_.Write("config/Damaged", "no database\n");
-    EXPECT_TRUE(UpdateDatabase("New", "Damaged", {}));
+    EXPECT_TRUE(Update("New", "Damaged", {}));
 }
 
 TEST_F(UpdateDatabaseTest, FailsWhereAnotherProcessWrites) {
     const auto other = sqlite::Connection::Open(folder_ / "config/Old", sqlite::Mode::Shared);
     ASSERT_TRUE(other->Execute("BEGIN IMMEDIATE"));
-    EXPECT_FALSE(UpdateDatabase("New", "Old", {}));
+    EXPECT_FALSE(Update("New", "Old", {}));
 }
 
 TEST_F(UpdateDatabaseTest, LeavesNothingBesideTheFiles) {
-    EXPECT_TRUE(UpdateDatabase("New", "Old", "/Config/Socket"));
+    EXPECT_TRUE(Update("New", "Old", "/Config/Socket"));
     EXPECT_EQ(ReadDir(folder_ / "config").Count(), 2U);
 }
 

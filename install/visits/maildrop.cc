@@ -34,9 +34,9 @@ bool Give(const Descriptor& file, const Owner& owner) {
     return fchmod(file.Get(), kMode) == 0;
 }
 
-/// Opened, if it is the very file that was seen.
-RegularFile OpenPlain(const SString& path, const struct stat& seen, int flags) {
-    RegularFile file = OpenRegularFile(path, flags, Links::NotAtEnd);
+/// Opened for writing, if it is the very file that was seen.
+RegularFile OpenPlain(const SString& path, const struct stat& seen) {
+    RegularFile file = OpenRegularFile(path, O_WRONLY, Links::NotAtEnd);
     const bool is_same = file && IsSameFile(file.status, seen) && IsPlain(file.status);
     return is_same ? std::move(file) : RegularFile();
 }
@@ -52,7 +52,7 @@ void AwaitDelivery(const Descriptor& file) {
 
 /// Opens it for the lock only: its maker could refuse to let it be opened (a lease, fcntl(2)).
 bool ReplaceEmpty(const SString& path, const struct stat& seen, const Owner& owner) {
-    const RegularFile old = OpenPlain(path, seen, O_RDWR);
+    const RegularFile old = OpenPlain(path, seen);
     if (old) AwaitDelivery(old.descriptor);
     PendingFile file(path);
     return file.Replace(seen) && Give(file.File(), owner);
@@ -61,7 +61,7 @@ bool ReplaceEmpty(const SString& path, const struct stat& seen, const Owner& own
 void Repair(const SString& path, const struct stat& seen, const Owner& owner) {
     const bool is_anothers = seen.st_uid != owner.uid && seen.st_uid != kRoot;
     if (is_anothers && seen.st_size == 0 && ReplaceEmpty(path, seen, owner)) return;
-    const RegularFile file = OpenPlain(path, seen, O_WRONLY);
+    const RegularFile file = OpenPlain(path, seen);
     if (!file) return;
     const bool is_right = IsOwnedBy(file.status, owner) && (file.status.st_mode & 07777) == kMode;
     if (!is_right) Give(file.descriptor, owner);

@@ -2,6 +2,7 @@
 #include "bench/floor.h"
 
 #include <fstream>
+#include <limits>
 
 #include "support/database/sqlite.h"
 
@@ -22,7 +23,7 @@ constexpr const char* kSchema =
 
 template <typename Visit>
 void ForEach(sqlite::Connection* connection, const char* sql, const Visit& visit) {
-    Statement statement = connection->Prepare(sql);
+    Statement statement = connection->Prepare(sql, std::numeric_limits<size_t>::max());
     Execution query(statement);
     while (query.Next() == Step::Row) visit(query);
 }
@@ -34,17 +35,17 @@ std::vector<AccountRows> ReadRows(const SString& database) {
     std::vector<AccountRows> accounts;
     const auto connection = sqlite::Connection::Open(database, sqlite::Mode::Shared);
     if (!connection) return accounts;
-    const auto account = [&](const Execution& row) -> AccountRows& {
+    const auto account = [&](Execution& row) -> AccountRows& {
         return accounts[static_cast<size_t>(row.Number(0)) - 1];
     };
-    ForEach(connection.get(), "SELECT uid FROM accounts ORDER BY id", [&](const Execution& row) {
+    ForEach(connection.get(), "SELECT uid FROM accounts ORDER BY id", [&](Execution& row) {
         accounts.push_back({row.Text(0), {}, {}});
     });
-    ForEach(connection.get(), "SELECT account, name, position, value FROM fields", [&](const Execution& row) {
+    ForEach(connection.get(), "SELECT account, name, position, value FROM fields", [&](Execution& row) {
         account(row).fields.push_back({row.Text(1), row.Number(2), row.Text(3)});
     });
     ForEach(connection.get(), "SELECT account, address FROM addresses",
-            [&](const Execution& row) { account(row).addresses.push_back(row.Text(1)); });
+            [&](Execution& row) { account(row).addresses.push_back(row.Text(1)); });
     return accounts;
 }
 

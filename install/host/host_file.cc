@@ -98,7 +98,7 @@ Unfinished Finish(const SString& path, const Original& found, const Rewrite& rew
 
 }  // namespace
 
-Unfinished FinishRewrite(const SString& path) {
+Unfinished FinishRewrite(const SString& path, const Announcement& announce) {
     const AsRoot root;
     RemoveDraft(path);
     const FoundNote note = ReadNote(path);
@@ -106,21 +106,21 @@ Unfinished FinishRewrite(const SString& path) {
     const CriticalSection section;
     const std::optional<Original> found = OpenOriginal(path);
     const Unfinished outcome = found ? Finish(path, *found, *note.rewrite) : Unfinished::Failed;
+    if (outcome == Unfinished::Finished) announce();
     if (outcome != Unfinished::Failed) RemoveNote(path);
     return outcome;
 }
 
 std::optional<SStringList> ReadHostFile(const SString& path) {
     const AsRoot root;
-    if (FinishRewrite(path) == Unfinished::Failed) return std::nullopt;
     const std::optional<Original> original = OpenOriginal(path);
     if (!original) return std::nullopt;
     return Lines(original->bytes);
 }
 
-bool RewriteHostFile(const SString& path, const LineEdit& edit) {
+bool RewriteHostFile(const SString& path, const LineEdit& edit, const Announcement& announce) {
     const AsRoot root;
-    if (FinishRewrite(path) == Unfinished::Failed) return false;
+    if (FinishRewrite(path, announce) == Unfinished::Failed) return false;
     const std::optional<Original> original = OpenOriginal(path);
     if (!original) return false;
     const SString changed = edit(Lines(original->bytes)).Join();
@@ -137,5 +137,6 @@ bool RewriteHostFile(const SString& path, const LineEdit& edit) {
     backup.Keep();
     const Written written = WriteEither(file, changed, original->bytes);
     if (written == Written::Neither || !access.GiveBack()) note.Leave();
+    if (written == Written::Text) announce();
     return written == Written::Text;
 }

@@ -47,14 +47,9 @@ void NoteShowStopper(const SStringList& conflicts) {
     if (conflicts.Contains("smtp") || conflicts.Contains("mail")) gf_ShowStoppers = 1;
 }
 
-enum class TakeOver { Failed, NotReset, Done };
-
-/// One critical section for both, so that no signal leaves file and daemon in disagreement.
-TakeOver TakeFromInetd(const SStringList& conflicts) {
-    return Uninterrupted([&] {
-        if (!UpdateInetdConf(conflicts)) return TakeOver::Failed;
-        return KillProgram("inetd", SIGHUP) ? TakeOver::Done : TakeOver::NotReset;
-    });
+/// Has the Internet daemon read its file again.
+bool ResetInetd() {
+    return KillProgram("inetd", SIGHUP);
 }
 
 /// Whether any of the services' ports is bound.
@@ -73,14 +68,13 @@ void AwaitRelease(const SStringList& services) {
     Await([&] { return !AreBound(services); });
 }
 
-/// Finishes what a killed run has begun: it has not told the daemon, either.
-void FinishTakeOver() {
-    const TakeOver outcome = Uninterrupted([] {
-        if (FinishRewrite(gstr_InetdConf) != Unfinished::Finished) return TakeOver::Failed;
-        return KillProgram("inetd", SIGHUP) ? TakeOver::Done : TakeOver::NotReset;
-    });
-    if (outcome == TakeOver::NotReset) Remind({kHangUp});
-    if (outcome == TakeOver::Done) AwaitRelease(gstrl_Services);
+/// Finishes what a killed run has begun. False if the file is still cut.
+bool FinishTakeOver() {
+    bool is_reset = false;
+    const Unfinished outcome = FinishRewrite(gstr_InetdConf, [&] { is_reset = ResetInetd(); });
+    if (outcome == Unfinished::Finished && is_reset) AwaitRelease(gstrl_Services);
+    if (outcome == Unfinished::Finished && !is_reset) Remind({kHangUp});
+    return outcome != Unfinished::Failed;
 }
 
 void ReportNotReset(const SStringList& conflicts) {
@@ -102,15 +96,16 @@ bool LeaveToAdministrator(const SStringList& conflicts) {
 }
 
 bool DisableConflicts(const SStringList& conflicts) {
-    const TakeOver outcome = TakeFromInetd(conflicts);
-    if (outcome == TakeOver::NotReset) ReportNotReset(conflicts);
-    if (outcome == TakeOver::Failed) {
+    bool is_reset = false;
+    const bool is_updated = UpdateInetdConf(conflicts, [&] { is_reset = ResetInetd(); });
+    if (is_updated && !is_reset) ReportNotReset(conflicts);
+    if (!is_updated) {
         Tell("WARNING: Update of " + gstr_InetdConf +
              " failed. You will have to update the configuration file manually later.");
     }
     if (CriticalSection::WasInterrupted()) return false;
-    if (outcome == TakeOver::Done) AwaitRelease(conflicts);
-    return outcome != TakeOver::Failed || LeaveToAdministrator(conflicts);
+    if (is_updated && is_reset) AwaitRelease(conflicts);
+    return is_updated || LeaveToAdministrator(conflicts);
 }
 
 }  // namespace
@@ -128,17 +123,17 @@ SStringList WithoutServices(SStringList lines, const SStringList& services) {
     return lines;
 }
 
-bool UpdateInetdConf(const SStringList& services) {
+bool UpdateInetdConf(const SStringList& services, const Announcement& announce) {
     const CriticalSection section;
     const AsRoot root(static_cast<uid_t>(gn_MailUID));
-    return RewriteHostFile(gstr_InetdConf,
-                           [&](SStringList lines) { return WithoutServices(std::move(lines), services); });
+    return RewriteHostFile(
+        gstr_InetdConf, [&](SStringList lines) { return WithoutServices(std::move(lines), services); },
+        announce);
 }
 
 bool EditInetdConf() {
     BeginProgress("Checking inetd configuration");
-    FinishTakeOver();
-    const std::optional<SStringList> lines = ReadHostFile(gstr_InetdConf);
+    const std::optional<SStringList> lines = FinishTakeOver() ? ReadHostFile(gstr_InetdConf) : std::nullopt;
     if (CriticalSection::WasInterrupted()) return false;
     if (!lines) {
         BreakProgress();

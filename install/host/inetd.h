@@ -3,6 +3,7 @@
 // A line of inetd.conf(5): "smtp stream tcp nowait root /usr/sbin/tcpd in.smtpd".
 #pragma once
 
+#include "install/host/host_file.h"
 #include "support/text/sstring_list.h"
 
 /// The first words of the lines that are neither blank nor comments. A last line that is a single word
@@ -10,6 +11,8 @@
 SStringList ActiveServices(SStringList lines);
 /// The lines, with the entries of these services commented out.
 SStringList WithoutServices(SStringList lines, const SStringList& services);
-/// Comments the services out in gstr_InetdConf, as root and not to be interrupted; then the effective user is
-/// gn_MailUID. The failures are those of RewriteHostFile.
-bool UpdateInetdConf(const SStringList& services);
+/// Comments the services out in gstr_InetdConf and announces it, as root and not to be interrupted, so that
+/// no signal leaves file and daemon in disagreement; then the effective user is gn_MailUID. The failures are
+/// those of RewriteHostFile.
+bool UpdateInetdConf(
+    const SStringList& services, const Announcement& announce = [] {});

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <string_view>
 #include <utility>
@@ -80,7 +81,8 @@ FoundNote ReadNote(const SString& path) {
 }
 
 bool IsCutPiece(const SString& piece, const SString& text) {
-    std::string_view start = piece.Bytes();
-    start = start.substr(0, start.find_last_not_of('\0') + 1);
-    return piece != text && piece.Length() <= text.Length() && text.StartsWith(start);
+    const std::string& found = piece.Bytes();
+    const auto is_same_or_lost = [](char byte, char intended) { return byte == intended || byte == '\0'; };
+    return piece != text && piece.Length() <= text.Length() &&
+           std::equal(found.begin(), found.end(), text.Bytes().begin(), is_same_or_lost);
 }

@@ -36,6 +36,6 @@ void RemoveDraft(const SString& path);
 /// the directory may put others there.
 FoundNote ReadNote(const SString& path);
 
-/// Whether the piece is the text cut short: it lacks the end, or has NULs there, which some file systems
+/// Whether the piece is the text cut short: it lacks the end, or has NULs in places, which some file systems
 /// leave after a power failure.
 bool IsCutPiece(const SString& piece, const SString& text);

@@ -8,6 +8,7 @@
 #include "support/database/database_file.h"
 #include "support/system/descriptor.h"
 #include "support/system/file.h"
+#include "support/system/regular_file.h"
 
 namespace {
 
@@ -41,6 +42,12 @@ bool CarryOverAll(Sdbfile* from, const SString& to, SStringList addresses) {
         if (!CarryOver(from, &new_database, SettingAt(addresses.Shift()))) all = false;
     }
     return all;
+}
+
+/// What was copied there by hand may not be yet. One that cannot be read is no worse for it.
+bool IsOnDisk(const SString& path) {
+    const RegularFile file = OpenRegularFile(path, O_RDONLY, Links::All);
+    return !file || file.descriptor.Sync();
 }
 
 /// If hard links are refused: the file is somebody else's, or the file system has none.
@@ -86,7 +93,8 @@ bool UpdateDatabase(const SString& new_database, Sdbfile* in_use, SStringList ad
     if (in_use->IsHeldAs(new_database)) return true;  // a second name of the same file: nothing to copy
     // If another run was faster, opening the new version for writing would make an empty one.
     return EntryExists(DatabasePath(new_database)) && SettleDatabase(new_database) &&
-           CarryOverAll(in_use, new_database, std::move(addresses)) && SettleDatabase(new_database);
+           CarryOverAll(in_use, new_database, std::move(addresses)) && SettleDatabase(new_database) &&
+           IsOnDisk(DatabasePath(new_database));
 }
 
 Exchange ExchangeDatabase(const SString& file, const Sdbfile& in_use) {

@@ -8,6 +8,9 @@
 #include "support/database/account_store.h"
 
 struct AccountStore::Session {
+    /// Of a list with a value or more of every account: enough for three million accounts.
+    static constexpr size_t kMostTextOfAll = size_t{1} << 30;
+
     Session(OpenedDatabase database, const SString& file, bool for_writing);
     static DatabaseState Open(bool for_writing, std::unique_ptr<Session>* session);
     /// Whether the open file is still the account database.
@@ -28,9 +31,9 @@ struct AccountStore::Session {
     sqlite::Statement find_owner = connection->Prepare(
         "SELECT a.uid FROM addresses d JOIN accounts a ON a.id = d.account"
         " WHERE d.address = ?1 ORDER BY d.account LIMIT 1");
-    sqlite::Statement uids = connection->Prepare("SELECT uid FROM accounts ORDER BY id");
+    sqlite::Statement uids = connection->Prepare("SELECT uid FROM accounts ORDER BY id", kMostTextOfAll);
     sqlite::Statement count = connection->Prepare("SELECT count(*) FROM accounts");
-    sqlite::Statement addresses = connection->Prepare("SELECT address FROM addresses");
+    sqlite::Statement addresses = connection->Prepare("SELECT address FROM addresses", kMostTextOfAll);
 
     sqlite::Statement add =
         connection->Prepare("INSERT INTO accounts (uid) VALUES (?1) ON CONFLICT DO NOTHING");

@@ -106,14 +106,15 @@ long AccountStore::Count() {
 SStringList AccountStore::Domains() {
     const Use use(*this);
     std::set<std::string> domains;
-    if (OpenSession(false) == DatabaseState::Ready) {
-        Execution query(session_->addresses);
-        while (query.Next() == Step::Row) {
-            const SString domain = S821Address(query.Text(0)).Domain();
-            if (!domain.IsEmpty()) domains.insert(domain.Bytes());
-        }
-    }
     SStringList list;
+    if (OpenSession(false) != DatabaseState::Ready) return list;
+    Execution query(session_->addresses);
+    Step step = query.Next();
+    for (; step == Step::Row; step = query.Next()) {
+        const SString domain = S821Address(query.Text(0)).Domain();
+        if (!domain.IsEmpty()) domains.insert(domain.Bytes());
+    }
+    if (step == Step::Failed) return list;
     for (const std::string& domain : domains) list.Push(SString(domain));
     return list;
 }

@@ -13,6 +13,8 @@ namespace {
 constexpr const char* kPrecautions =
     "PRAGMA mmap_size = 0; PRAGMA temp_store = MEMORY; PRAGMA cell_size_check = ON";
 
+constexpr size_t kValueCost = 64;  // what a list spends on an empty one
+
 constexpr int kInstructionsBetweenLooks = 10000;  // well below a millisecond
 
 // What a file's own schema could have the program run.
@@ -29,10 +31,13 @@ constexpr struct {
     int limit;
     int value;
 } kLimits[] = {
-    {SQLITE_LIMIT_LENGTH, 16 << 20},  // of a value, and of a row
-    {SQLITE_LIMIT_SQL_LENGTH, 100000},      {SQLITE_LIMIT_COLUMN, 100},
-    {SQLITE_LIMIT_EXPR_DEPTH, 20},          {SQLITE_LIMIT_VDBE_OP, 25000},
-    {SQLITE_LIMIT_LIKE_PATTERN_LENGTH, 50}, {SQLITE_LIMIT_ATTACHED, 0},
+    {SQLITE_LIMIT_LENGTH, static_cast<int>(kMostText)},  // of a value, and of a row
+    {SQLITE_LIMIT_SQL_LENGTH, 100000},
+    {SQLITE_LIMIT_COLUMN, 100},
+    {SQLITE_LIMIT_EXPR_DEPTH, 20},
+    {SQLITE_LIMIT_VDBE_OP, 25000},
+    {SQLITE_LIMIT_LIKE_PATTERN_LENGTH, 50},
+    {SQLITE_LIMIT_ATTACHED, 0},
     {SQLITE_LIMIT_TRIGGER_DEPTH, 1},
 };
 
@@ -103,13 +108,14 @@ void Execution::Bind(int index, int64_t value) {
 }
 
 Step Execution::Next() {
-    const int code = statement_ == nullptr ? SQLITE_ERROR : sqlite3_step(statement_);
+    const int code = statement_ == nullptr || text_left_ == 0 ? SQLITE_ERROR : sqlite3_step(statement_);
     return code == SQLITE_ROW ? Step::Row : code == SQLITE_DONE ? Step::Done : Step::Failed;
 }
 
-SString Execution::Text(int column) const {
+SString Execution::Text(int column) {
     const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement_, column));
     const auto length = static_cast<size_t>(sqlite3_column_bytes(statement_, column));
+    text_left_ -= std::min(text_left_, length + kValueCost);
     return text == nullptr ? SString() : SString(std::string_view(text, length));
 }
 

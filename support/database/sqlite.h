@@ -2,7 +2,8 @@
 // only place that calls the library. Failure is in the result; nothing is printed and nothing is thrown.
 //
 // Files are taken for hostile: no trigger, view or virtual table of theirs is run and no function that may
-// take hours, lengths are limited, and a statement is given up when it has run for a minute.
+// take hours, lengths are limited, and a statement is given up when it has run for a minute or has given more
+// text than expected of it.
 #pragma once
 
 #include <chrono>
@@ -23,12 +24,16 @@ constexpr std::chrono::milliseconds kLockWait{5000};
 
 enum class Step { Row, Done, Failed };
 
+/// How much text one execution may give, in bytes; a value costs some for itself, too.
+constexpr size_t kMostText = size_t{16} << 20;
+
 class Connection;
 
 /// A statement that is prepared when it is first executed and kept from then on.
 class Statement {
   public:
-    Statement(Connection& connection, const char* sql) : connection_(&connection), sql_(sql) {}
+    Statement(Connection& connection, const char* sql, size_t most_text)
+        : connection_(&connection), sql_(sql), most_text_(most_text) {}
 
   private:
     friend class Execution;
@@ -38,6 +43,7 @@ class Statement {
     };
     Connection* connection_;
     const char* sql_;
+    size_t most_text_;
     std::unique_ptr<sqlite3_stmt, Finalize> statement_;
 };
 
@@ -46,7 +52,8 @@ class Statement {
 class Execution {
   public:
     template <typename... Values>
-    explicit Execution(Statement& statement, Values&&... values) : statement_(statement.Prepared()) {
+    explicit Execution(Statement& statement, Values&&... values)
+        : statement_(statement.Prepared()), text_left_(statement.most_text_) {
         int index = 0;
         (Bind(++index, std::forward<Values>(values)), ...);
     }
@@ -54,10 +61,11 @@ class Execution {
     Execution(const Execution&) = delete;
     Execution& operator=(const Execution&) = delete;
 
+    /// Failed, too, after more text than the statement may give.
     Step Next();
     /// For a statement without result rows.
     bool Run() { return Next() == Step::Done; }
-    SString Text(int column) const;
+    SString Text(int column);
     int64_t Number(int column) const;
     bool IsNull(int column) const;
 
@@ -66,6 +74,7 @@ class Execution {
     void Bind(int index, SString&& value) = delete;
     void Bind(int index, int64_t value);
     sqlite3_stmt* statement_;  // null when it could not be prepared or bound
+    size_t text_left_;
 };
 
 /// Shared: for reading, and for writing if the system allows it. Immutable: as a file that nobody changes,
@@ -83,7 +92,7 @@ class Connection {
     bool Execute(const char* sql);
     /// The first column of the first row; nothing on failure.
     std::optional<SString> Value(const char* sql);
-    Statement Prepare(const char* sql) { return {*this, sql}; }
+    Statement Prepare(const char* sql, size_t most_text = kMostText) { return {*this, sql, most_text}; }
     /// For each statement from here on; a minute without it.
     void SetTimeLimit(std::chrono::milliseconds limit) { time_limit_ = limit; }
     int64_t LastId() const;

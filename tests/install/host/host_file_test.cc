@@ -197,6 +197,36 @@ TEST(RewriteHostFile, LeavesNoNote) {
 const SString kNul('\0', 1);
 const Rewrite kRewrite{0444, "old\none\n", "new\nones\n"};
 
+TEST(RewriteHostFile, AnnouncesTheNewTextBeforeTheNoteGoes) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("file", "one\ntwo\n");
+    int count = 0;
+    const auto look = [&] {
+        ++count;
+        EXPECT_EQ(MapFileRead(path), "two\none\n");
+        EXPECT_TRUE(ReadNote(path).rewrite);
+    };
+    EXPECT_TRUE(RewriteHostFile(path, Reverse, look));
+    EXPECT_EQ(count, 1);
+    // Killed before it could tell anybody.
+    ASSERT_TRUE(WriteNote(path, {0644, "one\ntwo\n", "two\none\n"}));
+    EXPECT_EQ(FinishRewrite(path, look), Unfinished::Finished);
+    EXPECT_EQ(count, 2);
+    EXPECT_EQ(FinishRewrite(path, look), Unfinished::Nothing);
+    EXPECT_EQ(count, 2);
+}
+
+TEST(RewriteHostFile, AnnouncesNoTextThatTheFileDoesNotHave) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("file", "old\n");
+    const auto refuse = [] { ADD_FAILURE(); };
+    const FileSizeLimit limit(1500);
+    EXPECT_FALSE(RewriteHostFile(
+        path, [](const SStringList&) { return SStringList(SString('n', 2000)); }, refuse));
+    ASSERT_TRUE(WriteNote(path, {0644, "old\n", "new\n"}));
+    EXPECT_EQ(FinishRewrite(path, refuse), Unfinished::Nothing);
+}
+
 TEST(FinishRewrite, FinishesACutPieceAndNothingElse) {
     const std::pair<SString, SString> cases[] = {
         {"", "new\nones\n"},
@@ -204,6 +234,7 @@ TEST(FinishRewrite, FinishesACutPieceAndNothingElse) {
         {"new\nones", "new\nones\n"},
         {"new" + kNul + kNul, "new\nones\n"},
         {kNul + kNul, "new\nones\n"},
+        {kNul + "ew" + kNul + "ones", "new\nones\n"},
         {"new\nones\n", "new\nones\n"},
         // The old text was being put back.
         {"old\n", "old\none\n"},
@@ -245,14 +276,9 @@ TEST(FinishRewrite, TakesAwayTheWritePermissionThatTheRewriteHadAdded) {
     }
 }
 
-TEST(FinishRewrite, ComesBeforeTheFileIsReadOrRewritten) {
+TEST(FinishRewrite, ComesBeforeTheFileIsRewritten) {
     const TemporaryFolder folder;
     const SString path = folder.Write("file", "ne");
-    ASSERT_TRUE(WriteNote(path, kRewrite));
-    const auto lines = ReadHostFile(path);
-    ASSERT_TRUE(lines);
-    EXPECT_EQ(*lines, SStringList({"new\n", "ones\n"}));
-    folder.Write("file", "ne");
     ASSERT_TRUE(WriteNote(path, kRewrite));
     EXPECT_TRUE(RewriteHostFile(path, Reverse));
     EXPECT_EQ(MapFileRead(path), "ones\nnew\n");
@@ -275,7 +301,6 @@ TEST(FinishRewrite, KeepsTheNoteOfAFileThatStaysCut) {
     {
         const FileSizeLimit limit(4);
         EXPECT_EQ(FinishRewrite(path), Unfinished::Failed);
-        EXPECT_FALSE(ReadHostFile(path));
         EXPECT_FALSE(RewriteHostFile(path, Reverse));
     }
     EXPECT_NE(FinishRewrite(path), Unfinished::Failed);

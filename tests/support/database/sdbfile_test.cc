@@ -301,6 +301,21 @@ TEST_F(HeldDatabase, IsMadeWhereTheFileIsEmpty) {
     EXPECT_GT(FileSize(data_.Config("Module")), 0);
 }
 
+TEST_F(SdbfileTest, ReadsNoListThatTheMemoryHasNoRoomFor) {
+    ASSERT_TRUE(Store("/Config", "Socket", "80"));
+    const SString sql =
+        "DROP TABLE settings; CREATE TABLE settings (path, key, position,"
+        " value AS (hex(zeroblob(4000000))), PRIMARY KEY (path, key, position)) WITHOUT ROWID;"
+        "WITH RECURSIVE n(i) AS (VALUES (0) UNION ALL SELECT i + 1 FROM n WHERE i < 5000)"
+        "INSERT INTO settings (path, key, position) SELECT '/Config', 'Socket', i FROM n";
+    EXPECT_EQ(ReadCommand("sqlite3 " + data_.Config("Module") + " \"" + sql + "\" 2>&1").Join(), "");
+    Sdbfile database("Module", 0);
+    ASSERT_TRUE(database.Open("/Config", 0));
+    SStringList values;
+    EXPECT_FALSE(database.Read("Socket", &values));
+    EXPECT_TRUE(database.Get("Socket").IsEmpty());
+}
+
 TEST_F(SdbfileTest, HandleFollowsTheFileInService) {
     ASSERT_TRUE(Store("/Config", "Key", "old"));
     Sdbfile database("Module", 0);

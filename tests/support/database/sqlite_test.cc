@@ -134,6 +134,39 @@ TEST_F(Sqlite, TakesNoValueOfUnreasonableLength) {
     EXPECT_FALSE(connection_->Value("SELECT hex(zeroblob(10000000))"));
 }
 
+TEST_F(Sqlite, GivesUpAStatementOfUnreasonablyMuchText) {
+    ASSERT_TRUE(connection_->Execute("CREATE TABLE t (x)"));
+    Statement add = connection_->Prepare("INSERT INTO t VALUES (?1)");
+    const SString tenth('x', sqlite::kMostText / 10);
+    for (int i = 0; i < 11; ++i) ASSERT_TRUE(Execution(add, tenth).Run());
+    Statement read = connection_->Prepare("SELECT x FROM t");
+    for (int time = 0; time < 2; ++time) {  // each execution has its own
+        Execution query(read);
+        for (int i = 0; i < 10; ++i) {
+            ASSERT_EQ(query.Next(), Step::Row) << i;
+            EXPECT_EQ(query.Text(0), tenth);
+        }
+        EXPECT_EQ(query.Next(), Step::Failed);
+    }
+    Statement read_all = connection_->Prepare("SELECT x FROM t", sqlite::kMostText * 2);
+    Execution query(read_all);
+    for (int i = 0; i < 11; ++i) {
+        ASSERT_EQ(query.Next(), Step::Row) << i;
+        EXPECT_EQ(query.Text(0), tenth);
+    }
+    EXPECT_EQ(query.Next(), Step::Done);
+}
+
+TEST_F(Sqlite, GivesUpAStatementOfEndlesslyManyEmptyTexts) {
+    Statement endless = connection_->Prepare(
+        "WITH RECURSIVE n(x) AS (VALUES ('') UNION ALL SELECT x FROM n) SELECT x FROM n");
+    Execution query(endless);
+    size_t count = 0;
+    while (query.Next() == Step::Row) count += query.Text(0).IsEmpty() ? 1 : 0;
+    EXPECT_GT(count, 100000U);
+    EXPECT_LT(count, 1000000U);
+}
+
 TEST_F(Sqlite, GivesUpAStatementThatDoesNotEnd) {
     constexpr const char* kEndless =
         "WITH RECURSIVE n(x) AS (VALUES (1) UNION ALL SELECT x + 1 FROM n) SELECT count(*) FROM n";

@@ -7,6 +7,7 @@
 
 #include <csignal>
 #include <iostream>
+#include <optional>
 
 #include "install/console.h"
 #include "install/one_copy.h"
@@ -27,12 +28,15 @@ int Refuse(const SString& reason) {
 
 /// Not exec alone: the command's own children, some of them the mail owner's, would inherit the lock's file.
 int Run(char** arguments) {
+    // The lock must outlast the command, which Ctrl-C reaches, too.
+    std::optional<BlockedSignals> block(std::in_place, kTerminalSignals);
     const pid_t child = StartChild([&] {
+        block.reset();
         execv(arguments[0], arguments);
         _exit(kCouldNotRun);
     });
-    // The lock must outlast the command, which Ctrl-C reaches, too.
     for (const int number : kTerminalSignals) std::signal(number, SIG_IGN);
+    block.reset();
     int status = 0;
     if (child < 0 || waitpid(child, &status, 0) != child) return kCouldNotRun;
     return WIFEXITED(status) ? WEXITSTATUS(status) : kSignalled + WTERMSIG(status);

@@ -4,6 +4,7 @@
 
 #include <csignal>
 
+#include "support/process/blocked_signals.h"
 #include "support/process/child_process.h"
 #include "support/system/descriptor.h"
 #include "support/system/identity.h"
@@ -14,7 +15,10 @@ constexpr int kCouldNotRun = 127;
 
 /// exec keeps ignored signals and the mask: a server started under nohup could not be hung up.
 void ResetSignals() {
-    for (int number = 1; number <= SIGRTMAX; ++number) signal(number, SIG_DFL);
+    for (int number = 1; number <= SIGRTMAX; ++number) {
+        signal(number, SIG_IGN);  // one that waits was meant for the installer
+        signal(number, SIG_DFL);
+    }
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
@@ -33,5 +37,6 @@ void ResetSignals() {
 }  // namespace
 
 bool StartServer(SStringList arguments) {
+    const BlockedSignals block(kTerminalSignals);  // until the child leads a session of its own
     return StartChild([&] { Become(std::move(arguments)); }) > 0;
 }

@@ -87,28 +87,44 @@ bool PutModeBack(const Original& found, mode_t mode) {
     return now == mode || now != (mode | 0200) || fchmod(found.file.descriptor.Get(), mode) == 0;
 }
 
-Unfinished Finish(const SString& path, const Original& found, const Rewrite& rewrite) {
+/// The file has its new text; without its old mode, the note stays as it is.
+void Tell(const SString& path, bool is_done, const Announcement& announce, const SString& before) {
+    if (is_done) MarkWritten(path);
+    announce(before);
+}
+
+/// False if the file is still cut.
+bool Finish(const SString& path, const Original& found, const Rewrite& rewrite,
+            const Announcement& announce) {
     const std::optional<SString> text = IntendedText(rewrite, found.bytes);
-    if (!text) return Unfinished::Nothing;
-    const Written written = Complete(path, found, *text, rewrite.before);
-    if (written == Written::Neither || !PutModeBack(found, rewrite.mode)) return Unfinished::Failed;
-    const bool is_new = written == Written::Text && *text == rewrite.after;
-    return is_new ? Unfinished::Finished : Unfinished::Nothing;
+    const Written written = text ? Complete(path, found, *text, rewrite.before) : Written::Text;
+    if (written == Written::Neither) return false;
+    const bool is_done = !text || PutModeBack(found, rewrite.mode);
+    const bool is_old = written == Written::Otherwise || text == rewrite.before;
+    if (!is_old) Tell(path, is_done, announce, rewrite.before);
+    return is_done;
+}
+
+bool FinishNoted(const SString& path, const FoundNote& note, const Announcement& announce) {
+    if (note.is_written) {
+        announce(note.rewrite->before);
+        return true;
+    }
+    const std::optional<Original> found = OpenOriginal(path);
+    return found && Finish(path, *found, *note.rewrite, announce);
 }
 
 }  // namespace
 
-Unfinished FinishRewrite(const SString& path, const Announcement& announce) {
+bool FinishRewrite(const SString& path, const Announcement& announce) {
     const AsRoot root;
     RemoveDraft(path);
     const FoundNote note = ReadNote(path);
-    if (!note.rewrite) return note.is_readable ? Unfinished::Nothing : Unfinished::Failed;
+    if (!note.rewrite) return note.is_readable;
     const CriticalSection section;
-    const std::optional<Original> found = OpenOriginal(path);
-    const Unfinished outcome = found ? Finish(path, *found, *note.rewrite) : Unfinished::Failed;
-    if (outcome == Unfinished::Finished) announce();
-    if (outcome != Unfinished::Failed) RemoveNote(path);
-    return outcome;
+    const bool is_finished = FinishNoted(path, note, announce);
+    if (is_finished) RemoveNote(path);
+    return is_finished;
 }
 
 std::optional<SStringList> ReadHostFile(const SString& path) {
@@ -120,7 +136,7 @@ std::optional<SStringList> ReadHostFile(const SString& path) {
 
 bool RewriteHostFile(const SString& path, const LineEdit& edit, const Announcement& announce) {
     const AsRoot root;
-    if (FinishRewrite(path, announce) == Unfinished::Failed) return false;
+    if (!FinishRewrite(path, announce)) return false;
     const std::optional<Original> original = OpenOriginal(path);
     if (!original) return false;
     const SString changed = edit(Lines(original->bytes)).Join();
@@ -136,7 +152,8 @@ bool RewriteHostFile(const SString& path, const LineEdit& edit, const Announceme
     if (!file) return false;
     backup.Keep();
     const Written written = WriteEither(file, changed, original->bytes);
-    if (written == Written::Neither || !access.GiveBack()) note.Leave();
-    if (written == Written::Text) announce();
+    const bool is_done = written != Written::Neither && access.GiveBack();
+    if (!is_done) note.Leave();
+    if (written == Written::Text) Tell(path, is_done, announce, original->bytes);
     return written == Written::Text;
 }

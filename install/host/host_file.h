@@ -13,21 +13,16 @@
 
 #include "support/text/sstring_list.h"
 
-/// What there was to finish of a killed run's rewrite.
-enum class Unfinished {
-    Nothing,   // or somebody has edited the file since, or it has its old text
-    Finished,  // the file has its new text
-    Failed,    // the file is still cut, or that cannot be told
-};
-
-/// Tells a daemon, say, of the file's new text. It may be told twice, but never not at all.
-using Announcement = std::function<void()>;
+/// Tells a daemon, say, of the new text, given the one from before. It may be told twice, but never not at
+/// all.
+using Announcement = std::function<void(const SString& before)>;
 
 /// As root: finishes a killed run's rewrite where the file is a piece of the new text (or of the old one, if
 /// that was being put back), and gives it its old mode again. A file that somebody has edited since is left
-/// alone. To be called before anything else looks at the file.
-Unfinished FinishRewrite(
-    const SString& path, const Announcement& announce = [] {});
+/// alone. Announces what has not the old text. To be called before anything else looks at the file. False if
+/// the file is still cut, or that cannot be told.
+bool FinishRewrite(
+    const SString& path, const Announcement& announce = [](const SString&) {});
 
 /// Read as root: the lines, each with its line end. Nothing if the path is no readable regular file.
 std::optional<SStringList> ReadHostFile(const SString& path);
@@ -38,4 +33,4 @@ using LineEdit = std::function<SStringList(SStringList)>;
 /// file was not touched yet, it has its old mode again and there is no backup. After a write error the old
 /// bytes are put back, or else the note stays for the next run; the backup stays.
 bool RewriteHostFile(
-    const SString& path, const LineEdit& edit, const Announcement& announce = [] {});
+    const SString& path, const LineEdit& edit, const Announcement& announce = [](const SString&) {});

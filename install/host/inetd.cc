@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdint>
+#include <optional>
 
 #include "install/console.h"
 #include "install/critical_section.h"
@@ -68,21 +69,33 @@ void AwaitRelease(const SStringList& services) {
     Await([&] { return !AreBound(services); });
 }
 
-/// Finishes what a killed run has begun. False if the file is still cut.
-bool FinishTakeOver() {
-    bool is_reset = false;
-    const Unfinished outcome = FinishRewrite(gstr_InetdConf, [&] { is_reset = ResetInetd(); });
-    if (outcome == Unfinished::Finished && is_reset) AwaitRelease(gstrl_Services);
-    if (outcome == Unfinished::Finished && !is_reset) Remind({kHangUp});
-    return outcome != Unfinished::Failed;
-}
-
 void ReportNotReset(const SStringList& conflicts) {
     Tell(
         "WARNING: Couldn't reset inetd by sending it a HUP signal. "
         "You will be reminded to do this when the installation is finished.");
     Remind({kHangUp});
     NoteShowStopper(conflicts);
+}
+
+/// What a killed run has begun.
+struct Finished {
+    bool is_whole = false;
+    std::optional<bool> is_reset;  // nothing where there was nothing to tell the daemon
+};
+
+Finished FinishTakeOver() {
+    Finished finished;
+    SStringList conflicts;
+    finished.is_whole = FinishRewrite(gstr_InetdConf, [&](const SString& before) {
+        conflicts = Conflicts(ActiveServices(Lines(before)));
+        finished.is_reset = ResetInetd();
+    });
+    if (finished.is_reset == true) AwaitRelease(conflicts);
+    if (finished.is_reset == false) {
+        BreakProgress();
+        ReportNotReset(conflicts);
+    }
+    return finished;
 }
 
 bool LeaveToAdministrator(const SStringList& conflicts) {
@@ -97,7 +110,7 @@ bool LeaveToAdministrator(const SStringList& conflicts) {
 
 bool DisableConflicts(const SStringList& conflicts) {
     bool is_reset = false;
-    const bool is_updated = UpdateInetdConf(conflicts, [&] { is_reset = ResetInetd(); });
+    const bool is_updated = UpdateInetdConf(conflicts, [&](const SString&) { is_reset = ResetInetd(); });
     if (is_updated && !is_reset) ReportNotReset(conflicts);
     if (!is_updated) {
         Tell("WARNING: Update of " + gstr_InetdConf +
@@ -133,7 +146,8 @@ bool UpdateInetdConf(const SStringList& services, const Announcement& announce) 
 
 bool EditInetdConf() {
     BeginProgress("Checking inetd configuration");
-    const std::optional<SStringList> lines = FinishTakeOver() ? ReadHostFile(gstr_InetdConf) : std::nullopt;
+    const Finished finished = FinishTakeOver();
+    const std::optional<SStringList> lines = finished.is_whole ? ReadHostFile(gstr_InetdConf) : std::nullopt;
     if (CriticalSection::WasInterrupted()) return false;
     if (!lines) {
         BreakProgress();
@@ -142,7 +156,7 @@ bool EditInetdConf() {
     }
     const SStringList conflicts = Conflicts(ActiveServices(*lines));
     if (conflicts.IsEmpty()) {
-        EndProgress("OK");
+        if (finished.is_reset != false) EndProgress("OK");
         return true;
     }
     ListConflicts(conflicts);

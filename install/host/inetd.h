@@ -15,4 +15,4 @@ SStringList WithoutServices(SStringList lines, const SStringList& services);
 /// no signal leaves file and daemon in disagreement; then the effective user is gn_MailUID. The failures are
 /// those of RewriteHostFile.
 bool UpdateInetdConf(
-    const SStringList& services, const Announcement& announce = [] {});
+    const SStringList& services, const Announcement& announce = [](const SString&) {});

@@ -17,19 +17,26 @@ namespace {
 constexpr mode_t kOthersWrite = 022;  // the group's bits are an access list's mask, too
 constexpr mode_t kOwnerOnly = 0600;
 
-SString NoteName(const SString& path) {
+SString NameBeside(const SString& path, const char* ending) {
     const SString name = BaseName(path, "");
     const SString directory(path.Bytes().substr(0, path.Length() - name.Length()));
-    return directory + "." + name + ".rewrite";
+    return directory + "." + name + ending;
+}
+
+SString NoteName(const SString& path) {
+    return NameBeside(path, ".rewrite");
+}
+
+SString WrittenName(const SString& path) {
+    return NameBeside(path, ".rewritten");
 }
 
 SString DraftName(const SString& path) {
-    return NoteName(path) + ".new";
+    return NameBeside(path, ".rewrite.new");
 }
 
 bool IsTrusted(const struct stat& status) {
-    return S_ISREG(status.st_mode) && status.st_uid == geteuid() && status.st_nlink == 1 &&
-           (status.st_mode & kOthersWrite) == 0;
+    return S_ISREG(status.st_mode) && status.st_uid == geteuid() && (status.st_mode & kOthersWrite) == 0;
 }
 
 SString Format(const Rewrite& rewrite) {
@@ -49,6 +56,17 @@ std::optional<Rewrite> Parse(const SString& text) {
     return Format(rewrite) == text ? std::optional(std::move(rewrite)) : std::nullopt;
 }
 
+FoundNote ReadNoteAt(const SString& name) {
+    FoundNote unreadable{false, std::nullopt};
+    struct stat status {};
+    if (lstat(name.CString(), &status) != 0) return errno == ENOENT ? FoundNote() : unreadable;
+    if (!IsTrusted(status)) return {};
+    const RegularFile file = OpenRegularFile(name, O_RDONLY, Links::NotAtEnd);
+    if (!file || !IsTrusted(file.status) || file.status.st_nlink != 1) return unreadable;
+    const std::optional<SString> text = file.descriptor.ReadAll();
+    return text ? FoundNote{true, Parse(*text)} : unreadable;
+}
+
 }  // namespace
 
 bool WriteNote(const SString& path, const Rewrite& rewrite) {
@@ -58,26 +76,28 @@ bool WriteNote(const SString& path, const Rewrite& rewrite) {
            SyncParent(path);
 }
 
+bool MarkWritten(const SString& path) {
+    return Rename(NoteName(path), WrittenName(path)) && SyncParent(path);
+}
+
 void RemoveDraft(const SString& path) {
     RemoveFile(DraftName(path));
 }
 
 void RemoveNote(const SString& path) {
     RemoveDraft(path);
+    bool is_removed = false;
+    for (const SString& name : {NoteName(path), WrittenName(path)}) is_removed |= RemoveFile(name);
     // Without the sync the note may come back, but the file is whole by now, and the next run sees that.
-    if (RemoveFile(NoteName(path))) SyncParent(path);
+    if (is_removed) SyncParent(path);
 }
 
 FoundNote ReadNote(const SString& path) {
-    FoundNote unreadable{false, std::nullopt};
-    const SString name = NoteName(path);
-    struct stat status {};
-    if (lstat(name.CString(), &status) != 0) return errno == ENOENT ? FoundNote() : unreadable;
-    if (!IsTrusted(status)) return {};
-    const RegularFile file = OpenRegularFile(name, O_RDONLY, Links::NotAtEnd);
-    if (!file || !IsTrusted(file.status)) return unreadable;
-    const std::optional<SString> text = file.descriptor.ReadAll();
-    return text ? FoundNote{true, Parse(*text)} : unreadable;
+    FoundNote note = ReadNoteAt(NoteName(path));
+    if (note.rewrite || !note.is_readable) return note;
+    note = ReadNoteAt(WrittenName(path));
+    note.is_written = true;
+    return note;
 }
 
 bool IsCutPiece(const SString& piece, const SString& text) {

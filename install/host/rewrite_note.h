@@ -7,7 +7,9 @@
 //     420 8 9
 //     smtp ...#smtp ...
 //
-// It appears whole or not at all, and is on the disk before the file is touched.
+// It appears whole or not at all, and is on the disk before the file is touched. Once the file has its new
+// text, the note's name ends in ".rewritten" instead: what an administrator removes from then on stays
+// removed, and only the daemon may not know of the text yet.
 #pragma once
 
 #include <sys/types.h>
@@ -25,15 +27,18 @@ struct Rewrite {
 struct FoundNote {
     bool is_readable = true;         // false: there is a note, but it cannot be read now
     std::optional<Rewrite> rewrite;  // nothing without a note
+    bool is_written = false;         // the file had its new text
 };
 
 /// As root. False on any failure: RemoveNote then removes what there is of it.
 bool WriteNote(const SString& path, const Rewrite& rewrite);
+/// The file has its new text, on the disk.
+bool MarkWritten(const SString& path);
 void RemoveNote(const SString& path);
 /// What a run leaves that is killed while it writes the note.
 void RemoveDraft(const SString& path);
-/// As root. Only a regular file of root's with one name, that nobody else can write, is a note: whoever owns
-/// the directory may put others there.
+/// As root. Only a regular file of root's that nobody else can write is a note: whoever owns the directory
+/// may put others there. One with a second name could be another file of root's, and is unreadable.
 FoundNote ReadNote(const SString& path);
 
 /// Whether the piece is the text cut short: it lacks the end, or has NULs in places, which some file systems

@@ -103,9 +103,9 @@ bool IsLink(const SString& path) {
     return lstat(path.CString(), &status) == 0 && S_ISLNK(status.st_mode);
 }
 
-bool ExistsForRoot(const SString& path) {
+bool IsMissingForRoot(const SString& path) {
     const AsRoot root;
-    return FileExists(path);
+    return IsMissing(path);
 }
 
 }  // namespace
@@ -173,7 +173,7 @@ bool KillSendmail() {
 bool InstallSendmail() {
     const SString link = EmulatorLink(gstr_ProgramDir);
     BeginProgress("Installing sendmail emulator");
-    if (!ExistsForRoot(gstr_Sendmail)) {
+    if (IsMissingForRoot(gstr_Sendmail)) {
         const bool made = Uninterrupted([&] { return MakeLink(gstr_Sendmail, link); });
         ReportLink(made, "couldn't", link);
     } else if (LeadsTo(gstr_Sendmail, gstr_ProgramDir + "bin/sendmail")) {

@@ -76,8 +76,7 @@ bool UpdateServicesFile(const SStringList& entries) {
 
 bool AddServices() {
     BeginProgress("Checking services database");
-    const bool is_whole =
-        FinishRewrite(gstr_ServicesFile) != Unfinished::Failed;  // before the resolver reads it
+    const bool is_whole = FinishRewrite(gstr_ServicesFile);  // before the resolver reads it
     if (CriticalSection::WasInterrupted()) return false;
     const SStringList missing = MissingServices(gstrl_Services, gstrl_ServicePorts);
     if (missing.IsEmpty() && !is_whole) {

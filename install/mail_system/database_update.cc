@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 
+#include <cerrno>
 #include <optional>
 #include <utility>
 
@@ -44,10 +45,16 @@ bool CarryOverAll(Sdbfile* from, const SString& to, SStringList addresses) {
     return all;
 }
 
-/// What was copied there by hand may not be yet. One that cannot be read is no worse for it.
+/// A link would be renamed itself, and might lead to the very file that it replaces.
+bool IsPlainFile(const SString& path) {
+    struct stat status {};
+    return lstat(path.CString(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+/// What was copied there by hand may not be yet. One that may not be read is no worse for it.
 bool IsOnDisk(const SString& path) {
-    const RegularFile file = OpenRegularFile(path, O_RDONLY, Links::All);
-    return !file || file.descriptor.Sync();
+    const RegularFile file = OpenRegularFile(path, O_RDONLY, Links::NotAtEnd);
+    return file ? file.descriptor.Sync() : errno == EACCES;
 }
 
 /// If hard links are refused: the file is somebody else's, or the file system has none.
@@ -90,11 +97,11 @@ SNamedStringList ReadPreserveMap(const SStringList& lines) {
 }
 
 bool UpdateDatabase(const SString& new_database, Sdbfile* in_use, SStringList addresses) {
-    if (in_use->IsHeldAs(new_database)) return true;  // a second name of the same file: nothing to copy
     // If another run was faster, opening the new version for writing would make an empty one.
-    return EntryExists(DatabasePath(new_database)) && SettleDatabase(new_database) &&
-           CarryOverAll(in_use, new_database, std::move(addresses)) && SettleDatabase(new_database) &&
-           IsOnDisk(DatabasePath(new_database));
+    if (!IsPlainFile(DatabasePath(new_database))) return false;
+    if (in_use->IsHeldAs(new_database)) return true;  // a second name of the same file: nothing to copy
+    return SettleDatabase(new_database) && CarryOverAll(in_use, new_database, std::move(addresses)) &&
+           SettleDatabase(new_database) && IsOnDisk(DatabasePath(new_database));
 }
 
 Exchange ExchangeDatabase(const SString& file, const Sdbfile& in_use) {

@@ -17,8 +17,8 @@ SNamedStringList ReadPreserveMap(const SStringList& lines);
 /// Copies every listed setting from the old database into the new one, given by its base name. The handle
 /// holds the old one: nobody may change a setting that was copied before the exchange is done. A setting
 /// whose table the old one lacks stays as shipped. False if one could not be read or stored (the others are
-/// copied all the same), if there is no new database, if the disk refuses it, or if a journal beside it would
-/// get lost in a rename.
+/// copied all the same), if there is no new database or it is no regular file, if the disk refuses it, or if
+/// a journal beside it would get lost in a rename.
 bool UpdateDatabase(const SString& new_database, Sdbfile* in_use, SStringList addresses);
 
 enum class Exchange {

@@ -101,16 +101,17 @@ bool ConfigureFeatures() {
     Sdbfile www_server("WWW-Server", 0);
     Sdbfile dispatch("Dispatch", 0);
     if (www_server.Open("/Config", 1) == 0 || dispatch.Open("/Config", 1) == 0) return TellUnopened();
-    const RemoteSettings settings = ReadRemoteSettings(www_server, dispatch);
-    gn_WWWPort = settings.port;
+    const auto settings = ReadRemoteSettings(www_server, dispatch);
+    if (!settings) return TellUnopened();
+    gn_WWWPort = settings->port;
     EndProgress("done\n");
 
-    ShowSettings(settings);
+    ShowSettings(*settings);
     const char answer = Ask("Do you want to change this information? yes/no/quit ", "no");
     if (answer != 'y') return answer != 'q';
-    if (!ChangePort(&www_server, settings.port)) return false;
-    if (!settings.access.IsEmpty() && !ChangeAccess(&www_server)) return false;
-    if (!ChangeEmail(&dispatch, settings.by_email)) return false;
+    if (!ChangePort(&www_server, settings->port)) return false;
+    if (!settings->access.IsEmpty() && !ChangeAccess(&www_server)) return false;
+    if (!ChangeEmail(&dispatch, settings->by_email)) return false;
     Print("\n");
     return true;
 }

@@ -17,9 +17,14 @@ SString Row(const SString& label, const SString& value) {
 
 }  // namespace
 
-RemoteSettings ReadRemoteSettings(const Sdbfile& www_server, const Sdbfile& dispatch) {
-    return {PortNumber(www_server.Get("Socket").Get(0)), www_server.Get("WWWAccess"),
-            dispatch.Get("EmailConfig").Get(0) != "no"};
+std::optional<RemoteSettings> ReadRemoteSettings(const Sdbfile& www_server, const Sdbfile& dispatch) {
+    SStringList port;
+    SStringList access;
+    SStringList by_email;
+    const bool is_read = www_server.Read("Socket", &port) && www_server.Read("WWWAccess", &access) &&
+                         dispatch.Read("EmailConfig", &by_email);
+    if (!is_read) return std::nullopt;
+    return RemoteSettings{PortNumber(port.Get(0)), access, by_email.Get(0) != "no"};
 }
 
 int PortNumber(const SString& text) {

@@ -1,6 +1,8 @@
 // The settings of remote administration, as the module databases hold them and as the screen shows them.
 #pragma once
 
+#include <optional>
+
 #include "support/database/sdbfile.h"
 
 struct RemoteSettings {
@@ -9,8 +11,8 @@ struct RemoteSettings {
     bool by_email = true;  // "EmailConfig" of "Dispatch": anything but "no"
 };
 
-/// From the open tables "/Config" of the two databases.
-RemoteSettings ReadRemoteSettings(const Sdbfile& www_server, const Sdbfile& dispatch);
+/// From the open tables "/Config" of the two databases; nothing if one of them cannot be read.
+std::optional<RemoteSettings> ReadRemoteSettings(const Sdbfile& www_server, const Sdbfile& dispatch);
 /// The number that the text begins with: "080" is 80, "443x" is 443, "" is 0. A number too large for an int
 /// is still no port.
 int PortNumber(const SString& text);

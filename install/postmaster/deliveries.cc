@@ -12,10 +12,11 @@ S821Address Complete(S821Address address, const SString& host, const SString& do
     return address;
 }
 
-SStringList LocalDomains(SAccountDB* accounts, const SString& host) {
-    SStringList domains = accounts->GetLocalMailDomains();
-    domains.Push(host);
-    return LowerCase(domains);
+std::optional<SStringList> LocalDomains(SAccountDB* accounts, const SString& host) {
+    auto domains = accounts->ReadLocalMailDomains();
+    if (!domains) return std::nullopt;
+    domains->Push(host);
+    return LowerCase(*domains);
 }
 
 /// In one transaction: nobody sees a Postmaster with half of its deliveries, or none.
@@ -58,7 +59,8 @@ std::optional<Deliveries> ChooseDeliveries(SAccountDB* accounts, const SStringLi
                                            const SString& host, const SString& domain,
                                            SStringList* refusals) {
     const AccountSession session;
-    const SStringList local_domains = LocalDomains(accounts, host);
+    const std::optional<SStringList> local_domains = LocalDomains(accounts, host);
+    if (!local_domains) return std::nullopt;
     Deliveries chosen;
     for (const SString& entry : addresses) {
         const S821Address typed(entry);
@@ -72,7 +74,7 @@ std::optional<Deliveries> ChooseDeliveries(SAccountDB* accounts, const SStringLi
         if (found == Lookup::Failed) return std::nullopt;
         if (found == Lookup::Found) {
             chosen.accounts.Push(uid);
-        } else if (local_domains.Contains(SString(address.Domain()).LowerCase())) {
+        } else if (local_domains->Contains(SString(address.Domain()).LowerCase())) {
             refusals->Push("Address doesn't refer to a local account: " + address.Address());
         } else {
             chosen.channels.Push("SMTP " + address.Address());

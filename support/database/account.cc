@@ -35,6 +35,10 @@ long SAccountDB::AccountCount() {
 }
 
 SStringList SAccountDB::GetLocalMailDomains() {
+    return ReadLocalMailDomains().value_or(SStringList());
+}
+
+std::optional<SStringList> SAccountDB::ReadLocalMailDomains() {
     return _dbf_DB.Domains();
 }
 

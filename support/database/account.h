@@ -55,6 +55,8 @@ class SAccountDB : public virtual SAccountBase {
     virtual long AccountCount();
     /// The distinct domains of all accounts' SMTP addresses.
     SStringList GetLocalMailDomains();
+    /// The same; nothing if they cannot be read.
+    std::optional<SStringList> ReadLocalMailDomains();
 };
 
 class SAccountDBMod : public SAccountDB {

@@ -103,18 +103,20 @@ long AccountStore::Count() {
     return query.Next() == Step::Row ? query.Number(0) : 0;
 }
 
-SStringList AccountStore::Domains() {
+std::optional<SStringList> AccountStore::Domains() {
     const Use use(*this);
+    const DatabaseState state = OpenSession(false);
+    if (state == DatabaseState::Missing) return SStringList();
+    if (state != DatabaseState::Ready) return std::nullopt;
     std::set<std::string> domains;
-    SStringList list;
-    if (OpenSession(false) != DatabaseState::Ready) return list;
     Execution query(session_->addresses);
     Step step = query.Next();
     for (; step == Step::Row; step = query.Next()) {
         const SString domain = S821Address(query.Text(0)).Domain();
         if (!domain.IsEmpty()) domains.insert(domain.Bytes());
     }
-    if (step == Step::Failed) return list;
+    if (step == Step::Failed) return std::nullopt;
+    SStringList list;
     for (const std::string& domain : domains) list.Push(SString(domain));
     return list;
 }

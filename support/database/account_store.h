@@ -37,8 +37,8 @@ class AccountStore {
     Lookup FindOwner(const SString& address_key, SString* uid);
     SStringList Uids();
     long Count();
-    /// In lower case, sorted.
-    SStringList Domains();
+    /// In lower case, sorted; nothing on failure.
+    std::optional<SStringList> Domains();
     /// Unchanged as long as no UID can have become free: nothing was deleted or rolled back here, and no
     /// other process has written.
     uint64_t Epoch();

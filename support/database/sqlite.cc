@@ -13,6 +13,9 @@ namespace {
 constexpr const char* kPrecautions =
     "PRAGMA mmap_size = 0; PRAGMA temp_store = MEMORY; PRAGMA cell_size_check = ON";
 
+// For all connections: what a file's own expressions and indexes have SQLite itself hold or sort.
+constexpr sqlite3_int64 kMostMemory = 128 << 20;
+
 constexpr size_t kValueCost = 64;  // what a list spends on an empty one
 
 constexpr int kInstructionsBetweenLooks = 10000;  // well below a millisecond
@@ -31,13 +34,10 @@ constexpr struct {
     int limit;
     int value;
 } kLimits[] = {
-    {SQLITE_LIMIT_LENGTH, static_cast<int>(kMostText)},  // of a value, and of a row
-    {SQLITE_LIMIT_SQL_LENGTH, 100000},
-    {SQLITE_LIMIT_COLUMN, 100},
-    {SQLITE_LIMIT_EXPR_DEPTH, 20},
-    {SQLITE_LIMIT_VDBE_OP, 25000},
-    {SQLITE_LIMIT_LIKE_PATTERN_LENGTH, 50},
-    {SQLITE_LIMIT_ATTACHED, 0},
+    {SQLITE_LIMIT_LENGTH, 16 << 20},  // of a value, and of a row
+    {SQLITE_LIMIT_SQL_LENGTH, 100000},      {SQLITE_LIMIT_COLUMN, 100},
+    {SQLITE_LIMIT_EXPR_DEPTH, 20},          {SQLITE_LIMIT_VDBE_OP, 25000},
+    {SQLITE_LIMIT_LIKE_PATTERN_LENGTH, 50}, {SQLITE_LIMIT_ATTACHED, 0},
     {SQLITE_LIMIT_TRIGGER_DEPTH, 1},
 };
 
@@ -147,6 +147,7 @@ std::unique_ptr<Connection> Connection::Open(const SString& path, Mode mode) {
 // Virtual tables cannot be switched off; without modules none can be used.
 bool Connection::TakePrecautions() {
     sqlite3* handle = handle_.get();
+    sqlite3_hard_heap_limit64(kMostMemory);
     for (const auto& [option, value] : kOptions) {
         if (sqlite3_db_config(handle, option, value, nullptr) != SQLITE_OK) return false;
     }

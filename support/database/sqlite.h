@@ -2,8 +2,8 @@
 // only place that calls the library. Failure is in the result; nothing is printed and nothing is thrown.
 //
 // Files are taken for hostile: no trigger, view or virtual table of theirs is run and no function that may
-// take hours, lengths are limited, and a statement is given up when it has run for a minute or has given more
-// text than expected of it.
+// take hours, lengths and memory are limited, and a statement is given up when it has run for a minute or has
+// given more text than expected of it.
 #pragma once
 
 #include <chrono>
@@ -25,7 +25,7 @@ constexpr std::chrono::milliseconds kLockWait{5000};
 enum class Step { Row, Done, Failed };
 
 /// How much text one execution may give, in bytes; a value costs some for itself, too.
-constexpr size_t kMostText = size_t{16} << 20;
+constexpr size_t kMostText = size_t{64} << 20;
 
 class Connection;
 

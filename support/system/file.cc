@@ -50,6 +50,10 @@ bool FileExists(const SString& path) {
     return Stat(path).has_value();
 }
 
+bool IsMissing(const SString& path) {
+    return !Stat(path) && (errno == ENOENT || errno == ENOTDIR || errno == ELOOP);
+}
+
 bool EntryExists(const SString& path) {
     return LinkStat(path).has_value() || (errno != ENOENT && errno != ENOTDIR);
 }

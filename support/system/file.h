@@ -7,6 +7,8 @@
 
 /// Follows links. A dangling link does not exist.
 bool FileExists(const SString& path);
+/// Follows links. False, too, if it cannot be told: a server that died still has its files.
+bool IsMissing(const SString& path);
 /// Does not follow links. Also true if it cannot be told.
 bool EntryExists(const SString& path);
 bool IsDirectory(const SString& path);

@@ -194,38 +194,42 @@ TEST(RewriteHostFile, LeavesNoNote) {
     EXPECT_EQ(ReadDir(folder / "").Count(), 2U);
 }
 
-const SString kNul('\0', 1);
-const Rewrite kRewrite{0444, "old\none\n", "new\nones\n"};
-
 TEST(RewriteHostFile, AnnouncesTheNewTextBeforeTheNoteGoes) {
     const TemporaryFolder folder;
     const SString path = folder.Write("file", "one\ntwo\n");
     int count = 0;
-    const auto look = [&] {
+    const auto look = [&](const SString& before) {
         ++count;
+        EXPECT_EQ(before, "one\ntwo\n");
         EXPECT_EQ(MapFileRead(path), "two\none\n");
-        EXPECT_TRUE(ReadNote(path).rewrite);
+        EXPECT_TRUE(ReadNote(path).is_written);
     };
     EXPECT_TRUE(RewriteHostFile(path, Reverse, look));
     EXPECT_EQ(count, 1);
     // Killed before it could tell anybody.
     ASSERT_TRUE(WriteNote(path, {0644, "one\ntwo\n", "two\none\n"}));
-    EXPECT_EQ(FinishRewrite(path, look), Unfinished::Finished);
+    EXPECT_TRUE(FinishRewrite(path, look));
     EXPECT_EQ(count, 2);
-    EXPECT_EQ(FinishRewrite(path, look), Unfinished::Nothing);
+    EXPECT_TRUE(FinishRewrite(path, look));
     EXPECT_EQ(count, 2);
+}
+
+void Refuse(const SString& /*before*/) {
+    ADD_FAILURE();
 }
 
 TEST(RewriteHostFile, AnnouncesNoTextThatTheFileDoesNotHave) {
     const TemporaryFolder folder;
     const SString path = folder.Write("file", "old\n");
-    const auto refuse = [] { ADD_FAILURE(); };
     const FileSizeLimit limit(1500);
-    EXPECT_FALSE(RewriteHostFile(
-        path, [](const SStringList&) { return SStringList(SString('n', 2000)); }, refuse));
+    const auto grow = [](const SStringList&) { return SStringList(SString('n', 2000)); };
+    EXPECT_FALSE(RewriteHostFile(path, grow, Refuse));
     ASSERT_TRUE(WriteNote(path, {0644, "old\n", "new\n"}));
-    EXPECT_EQ(FinishRewrite(path, refuse), Unfinished::Nothing);
+    EXPECT_TRUE(FinishRewrite(path, Refuse));
 }
+
+const SString kNul('\0', 1);
+const Rewrite kRewrite{0444, "old\none\n", "new\nones\n"};
 
 TEST(FinishRewrite, FinishesACutPieceAndNothingElse) {
     const std::pair<SString, SString> cases[] = {
@@ -249,11 +253,27 @@ TEST(FinishRewrite, FinishesACutPieceAndNothingElse) {
         const TemporaryFolder folder;
         const SString path = folder.Write("file", found);
         ASSERT_TRUE(WriteNote(path, kRewrite));
-        const bool is_finished = whole == kRewrite.after;
-        EXPECT_EQ(FinishRewrite(path), is_finished ? Unfinished::Finished : Unfinished::Nothing) << found;
+        bool is_announced = false;
+        EXPECT_TRUE(FinishRewrite(path, [&](const SString& before) {
+            is_announced = true;
+            EXPECT_EQ(before, kRewrite.before);
+        })) << found;
+        EXPECT_EQ(is_announced, whole != kRewrite.before) << found;
         EXPECT_EQ(MapFileRead(path), whole) << found;
         EXPECT_EQ(ReadDir(folder / ""), SStringList(path)) << found;
     }
+}
+
+TEST(FinishRewrite, LeavesAloneWhatWasWrittenWhole) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("file", "new\n");  // the rest was removed by hand
+    ASSERT_TRUE(WriteNote(path, kRewrite));
+    ASSERT_TRUE(MarkWritten(path));
+    bool is_announced = false;
+    EXPECT_TRUE(FinishRewrite(path, [&](const SString& /*before*/) { is_announced = true; }));
+    EXPECT_TRUE(is_announced);
+    EXPECT_EQ(MapFileRead(path), "new\n");
+    EXPECT_EQ(ReadDir(folder / ""), SStringList(path));
 }
 
 TEST(FinishRewrite, TakesAwayTheWritePermissionThatTheRewriteHadAdded) {
@@ -271,7 +291,7 @@ TEST(FinishRewrite, TakesAwayTheWritePermissionThatTheRewriteHadAdded) {
         const TemporaryFolder folder;
         const SString path = folder.Write("file", each.bytes, each.mode);
         ASSERT_TRUE(WriteNote(path, kRewrite));
-        EXPECT_NE(FinishRewrite(path), Unfinished::Failed);
+        EXPECT_TRUE(FinishRewrite(path));
         EXPECT_EQ(ModeOf(path), each.after) << each.bytes << each.mode;
     }
 }
@@ -290,7 +310,7 @@ TEST(FinishRewrite, PutsTheOldTextBackWhereTheNewOneFindsNoRoom) {
     const SString path = folder.Write("file", "n");
     ASSERT_TRUE(WriteNote(path, {0644, "old\n", SString('n', 2000)}));
     const FileSizeLimit limit(1500);
-    EXPECT_NE(FinishRewrite(path), Unfinished::Failed);
+    EXPECT_TRUE(FinishRewrite(path));
     EXPECT_EQ(MapFileRead(path), "old\n");
 }
 
@@ -300,10 +320,10 @@ TEST(FinishRewrite, KeepsTheNoteOfAFileThatStaysCut) {
     ASSERT_TRUE(WriteNote(path, kRewrite));
     {
         const FileSizeLimit limit(4);
-        EXPECT_EQ(FinishRewrite(path), Unfinished::Failed);
+        EXPECT_FALSE(FinishRewrite(path));
         EXPECT_FALSE(RewriteHostFile(path, Reverse));
     }
-    EXPECT_NE(FinishRewrite(path), Unfinished::Failed);
+    EXPECT_TRUE(FinishRewrite(path));
     EXPECT_EQ(MapFileRead(path), "old\none\n");  // it was being put back
 }
 
@@ -311,7 +331,7 @@ TEST(FinishRewrite, KeepsTheNoteOfAFileThatIsNotThere) {
     const TemporaryFolder folder;
     const SString path = folder / "file";
     ASSERT_TRUE(WriteNote(path, kRewrite));
-    EXPECT_EQ(FinishRewrite(path), Unfinished::Failed);
+    EXPECT_FALSE(FinishRewrite(path));
     EXPECT_EQ(ReadDir(folder / "").Count(), 1U);
 }
 

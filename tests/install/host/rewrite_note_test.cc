@@ -63,6 +63,7 @@ TEST(RewriteNote, IsNotWhatSomebodyElsePutThere) {
     ASSERT_EQ(chown(name.CString(), 0, 0), 0);
     ASSERT_TRUE(AddName(name, folder / "other"));
     EXPECT_FALSE(HasNote(path)) << "of two names";
+    EXPECT_FALSE(ReadNote(path).is_readable);
     ASSERT_TRUE(RemoveFile(name));
     ASSERT_EQ(symlink("other", name.CString()), 0);
     EXPECT_FALSE(HasNote(path)) << "a link";

@@ -1,6 +1,8 @@
 #include "install/mail_system/database_update.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "support/database/sdbfile.h"
 #include "support/database/sqlite.h"
@@ -92,6 +94,15 @@ TEST_F(UpdateDatabaseTest, HasNothingToCarryOverWithoutAnOldDatabase) {
 TEST_F(UpdateDatabaseTest, MakesNoNewVersionWhereThereIsNone) {
     EXPECT_FALSE(Update("Missing", "Old", "/Config/Socket"));
     EXPECT_FALSE(EntryExists(folder_ / "config/Missing"));
+}
+
+TEST_F(UpdateDatabaseTest, PutsNoLinkIntoService) {
+    ASSERT_EQ(symlink("Old", (folder_ / "config/Self").CString()), 0);
+    ASSERT_EQ(symlink("nowhere", (folder_ / "config/Dangling").CString()), 0);
+    ASSERT_EQ(mkfifo((folder_ / "config/Fifo").CString(), 0600), 0);
+    for (const SString name : {"Self", "Dangling", "Fifo"}) {
+        EXPECT_FALSE(Update(name, "Old", SStringList())) << name;
+    }
 }
 
 TEST_F(UpdateDatabaseTest, FailsRatherThanResetASettingThatCannotBeRead) {

@@ -56,18 +56,24 @@ TEST(ReadRemoteSettings, TakesWhatIsMissingAsTheModulesDo) {
     Sdbfile www_server("WWW-Server", 0);
     Sdbfile dispatch("Dispatch", 0);
     ASSERT_TRUE(www_server.Open("/Config", 1) && dispatch.Open("/Config", 1));
-    const RemoteSettings empty = ReadRemoteSettings(www_server, dispatch);
-    EXPECT_EQ(empty.port, 0);
-    EXPECT_TRUE(empty.access.IsEmpty());
-    EXPECT_TRUE(empty.by_email);
+    const auto empty = ReadRemoteSettings(www_server, dispatch);
+    ASSERT_TRUE(empty);
+    EXPECT_EQ(empty->port, 0);
+    EXPECT_TRUE(empty->access.IsEmpty());
+    EXPECT_TRUE(empty->by_email);
 
     www_server.Set("Socket", {"0443", "ignored"});
     www_server.Set("WWWAccess", {"a.example", "b.example"});
     dispatch.Set("EmailConfig", "no");
-    const RemoteSettings settings = ReadRemoteSettings(www_server, dispatch);
-    EXPECT_EQ(settings.port, 443);
-    EXPECT_EQ(settings.access, SStringList({"a.example", "b.example"}));
-    EXPECT_FALSE(settings.by_email);
+    const auto settings = ReadRemoteSettings(www_server, dispatch);
+    ASSERT_TRUE(settings);
+    EXPECT_EQ(settings->port, 443);
+    EXPECT_EQ(settings->access, SStringList({"a.example", "b.example"}));
+    EXPECT_FALSE(settings->by_email);
+
+    // Shown as none, they would be replaced.
+    ASSERT_TRUE(RemoveFile(folder / "config/Dispatch"));
+    EXPECT_FALSE(ReadRemoteSettings(www_server, dispatch));
 }
 
 }  // namespace

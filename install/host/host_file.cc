@@ -88,7 +88,7 @@ bool PutModeBack(const Original& found, mode_t mode) {
 }
 
 /// The file has its new text; without its old mode, the note stays as it is.
-void Tell(const SString& path, bool is_done, const Announcement& announce, const SString& before) {
+void Conclude(const SString& path, bool is_done, const Announcement& announce, const SString& before) {
     if (is_done) MarkWritten(path);
     announce(before);
 }
@@ -101,7 +101,7 @@ bool Finish(const SString& path, const Original& found, const Rewrite& rewrite,
     if (written == Written::Neither) return false;
     const bool is_done = !text || PutModeBack(found, rewrite.mode);
     const bool is_old = written == Written::Otherwise || text == rewrite.before;
-    if (!is_old) Tell(path, is_done, announce, rewrite.before);
+    if (!is_old) Conclude(path, is_done, announce, rewrite.before);
     return is_done;
 }
 
@@ -154,6 +154,6 @@ bool RewriteHostFile(const SString& path, const LineEdit& edit, const Announceme
     const Written written = WriteEither(file, changed, original->bytes);
     const bool is_done = written != Written::Neither && access.GiveBack();
     if (!is_done) note.Leave();
-    if (written == Written::Text) Tell(path, is_done, announce, original->bytes);
+    if (written == Written::Text) Conclude(path, is_done, announce, original->bytes);
     return written == Written::Text;
 }

@@ -17,22 +17,16 @@ namespace {
 constexpr mode_t kOthersWrite = 022;  // the group's bits are an access list's mask, too
 constexpr mode_t kOwnerOnly = 0600;
 
-SString NameBeside(const SString& path, const char* ending) {
-    const SString name = BaseName(path, "");
-    const SString directory(path.Bytes().substr(0, path.Length() - name.Length()));
-    return directory + "." + name + ending;
-}
-
 SString NoteName(const SString& path) {
-    return NameBeside(path, ".rewrite");
+    return HiddenBeside(path, ".rewrite");
 }
 
 SString WrittenName(const SString& path) {
-    return NameBeside(path, ".rewritten");
+    return HiddenBeside(path, ".rewritten");
 }
 
 SString DraftName(const SString& path) {
-    return NameBeside(path, ".rewrite.new");
+    return HiddenBeside(path, ".rewrite.new");
 }
 
 bool IsTrusted(const struct stat& status) {

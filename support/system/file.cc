@@ -134,6 +134,12 @@ SString BaseName(const SString& path, const SString& suffix) {
     return SString(name);
 }
 
+SString HiddenBeside(const SString& path, const SString& ending) {
+    const SString name = BaseName(path, "");
+    const SString directory(path.Bytes().substr(0, path.Length() - name.Length()));
+    return directory + "." + name + ending;
+}
+
 SStringList BaseName(const SStringList& paths, const SString& suffix) {
     SStringList names;
     for (const SString& path : paths) names.Push(BaseName(path, suffix));

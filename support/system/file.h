@@ -40,6 +40,8 @@ inline SString BaseName(const char* path, const SString& suffix) {
 }
 /// The same of every path.
 SStringList BaseName(const SStringList& paths, const SString& suffix);
+/// A hidden name in the path's directory: HiddenBeside("/a/b", ".new") is "/a/.b.new".
+SString HiddenBeside(const SString& path, const SString& ending);
 /// The name of the path's owner (group), a final link not followed. Empty if there is no such path, or no
 /// name for the id.
 SString FileOwner(const SString& path);

@@ -17,10 +17,8 @@ constexpr int kTries = 10;
 
 /// Unguessable: in a directory that others can write, they could take all names beforehand.
 SString OtherName(const SString& path) {
-    SString name = BaseName(path, "");
-    SString directory(path.Bytes().substr(0, path.Length() - name.Length()));
-    return directory + "." + name + "." + ProcessIdString() + "." +
-           SString(RandomInt(std::numeric_limits<int>::max()));
+    const SString number(RandomInt(std::numeric_limits<int>::max()));
+    return HiddenBeside(path, "." + ProcessIdString() + "." + number);
 }
 
 }  // namespace

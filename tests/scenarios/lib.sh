@@ -183,6 +183,11 @@ running() { pgrep -x "$1" >/dev/null || fail "$1 does not run"; }
 
 not_running() { ! pgrep -x "$1" >/dev/null || fail "$1 runs"; }
 
+# damage DATABASE PAGE: overwrites a page, which the sqlite3 shell can name, with zeros.
+damage() {
+    dd if=/dev/zero of="$DATA/config/$1" bs=4096 seek=$(($2 - 1)) count=1 conv=notrunc status=none
+}
+
 # setting DATABASE TABLE KEY: the values, separated by commas.
 setting() {
     sqlite3 "$DATA/config/$1" "SELECT value FROM settings WHERE path = '$2' AND key = '$3' ORDER BY position" |

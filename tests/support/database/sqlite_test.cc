@@ -21,6 +21,13 @@ using sqlite::Transaction;
 class Sqlite : public testing::Test {
   protected:
     std::unique_ptr<Connection> Open(Mode mode = Mode::Shared) { return Connection::Open(path_, mode); }
+    /// A database that the sqlite3 shell has made, which takes no precautions.
+    std::unique_ptr<Connection> OpenHostile(const SString& sql) const {
+        const SString script = folder_.Write("hostile.sql", sql);
+        const SString hostile = folder_ / "hostile";
+        EXPECT_EQ(ReadCommand("sqlite3 " + hostile + " <" + script + " 2>&1").Join(), "");
+        return Connection::Open(hostile, Mode::Shared);
+    }
 
     TemporaryFolder folder_;
     SString path_ = folder_.Write("a b?c=d#e%20f\xc3\xa4'.db", "");
@@ -91,16 +98,12 @@ TEST_F(Sqlite, TransactionThatTheLibraryGaveUpIsNotOpen) {
 }
 
 TEST_F(Sqlite, RunsNothingOfTheFilesOwn) {
-    const SString sql =
-        folder_.Write("hostile.sql",
-                      "CREATE TABLE t (x); CREATE TABLE log (x);"
-                      "CREATE TRIGGER own AFTER INSERT ON t BEGIN INSERT INTO log VALUES (1); END;"
-                      "CREATE VIEW seen AS SELECT 1 AS x;"
-                      "CREATE VIRTUAL TABLE words USING fts5(x);"
-                      "CREATE VIRTUAL TABLE pages USING dbstat;");
-    const SString hostile = folder_ / "hostile";
-    EXPECT_EQ(ReadCommand("sqlite3 " + hostile + " <" + sql + " 2>&1").Join(), "");
-    const auto connection = Connection::Open(hostile, Mode::Shared);
+    const auto connection = OpenHostile(
+        "CREATE TABLE t (x); CREATE TABLE log (x);"
+        "CREATE TRIGGER own AFTER INSERT ON t BEGIN INSERT INTO log VALUES (1); END;"
+        "CREATE VIEW seen AS SELECT 1 AS x;"
+        "CREATE VIRTUAL TABLE words USING fts5(x);"
+        "CREATE VIRTUAL TABLE pages USING dbstat;");
     ASSERT_NE(connection, nullptr);
     EXPECT_TRUE(connection->Execute("INSERT INTO t VALUES (1)"));
     EXPECT_EQ(connection->Value("SELECT count(*) FROM log"), SString("0"));
@@ -112,13 +115,9 @@ TEST_F(Sqlite, RunsNothingOfTheFilesOwn) {
 }
 
 TEST_F(Sqlite, CallsNoSlowFunctionOfTheFilesOwn) {
-    const SString sql =
-        folder_.Write("slow.sql",
-                      "CREATE TABLE fast (x, y AS (upper(x))); INSERT INTO fast VALUES ('ab');"
-                      "CREATE TABLE slow (x, y AS (instr(x, 'b'))); INSERT INTO slow VALUES ('ab');");
-    const SString hostile = folder_ / "hostile";
-    EXPECT_EQ(ReadCommand("sqlite3 " + hostile + " <" + sql + " 2>&1").Join(), "");
-    const auto connection = Connection::Open(hostile, Mode::Shared);
+    const auto connection = OpenHostile(
+        "CREATE TABLE fast (x, y AS (upper(x))); INSERT INTO fast VALUES ('ab');"
+        "CREATE TABLE slow (x, y AS (instr(x, 'b'))); INSERT INTO slow VALUES ('ab');");
     ASSERT_NE(connection, nullptr);
     EXPECT_EQ(connection->Value("SELECT y FROM fast"), SString("AB"));
     EXPECT_FALSE(connection->Value("SELECT y FROM slow"));

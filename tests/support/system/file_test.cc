@@ -202,6 +202,11 @@ TEST(BaseName, IsTheLastComponentWithoutItsSuffix) {
     EXPECT_TRUE(BaseName(SStringList(), "").IsEmpty());
 }
 
+TEST(HiddenBeside, IsInTheSameDirectory) {
+    EXPECT_EQ(HiddenBeside("/a/b", ".new"), "/a/.b.new");
+    EXPECT_EQ(HiddenBeside("b", ""), ".b");
+}
+
 TEST(FileOwner, IsTheNameOfTheEntrysOwner) {
     const TemporaryFolder folder;
     const SString file = folder.Write("file", "");

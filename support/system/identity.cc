@@ -22,12 +22,6 @@ std::optional<std::vector<gid_t>> CurrentGroups() {
     return groups;
 }
 
-/// The user goes last: setting groups needs root's rights.
-bool Take(const Identity& user) {
-    return seteuid(getuid()) == 0 && setgroups(user.groups.size(), user.groups.data()) == 0 &&
-           setegid(user.gid) == 0 && seteuid(user.uid) == 0;
-}
-
 std::optional<std::vector<gid_t>>& GroupsAtStart() {
     static std::optional<std::vector<gid_t>> groups;
     return groups;
@@ -71,16 +65,55 @@ AsRoot::~AsRoot() {
     if (after_ != geteuid() && seteuid(after_) != 0) EndAsRoot();
 }
 
-AsUser::AsUser(const Identity& user) : before_{geteuid(), getegid(), {}} {
+ManyUsers::ManyUsers() : root_(getuid()), now_{geteuid(), getegid(), {}} {
     const auto groups = CurrentGroups();
     if (!groups) return;
-    before_.groups = *groups;
-    taken_ = Take(user);
-    if (!taken_ && !Take(before_)) EndAsRoot();
+    now_.groups = *groups;
+    before_ = now_;
 }
 
+ManyUsers::~ManyUsers() {
+    if (before_ && !Change(*before_)) EndAsRoot();
+}
+
+bool ManyUsers::Take(const Identity& user) {
+    if (!before_) return false;
+    const Identity last = now_;
+    const bool is_taken = Change(user);
+    if (!is_taken && !Change(last)) EndAsRoot();
+    return is_taken;
+}
+
+void ManyUsers::Leave() {
+    if (before_ && !ChangeUser(root_)) EndAsRoot();
+}
+
+/// The user goes last: setting groups needs root's rights.
+bool ManyUsers::Change(const Identity& to) {
+    if (to.groups != now_.groups || to.gid != now_.gid) {
+        if (!ChangeUser(root_) || setgroups(to.groups.size(), to.groups.data()) != 0) return false;
+        now_.groups = to.groups;
+        if (setegid(to.gid) != 0) return false;
+        now_.gid = to.gid;
+    }
+    return ChangeUser(to.uid);
+}
+
+bool ManyUsers::ChangeUser(uid_t uid) {
+    if (now_.uid == uid) return true;
+    // From one user to another only root may change.
+    if (now_.uid != root_ && uid != root_ && !ChangeUser(root_)) return false;
+    if (seteuid(uid) != 0) return false;
+    now_.uid = uid;
+    return true;
+}
+
+AsUser::AsUser(const Identity& user) : own_(std::in_place), users_(&*own_), taken_(users_->Take(user)) {}
+
+AsUser::AsUser(ManyUsers* users, const Identity& user) : users_(users), taken_(users_->Take(user)) {}
+
 AsUser::~AsUser() {
-    if (taken_ && !Take(before_)) EndAsRoot();
+    if (!own_) users_->Leave();
 }
 
 std::vector<gid_t> GroupsOf(const SString& login, gid_t gid) {

@@ -5,6 +5,7 @@
 #include <sys/types.h>
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "support/text/sstring.h"
@@ -39,20 +40,44 @@ class AsRoot {
     uid_t after_;
 };
 
+/// For users' identities that are taken one after the other, with as few calls as that needs: in between the
+/// process is root, with the last user's groups. Nothing else may change the identity meanwhile, but AsRoot.
+/// The scope's end gives the identity from before back; where that is refused, the program ends with status
+/// 2, as it would otherwise act as somebody else.
+class ManyUsers {
+  public:
+    ManyUsers();
+    ~ManyUsers();
+    ManyUsers(const ManyUsers&) = delete;
+    ManyUsers& operator=(const ManyUsers&) = delete;
+
+  private:
+    friend class AsUser;
+    bool Take(const Identity& user);
+    void Leave();
+    bool Change(const Identity& to);
+    bool ChangeUser(uid_t uid);
+
+    uid_t root_;
+    std::optional<Identity> before_;  // nothing if it could not be found out
+    Identity now_;
+};
+
 /// A user's identity for a scope. If the system refuses any of it, nothing is changed and IsTaken is false:
-/// do nothing for the user then. A failure to give the identity back ends the program with status 2, which
-/// would otherwise act as somebody else.
+/// do nothing for the user then.
 class AsUser {
   public:
     explicit AsUser(const Identity& user);
+    AsUser(ManyUsers* users, const Identity& user);
     ~AsUser();
     AsUser(const AsUser&) = delete;
     AsUser& operator=(const AsUser&) = delete;
     bool IsTaken() const { return taken_; }
 
   private:
-    Identity before_;
-    bool taken_ = false;
+    std::optional<ManyUsers> own_;
+    ManyUsers* users_;
+    bool taken_;
 };
 
 /// The supplementary groups of a login (getgrouplist), its primary group included.

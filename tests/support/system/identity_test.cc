@@ -57,6 +57,50 @@ TEST(AsUser, CanBeTakenByAnotherUser) {
     EXPECT_EQ(Groups(), kGroups);
 }
 
+TEST(ManyUsers, AreTakenOneAfterAnother) {
+    const AsUser owner({kUser, kGroup, kGroups});
+    {
+        const AsRoot root;
+        ManyUsers users;
+        const Identity identities[] = {{kUser + 1, kGroup, kGroups},
+                                       {kUser + 2, kGroup, kGroups},
+                                       {kUser + 3, kGroup + 5, kGroups},
+                                       {kUser + 3, kGroup + 5, {kGroup + 5}},
+                                       {0, 0, {0}},
+                                       {kUser, kGroup, kGroups}};
+        for (const Identity& identity : identities) {
+            {
+                const AsUser user(&users, identity);
+                EXPECT_TRUE(user.IsTaken());
+                EXPECT_EQ(geteuid(), identity.uid);
+                EXPECT_EQ(getegid(), identity.gid);
+                EXPECT_EQ(Groups(), identity.groups);
+            }
+            EXPECT_EQ(geteuid(), 0U);
+            EXPECT_EQ(getuid(), 0U);
+        }
+    }
+    EXPECT_EQ(geteuid(), kUser);
+    EXPECT_EQ(getegid(), kGroup);
+    EXPECT_EQ(Groups(), kGroups);
+}
+
+TEST(ManyUsers, GoOnAfterOneThatTheSystemRefuses) {
+    const auto before = Groups();
+    {
+        ManyUsers users;
+        EXPECT_FALSE(AsUser(&users, {kNoId, kGroup, kGroups}).IsTaken());
+        EXPECT_EQ(geteuid(), 0U);
+        EXPECT_EQ(Groups(), before);
+        const AsUser user(&users, {kUser, kGroup, kGroups});
+        EXPECT_TRUE(user.IsTaken());
+        EXPECT_EQ(Groups(), kGroups);
+    }
+    EXPECT_EQ(geteuid(), 0U);
+    EXPECT_EQ(getegid(), getgid());
+    EXPECT_EQ(Groups(), before);
+}
+
 // A core file would hold passwords.
 TEST(AsUser, EndsTheProgramWhereItsIdentityCannotBeGivenBack) {
     const auto lose_root = [] {

@@ -17,6 +17,7 @@ const SString kAddressField = "SMTP-Address";
 }  // namespace
 
 bool AccountStore::Begin() {
+    fresh_ = {};
     is_in_transaction_ = true;
     transaction_use_.emplace(*this);
     if (OpenSession(true) == DatabaseState::Ready) transaction_.emplace(*session_->connection);
@@ -26,6 +27,7 @@ bool AccountStore::Begin() {
 void AccountStore::RollBack() {
     // Once a transaction: each new epoch makes the search for free UIDs start over.
     if (!transaction_) return;
+    fresh_ = {};
     transaction_.reset();
     ++epoch_;
 }
@@ -34,6 +36,7 @@ bool AccountStore::End(bool commit) {
     const bool is_done = commit && transaction_ && transaction_->Commit();
     if (is_done) is_unsynced_ = true;
     if (!is_done) ++epoch_;
+    fresh_ = {};
     transaction_.reset();
     is_in_transaction_ = false;
     transaction_use_.reset();
@@ -57,10 +60,18 @@ bool AccountStore::Sync() {
 // A failed look-up is refused, not taken for a new account: that would overwrite somebody's.
 AccountStore::Binding AccountStore::Bind(const SString& uid) {
     if (Execution(session_->add, uid).Run() && session_->connection->HasChanged()) {
-        return {session_->connection->LastId(), true};
+        return BindFresh(uid);
     }
     Execution query(session_->find, uid);
     return query.Next() == Step::Row ? Binding{query.Number(0), false} : Binding{};
+}
+
+/// Whatever fields a damaged database holds under the new id are nobody's.
+AccountStore::Binding AccountStore::BindFresh(const SString& uid) {
+    const int64_t id = session_->connection->LastId();
+    if (!Execution(session_->remove_fields, id).Run()) return {};
+    fresh_ = {id, uid, {}};
+    return {id, true};
 }
 
 // SQLite may give a deleted account's id to the next one.
@@ -70,6 +81,7 @@ bool AccountStore::Holds(int64_t id, const SString& uid) {
 
 bool AccountStore::Delete(const SString& uid) {
     ++epoch_;
+    fresh_ = {};
     const int64_t id = [&] {
         Execution query(session_->find, uid);
         return query.Next() == Step::Row ? query.Number(0) : 0;
@@ -79,16 +91,25 @@ bool AccountStore::Delete(const SString& uid) {
 }
 
 bool AccountStore::SetField(int64_t id, const SString& uid, const SString& field, const SStringList& values) {
-    const bool has_addresses = field == kAddressField;
-    if (!Holds(id, uid) || (has_addresses && !RemoveAddresses(id)) ||
-        !Execution(session_->remove_field, id, field).Run()) {
-        return false;
-    }
+    if (!NoteFirstValue(id, uid, field) && !RemoveField(id, uid, field)) return false;
     int64_t position = 0;
     for (const SString& value : values) {
         if (!Execution(session_->add_value, id, field, position++, value).Run()) return false;
     }
-    return !has_addresses || AddAddresses(id, values);
+    return field != kAddressField || AddAddresses(id, values);
+}
+
+/// True for a field's first values in the account that this transaction made: there is nothing to look up and
+/// remove then, which would be most of the cost of making one.
+bool AccountStore::NoteFirstValue(int64_t id, const SString& uid, const SString& field) {
+    if (id != fresh_.id || uid != fresh_.uid || fresh_.fields.Contains(field)) return false;
+    fresh_.fields.Push(field);
+    return true;
+}
+
+bool AccountStore::RemoveField(int64_t id, const SString& uid, const SString& field) {
+    return Holds(id, uid) && (field != kAddressField || RemoveAddresses(id)) &&
+           Execution(session_->remove_field, id, field).Run();
 }
 
 bool AccountStore::Lock(int64_t id, const SString& uid) {

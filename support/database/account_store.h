@@ -74,6 +74,9 @@ class AccountStore {
     void CloseSession();
     bool Checkpoint();
     bool Holds(int64_t id, const SString& uid);
+    Binding BindFresh(const SString& uid);
+    bool NoteFirstValue(int64_t id, const SString& uid, const SString& field);
+    bool RemoveField(int64_t id, const SString& uid, const SString& field);
     bool AddAddresses(int64_t id, const SStringList& values);
     bool RemoveAddresses(int64_t id);
 
@@ -85,4 +88,12 @@ class AccountStore {
     std::optional<sqlite::Transaction> transaction_;
     bool is_in_transaction_ = false;  // between Begin and End, even after a failure
     uint64_t epoch_ = 0;
+
+    /// The account that the open transaction made last. No other fields of it are stored than these.
+    struct Fresh {
+        int64_t id = 0;
+        SString uid;
+        SStringList fields;
+    };
+    Fresh fresh_;
 };

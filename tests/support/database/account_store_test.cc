@@ -40,6 +40,46 @@ TEST_F(Store, TakesBackAtOnceAndWaitsForTheEnd) {
     EXPECT_TRUE(store_.Begin() && Add("Ann") && store_.End(true));
 }
 
+TEST_F(Store, ReplacesTheFieldsOfAnAccountThatItHasJustMade) {
+    SNamedStringList fields;
+    bool is_locked = false;
+    SString owner;
+    ASSERT_TRUE(store_.Begin());
+    int64_t ann = store_.Bind("Ann").id;
+    EXPECT_TRUE(store_.SetField(ann, "Ann", "SMTP-Address", {"ann@example.com", "a@example.com"}));
+    EXPECT_TRUE(store_.SetField(ann, "Ann", "SMTP-Address", "annie@example.com"));
+    EXPECT_EQ(store_.FindOwner("ann@example.com", &owner), Lookup::Missing);
+    ASSERT_TRUE(store_.Delete("Ann"));
+    ann = store_.Bind("Ann").id;
+    EXPECT_TRUE(store_.SetField(ann, "Ann", "Name", {"Ann", "Annie"}));
+    const int64_t bob = store_.Bind("Bob").id;
+    EXPECT_TRUE(store_.SetField(bob, "Bob", "Name", "Bob"));
+    EXPECT_TRUE(store_.SetField(ann, "Ann", "Name", "Ann"));
+    EXPECT_FALSE(store_.SetField(bob, "Rob", "Password", "x"));  // a deleted account's id is given again
+    ASSERT_TRUE(store_.End(true));
+    ASSERT_TRUE(store_.Begin() && store_.SetField(bob, "Bob", "Name", "Robert") && store_.End(true));
+    EXPECT_EQ(store_.Read("Ann", &fields, &is_locked), Lookup::Found);
+    EXPECT_EQ(fields.Get("Name"), SStringList("Ann"));
+    EXPECT_EQ(fields.Get("SMTP-Address"), SStringList());
+    EXPECT_EQ(store_.Read("Bob", &fields, &is_locked), Lookup::Found);
+    EXPECT_EQ(fields.Get("Name"), SStringList("Robert"));
+}
+
+TEST_F(Store, GivesANewAccountNoFieldsThatItFinds) {
+    ASSERT_TRUE(store_.Begin() && Add("Ann") && store_.End(true));
+    const auto other = sqlite::Connection::Open(data_.Config("MTA-Accounts"), sqlite::Mode::Shared);
+    ASSERT_TRUE(other->Execute("INSERT INTO fields VALUES (2, 'Name', 0, 'x'), (2, 'Name', 1, 'y')"));
+    ASSERT_TRUE(store_.Begin());
+    const int64_t bob = store_.Bind("Bob").id;
+    EXPECT_EQ(bob, 2);
+    EXPECT_TRUE(store_.SetField(bob, "Bob", "Name", "Bob"));
+    ASSERT_TRUE(store_.End(true));
+    SNamedStringList fields;
+    bool is_locked = false;
+    store_.Read("Bob", &fields, &is_locked);
+    EXPECT_EQ(fields.Get("Name"), SStringList("Bob"));
+}
+
 TEST_F(Store, TakesBackWhatIsUnfinishedAtItsEnd) {
     {
         AccountStore other;

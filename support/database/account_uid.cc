@@ -42,17 +42,17 @@ SString GenerateAccountUID(const SString& name) {
     return base + SString(number);
 }
 
+/// One random number for all letters: a request for each would be the account's most frequent system call.
 SString GeneratePassword() {
-    constexpr std::string_view kConsonants = "bcdlmnprst";
-    constexpr std::string_view kVowels = "aeio";
-    const auto pick = [](std::string_view letters) {
-        return letters[static_cast<size_t>(RandomInt(static_cast<int>(letters.size())))];
-    };
+    constexpr std::string_view kLetters[] = {"bcdlmnprst", "aeio",       "bcdlmnprst",
+                                             "aeio",       "bcdlmnprst", "123456789"};
+    size_t count = 1;
+    for (const std::string_view letters : kLetters) count *= letters.size();
+    auto number = static_cast<size_t>(RandomInt(static_cast<int>(count)));
     SString password;
-    for (int i = 0; i < 2; ++i) {
-        password += pick(kConsonants);
-        password += pick(kVowels);
+    for (const std::string_view letters : kLetters) {
+        password += letters[number % letters.size()];
+        number /= letters.size();
     }
-    password += pick(kConsonants);
-    return password + SString(RandomInt(9) + 1);
+    return password;
 }

@@ -19,8 +19,12 @@ bool IsLogin(const SString& name) {
 
 }  // namespace
 
-std::optional<Identity> LoginIndex::Find(const SString& login) {
+void LoginIndex::Refresh() {
     if (password_watch_.HasChanged()) ReadLogins();
+    if (group_watch_.HasChanged()) ReadMembers();
+}
+
+std::optional<Identity> LoginIndex::Find(const SString& login) {
     auto rows = logins_.Find(login);
     if (!rows.empty()) {
         Ids ids = rows.front().value;  // of a duplicate login, the first counts, as with getpwnam
@@ -57,7 +61,6 @@ void LoginIndex::ReadMembers() {
 }
 
 std::vector<gid_t> LoginIndex::Groups(const SString& login, gid_t primary) {
-    if (group_watch_.HasChanged()) ReadMembers();
     std::vector<gid_t> groups = {primary};
     for (const auto& row : members_.Find(login)) {
         if (std::find(groups.begin(), groups.end(), row.value) == groups.end()) groups.push_back(row.value);

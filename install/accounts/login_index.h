@@ -1,8 +1,8 @@
 // Looks up a login's ids and groups in tables: getpwnam and getgrouplist scan their file up to the match, so
 // one call per login is quadratic (3.5 ms and 7 ms a call at 100,000 entries).
 //
-// The tables are read again once their file has changed, so a deleted login is noticed. A login missing from
-// them is looked up with the C library: some directory services answer but do not enumerate.
+// A login missing from the tables is looked up with the C library: some directory services answer but do not
+// enumerate.
 #pragma once
 
 #include <optional>
@@ -19,6 +19,8 @@ class LoginIndex {
                         const SString& group_file = "/etc/group")
         : password_watch_(password_file), group_watch_(group_file) {}
 
+    /// Reads the tables at the first call, and once their file has changed: a deleted login is noticed then.
+    void Refresh();
     /// Nullopt if the host does not know the login, or could not tell.
     std::optional<Identity> Find(const SString& login);
     /// Whether it could not tell of the login that was not found last. With systemd among its sources it

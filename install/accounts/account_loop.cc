@@ -12,7 +12,8 @@ namespace {
 // The first logins are printed as they are done. Later ones share a commit, which is the slowest part.
 constexpr size_t kLoginsOneByOne = 100;
 constexpr std::chrono::milliseconds kBatchTime{20};
-constexpr size_t kMostAhead = 100;               // visits under way
+constexpr size_t kMostTogether = 250;            // accounts in a batch
+constexpr size_t kMostAhead = 1000;              // visits under way: more than are made during a batch
 constexpr size_t kBatchBytes = size_t{1} << 20;  // of finger information, whose size users choose
 
 SString OutcomeText(AccountOutcome outcome) {
@@ -56,10 +57,11 @@ void AccountLoop::Run(std::deque<Candidate> candidates) {
             RunMany(&candidates);
         }
     }
-    results_->unanswered = visitor_.Reminders();
+    results_->unanswered = visitor_->Reminders();
 }
 
 void AccountLoop::RunOne(const Candidate& candidate) {
+    logins_.Refresh();
     if (!Send(candidate)) return;
     Print(LineBeginning(candidate));
     Visits visits = {*Take()};
@@ -77,7 +79,7 @@ void AccountLoop::RunMany(std::deque<Candidate>* candidates) {
 
 /// After an interrupt: their users have the notice already.
 void AccountLoop::FinishVisited() {
-    visitor_.Stop();
+    visitor_->Stop();
     Visits visits;
     while (!sent_.empty()) {
         if (auto visit = Take()) visits.push_back(std::move(*visit));
@@ -93,13 +95,17 @@ bool AccountLoop::Send(const Candidate& candidate) {
     if (user && IsFileName(candidate.login)) {
         request = {MaildropPath(candidate.login), candidate.home, *user};
     }
-    visitor_.Send(std::move(request));
+    visitor_->Send(std::move(request));
     sent_.push_back({candidate, user.has_value()});
     return true;
 }
 
+/// Many at once, and early enough: the visitor works on during a batch.
 void AccountLoop::SendAhead(std::deque<Candidate>* candidates) {
+    if (sent_.size() > kMostAhead / 2 || candidates->empty()) return;
+    logins_.Refresh();
     while (sent_.size() < kMostAhead && !candidates->empty()) Send(TakeFirst(candidates));
+    visitor_->Transmit();
 }
 
 /// Homes are visited before the transaction: a slow file server must not hold the lock.
@@ -107,12 +113,14 @@ AccountLoop::Visits AccountLoop::TakeSome(std::deque<Candidate>* candidates) {
     Visits visits;
     size_t bytes = 0;
     const auto end = std::chrono::steady_clock::now() + kBatchTime;
+    const auto has_room = [&] {
+        return visits.size() < kMostTogether && bytes < kBatchBytes && std::chrono::steady_clock::now() < end;
+    };
     do {
         visits.push_back(*Take());
         bytes += visits.back().account.finger_info.Length();
         SendAhead(candidates);
-    } while (!sent_.empty() && bytes < kBatchBytes && !CriticalSection::WasInterrupted() &&
-             std::chrono::steady_clock::now() < end && visitor_.HasAnswer(end));
+    } while (has_room() && !sent_.empty() && !CriticalSection::WasInterrupted() && visitor_->HasAnswer(end));
     return visits;
 }
 
@@ -123,7 +131,7 @@ std::optional<AccountLoop::Visit> AccountLoop::Take() {
     visit.is_known = sent_.front().is_known;
     sent_.pop_front();
     const Candidate& candidate = visit.candidate;
-    VisitAnswer answer = visitor_.Next();
+    VisitAnswer answer = visitor_->Next();
     if (answer.end == VisitEnd::Stopped) return std::nullopt;
     visit.maildrop = IsFileName(candidate.login) ? answer.maildrop : Maildrop::Suspicious;
     visit.account = {candidate.full_name, candidate.login, Addresses(candidate.login), site_.access_domain,

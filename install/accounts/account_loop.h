@@ -18,17 +18,15 @@ struct Candidate {
 };
 
 struct AccountSite {
-    SString host;
     SString access_domain;
     SString maildrop_directory;  // ends in "/"
-    gid_t mail_group = 0;
-    SStringList mail_domains;  // at least one
+    SStringList mail_domains;    // at least one
 };
 
 class AccountLoop {
   public:
-    AccountLoop(const AccountSite& site, AccountResults* results)
-        : site_(site), results_(results), visitor_(site.host, site.mail_group) {}
+    AccountLoop(const AccountSite& site, Visitor* visitor, AccountResults* results)
+        : site_(site), visitor_(visitor), results_(results) {}
 
     /// Takes the candidates in order until a signal arrives; who was visited by then still gets the account.
     /// What the screen calls created is committed.
@@ -69,8 +67,8 @@ class AccountLoop {
     SString AlertText(const Visit& visit) const;
 
     const AccountSite& site_;
+    Visitor* visitor_;
     AccountResults* results_;
     LoginIndex logins_;
-    Visitor visitor_;
     std::deque<Sent> sent_;  // to the visitor, not answered yet
 };

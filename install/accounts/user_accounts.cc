@@ -95,10 +95,11 @@ void RemindOfUnanswered(const SStringList& lines) {
 
 /// The messages are queued in the same critical section, so an interrupt cannot leave out only some of them.
 /// False after an interrupt; if it came before the messages, none is queued (prescribed).
-bool CreateAccounts(std::deque<Candidate> candidates, const AccountSite& site, AccountResults* results) {
+bool CreateAccounts(std::deque<Candidate> candidates, const AccountSite& site, Visitor* visitor,
+                    AccountResults* results) {
     Print("Creating user accounts.... \n");
     Uninterrupted([&] {
-        AccountLoop(site, results).Run(std::move(candidates));
+        AccountLoop(site, visitor, results).Run(std::move(candidates));
         Print("\n");
         SyncNewAccounts(*results);
         RemindOfUnanswered(results->unanswered);
@@ -115,6 +116,8 @@ void PrintCount(size_t count, bool accounts_exist) {
 }
 
 int AddAccounts(AccountMethod method, gid_t mail_group, AccountResults results) {
+    // A visitor started later would hold a copy of the candidates.
+    Visitor visitor(gstr_HostName, mail_group);
     auto candidates = ReadCandidates(method, &results);
     if (!candidates) {
         PrintParagraph("WARNING: couldn't open " + gstr_PasswdFile + " to determine the user accounts.");
@@ -130,8 +133,8 @@ int AddAccounts(AccountMethod method, gid_t mail_group, AccountResults results) 
     PrintCount(candidates->size(), results.accounts_existed);
     auto domains = AskMailDomains(gstr_HostName, gstr_DomainName);
     if (!domains) return 0;
-    AccountSite site{gstr_HostName, gstr_DomainName, gstr_MaildropDir, mail_group, *domains};
-    return CreateAccounts(std::move(*candidates), site, &results) ? 1 : 0;
+    const AccountSite site{gstr_DomainName, gstr_MaildropDir, *domains};
+    return CreateAccounts(std::move(*candidates), site, &visitor, &results) ? 1 : 0;
 }
 
 }  // namespace

@@ -38,12 +38,13 @@ const char pz_ForwardMessage2[] =
     "options once you have had a chance to try them out.\r\n"
     "\r\n";
 
-SString ForwardNoticeFile(const SString& host) {
-    return "##### Important Notice #####\n\nDate: " + RFC822Date() + "\n\n" +
-           Format("A new mail system, named tern.harbor, has been installed on " + Printable(host) +
-                      ". One effect of this transition is that .forward files are no longer used for "
-                      "mail forwarding -- please contact your postmaster or system administrator for "
-                      "more information.",
-                  60, 0, "\n") +
-           "\n";
+ForwardNotice::ForwardNotice(const SString& host)
+    : body_(Format("A new mail system, named tern.harbor, has been installed on " + Printable(host) +
+                       ". One effect of this transition is that .forward files are no longer used for "
+                       "mail forwarding -- please contact your postmaster or system administrator for "
+                       "more information.",
+                   60, 0, "\n")) {}
+
+SString ForwardNotice::Text() const {
+    return "##### Important Notice #####\n\nDate: " + RFC822Date() + "\n\n" + body_ + "\n";
 }

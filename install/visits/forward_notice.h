@@ -7,5 +7,13 @@
 extern const char pz_ForwardMessage1[];  // up to the host's name
 extern const char pz_ForwardMessage2[];  // from there on
 
-/// The notice file's text, dated now.
-SString ForwardNoticeFile(const SString& host);
+/// The notice file, for many homes.
+class ForwardNotice {
+  public:
+    explicit ForwardNotice(const SString& host);
+    /// Dated now.
+    SString Text() const;
+
+  private:
+    SString body_;
+};

@@ -18,5 +18,5 @@ struct HomeFindings {
 /// Finds and writes nothing if the home is not an absolute path or the system refuses the user's identity.
 /// The notice never replaces anything, not even a dangling link; only an empty one is filled.
 /// The progress tells at which file the visit is.
-HomeFindings VisitHome(const SString& home, const Identity& user, const SString& notice,
+HomeFindings VisitHome(const SString& path, const Identity& user, const SString& notice, ManyUsers* users,
                        VisitProgress* progress);

@@ -70,7 +70,6 @@ void Repair(const SString& path, const struct stat& seen, const Owner& owner) {
 }  // namespace
 
 Maildrop RepairMaildrop(const SString& path, const Identity& user, gid_t mail_group) {
-    AsRoot root;
     struct stat seen = {};
     if (lstat(path.CString(), &seen) != 0) return Maildrop::Fine;
     if (!IsPlain(seen)) return Maildrop::Suspicious;

@@ -13,5 +13,5 @@ enum class Maildrop {
     Suspicious  // a link, a hard link or a special file: left alone
 };
 
-/// Works with root's rights.
+/// Needs root's rights.
 Maildrop RepairMaildrop(const SString& path, const Identity& user, gid_t mail_group);

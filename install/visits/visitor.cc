@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <thread>
 #include <utility>
 
 #include "install/visits/visitor_process.h"
@@ -17,6 +18,7 @@ using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
 constexpr int kSlices = 10;
+constexpr milliseconds kNap{2};
 constexpr const char* kNotVisited = "Home directories were not visited below: ";
 constexpr const char* kNotRepaired = "Maildrops were not repaired below: ";
 
@@ -56,22 +58,25 @@ void Visitor::End(bool is_idle) {
 
 void Visitor::Send(VisitRequest request) {
     requests_.push_back(std::move(request));
-    Transmit(requests_.back());
+    Queue(requests_.back());
 }
 
-void Visitor::Transmit(VisitRequest request) {
+void Visitor::Queue(VisitRequest request) {
     Skip(&request.home, kNotVisited);
     Skip(&request.maildrop, kNotRepaired);
-    if (!child_) return;
-    child_->socket.Queue(ToMessage(request));
-    child_->socket.Transfer(milliseconds(0));  // an end of the visitor shows when it is waited for
+    if (child_) child_->socket.Queue(ToMessage(request));
 }
 
-void Visitor::TransmitAgain() {
+/// An end of the visitor shows when it is waited for.
+void Visitor::Transmit() {
+    if (child_) child_->socket.Transfer(milliseconds(0));
+}
+
+void Visitor::StartAgain() {
     End(false);
     if (is_stopped_) return;
     Start();
-    for (const VisitRequest& request : requests_) Transmit(request);
+    for (const VisitRequest& request : requests_) Queue(request);
 }
 
 /// False when the visitor has ended.
@@ -107,7 +112,12 @@ Visitor::Wait Visitor::AwaitPatiently() {
 }
 
 bool Visitor::HasAnswer(steady_clock::time_point until) {
-    return Await(until) != Wait::TooLong;
+    Wait outcome = Await(steady_clock::now());
+    while (outcome == Wait::TooLong && steady_clock::now() < until) {
+        std::this_thread::sleep_until(std::min(until, steady_clock::now() + kNap));
+        outcome = Await(steady_clock::now());
+    }
+    return outcome != Wait::TooLong;
 }
 
 VisitAnswer Visitor::Next() {
@@ -134,7 +144,7 @@ VisitAnswer Visitor::AnswerWithoutVisit() {
 /// The visitor may have ended for no fault of the home's: somebody killed it, or memory was short.
 VisitAnswer Visitor::TryAgain() {
     was_tried_ = true;
-    TransmitAgain();
+    StartAgain();
     return Next();
 }
 
@@ -148,7 +158,7 @@ VisitAnswer Visitor::GiveUp(Wait reason) {
     // Of one that has not come to this visit, the place says nothing.
     if (reason == Wait::TooLong && (is_at_maildrop || is_at_home)) NoteSilence(place);
     VisitAnswer answer = Finish({VisitEnd::Unanswered, child_->progress->FoundMaildrop()});
-    TransmitAgain();
+    StartAgain();
     return answer;
 }
 

@@ -29,8 +29,11 @@ class Visitor {
     Visitor(const Visitor&) = delete;
     Visitor& operator=(const Visitor&) = delete;
 
+    /// For Transmit, or the next wait for an answer: many sent together wake the visitor once.
     void Send(VisitRequest request);
-    /// Whether the answer to the oldest request has come, or comes before that time.
+    void Transmit();
+    /// Whether the answer to the oldest request has come, or comes before that time. It is looked for every
+    /// 2 ms: to be woken by each of many answers would cost more than the visits.
     bool HasAnswer(std::chrono::steady_clock::time_point until);
     /// The answer to the oldest request, which there must be. An account is due after Visited and Unanswered.
     VisitAnswer Next();
@@ -50,8 +53,8 @@ class Visitor {
 
     void Start();
     void End(bool is_idle);
-    void Transmit(VisitRequest request);
-    void TransmitAgain();
+    void StartAgain();
+    void Queue(VisitRequest request);
     bool Receive(std::chrono::milliseconds patience);
     Wait Await(std::chrono::steady_clock::time_point until);
     Wait AwaitPatiently();

@@ -8,19 +8,27 @@ namespace {
 
 constexpr std::chrono::milliseconds kForever{-1};
 
-VisitAnswer Visit(const VisitRequest& request, const SString& host, gid_t mail_group,
-                  VisitProgress* progress) {
+/// What is the same for all visits.
+struct Round {
+    gid_t mail_group;
+    ForwardNotice notice;
+    VisitProgress* progress;
+    ManyUsers users = {};
+};
+
+VisitAnswer Visit(const VisitRequest& request, Round* round) {
+    VisitProgress* progress = round->progress;
     VisitAnswer answer;
     answer.end = VisitEnd::Visited;
     progress->FoundMaildrop(Maildrop::Fine);
     if (!request.maildrop.IsEmpty()) {
         progress->LookAt(request.maildrop);
-        answer.maildrop = RepairMaildrop(request.maildrop, request.user, mail_group);
+        answer.maildrop = RepairMaildrop(request.maildrop, request.user, round->mail_group);
         progress->FoundMaildrop(answer.maildrop);
     }
     if (!request.home.IsEmpty()) {
         const HomeFindings findings =
-            VisitHome(request.home, request.user, ForwardNoticeFile(host), progress);
+            VisitHome(request.home, request.user, round->notice.Text(), &round->users, progress);
         answer.finger_info = findings.finger_lines.Join("\r\n");
         answer.has_forward = findings.has_forward;
     }
@@ -47,12 +55,13 @@ bool Send(const VisitAnswer& answer, MessageSocket* socket) {
 
 void ServeVisits(MessageSocket socket, const SString& host, gid_t mail_group, VisitProgress* progress) {
     KeepOnly(socket.Socket());
+    const AsRoot root;
+    Round round = {mail_group, ForwardNotice(host), progress};
     bool is_heard = true;
     while (is_heard) {
         const auto request = NextRequest(&socket);
         if (!request) return;
-        is_heard = Send(progress->IsStopped() ? VisitAnswer{VisitEnd::Stopped}
-                                              : Visit(*request, host, mail_group, progress),
-                        &socket);
+        is_heard =
+            Send(progress->IsStopped() ? VisitAnswer{VisitEnd::Stopped} : Visit(*request, &round), &socket);
     }
 }

@@ -48,9 +48,10 @@ void MessageSocket::Queue(const SStringList& message) {
 
 bool MessageSocket::Transfer(std::chrono::milliseconds patience) {
     const Progress sent = Send();
+    if (sent == Progress::Some && !HasQueued()) return true;
     const Progress received = Receive();
     if (sent == Progress::Gone || received == Progress::Gone) return false;
-    if (sent == Progress::Some || received == Progress::Some) return true;
+    if (sent == Progress::Some || received == Progress::Some || patience.count() == 0) return true;
     pollfd wanted{socket_.Get(), static_cast<short>(HasQueued() ? POLLIN | POLLOUT : POLLIN), 0};
     if (poll(&wanted, 1, static_cast<int>(patience.count())) <= 0) return true;
     return Send() != Progress::Gone && Receive() != Progress::Gone;

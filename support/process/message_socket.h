@@ -22,8 +22,9 @@ class MessageSocket {
     /// Sent by the calls of Transfer that follow.
     void Queue(const SStringList& message);
     bool HasQueued() const { return !outgoing_.empty(); }
-    /// Sends and receives what is possible at once, or what becomes possible within the time. False when the
-    /// other end is gone.
+    /// Sends what is queued. If that is all sent, it receives at the next call; otherwise now, as the other
+    /// end may be waiting for that. Does what is possible at once, or what becomes possible within the time.
+    /// False when the other end is gone.
     bool Transfer(std::chrono::milliseconds patience);
     /// The next message that has arrived whole.
     std::optional<SStringList> Next();

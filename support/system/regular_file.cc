@@ -11,24 +11,24 @@
 namespace {
 
 /// Kernels before 5.6, and containers that refuse the call, get O_NOFOLLOW instead.
-Descriptor OpenWithoutMagicLinks(const SString& path, int flags) {
+Descriptor OpenWithoutMagicLinks(int directory, const SString& path, int flags) {
     struct open_how how = {};
     how.flags = static_cast<uint64_t>(flags) | O_NOCTTY | O_CLOEXEC;
     how.resolve = RESOLVE_NO_MAGICLINKS;
-    const long fd = syscall(SYS_openat2, AT_FDCWD, path.CString(), &how, sizeof how);
+    const long fd = syscall(SYS_openat2, directory, path.CString(), &how, sizeof how);
     if (fd >= 0) return Descriptor(static_cast<int>(fd));
     const bool is_unknown = errno == ENOSYS || errno == EPERM;
-    return is_unknown ? Descriptor::Open(path, flags | O_NOFOLLOW) : Descriptor();
+    return is_unknown ? Descriptor::OpenAt(directory, path, flags | O_NOFOLLOW) : Descriptor();
 }
 
 }  // namespace
 
-RegularFile OpenRegularFile(const SString& path, int flags, Links links) {
+RegularFile OpenRegularFile(const SString& path, int flags, Links links, int directory) {
     flags |= O_NONBLOCK;
     RegularFile file;
-    file.descriptor = links == Links::NotMagic
-                          ? OpenWithoutMagicLinks(path, flags)
-                          : Descriptor::Open(path, links == Links::NotAtEnd ? flags | O_NOFOLLOW : flags);
+    if (links == Links::NotAtEnd) flags |= O_NOFOLLOW;
+    file.descriptor = links == Links::NotMagic ? OpenWithoutMagicLinks(directory, path, flags)
+                                               : Descriptor::OpenAt(directory, path, flags);
     const auto status = file.descriptor.Stat();
     if (!status || !S_ISREG(status->st_mode)) return {};
     file.status = *status;

@@ -1,6 +1,8 @@
 // Opening files that somebody else may have put there: without waiting on a FIFO, and only regular files.
 #pragma once
 
+#include <fcntl.h>
+
 #include "support/system/descriptor.h"
 
 /// Which links on the way to a file are followed.
@@ -17,8 +19,9 @@ struct RegularFile {
     explicit operator bool() const { return static_cast<bool>(descriptor); }
 };
 
-/// Opens for reading (O_RDONLY) or writing (O_WRONLY), and makes and truncates nothing.
-RegularFile OpenRegularFile(const SString& path, int flags, Links links);
+/// Opens for reading (O_RDONLY) or writing (O_WRONLY), and makes and truncates nothing. A path that is not
+/// absolute begins at the directory.
+RegularFile OpenRegularFile(const SString& path, int flags, Links links, int directory = AT_FDCWD);
 
 /// Whether both are the same file (device and inode).
 bool IsSameFile(const struct stat& left, const struct stat& right);

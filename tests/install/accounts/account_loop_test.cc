@@ -23,9 +23,10 @@ class Loop : public testing::Test {
         return candidates;
     }
     SString RunLoop(const std::deque<Candidate>& candidates) {
-        const AccountSite site{"mail.example.com", "example.com", Maildrops(), 8, "example.com"};
+        const AccountSite site{"example.com", Maildrops(), "example.com"};
+        Visitor visitor("mail.example.com", 8);
         Dialogue dialogue;
-        AccountLoop(site, &results_).Run(candidates);
+        AccountLoop(site, &visitor, &results_).Run(candidates);
         return dialogue.Screen();
     }
 

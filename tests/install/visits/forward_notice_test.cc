@@ -38,8 +38,8 @@ TEST(ForwardMessages, ReadAsALetter) {
               "\r\n");
 }
 
-TEST(ForwardNoticeFile, IsAShortDatedNote) {
-    EXPECT_EQ(ForwardNoticeFile(kHost).S("\nDate: [^\n]+\n", "\nDate: DATE\n").Bytes(),
+TEST(ForwardNotice, IsAShortDatedNote) {
+    EXPECT_EQ(ForwardNotice(kHost).Text().S("\nDate: [^\n]+\n", "\nDate: DATE\n").Bytes(),
               "##### Important Notice #####\n"
               "\n"
               "Date: DATE\n"

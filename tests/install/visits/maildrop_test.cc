@@ -143,18 +143,6 @@ TEST(RepairMaildrop, TakesTheAccessListOffWhatItRepairs) {
     }
 }
 
-TEST(RepairMaildrop, TakesRootsRightsItself) {
-    const TemporaryFolder folder;
-    const SString path = folder.Write("anna", "", 0600);
-    {
-        const AsUser mail_owner({2009, 2009, {2009}});
-        EXPECT_EQ(RepairMaildrop(path, kUser, kMail), Maildrop::Fine);
-        EXPECT_EQ(geteuid(), 2009U);
-    }
-    EXPECT_EQ(StatusOf(path).st_uid, 2001U);
-    EXPECT_EQ(StatusOf(path).st_gid, 2008U);
-}
-
 TEST(RepairMaildrop, LeavesWhatIsRightUntouched) {
     const TemporaryFolder folder;
     const SString path = folder.Write("anna", "", 0660);

@@ -31,7 +31,10 @@ std::vector<pid_t> Children() {
 
 class VisitorTest : public testing::Test {
   protected:
-    VisitorTest() { chmod((folder_ / "").CString(), 0755); }
+    VisitorTest() {
+        chmod((folder_ / "").CString(), 0755);
+        logins_.Refresh();
+    }
 
     VisitRequest Request(const SString& login) {
         const SString home = MakeHome(folder_, login);

@@ -1,5 +1,5 @@
-// Visits homes and maildrop files without making accounts, as a baseline: few system calls, but not a lower
-// bound, as it changes identities the way the program does.
+// The system calls that visits owe, and nothing around them: with the visits' looks and the notice, one
+// change to the user and one back, and no change of groups, as all the site's users have the same ones.
 #pragma once
 
 #include "bench/throw_away_site.h"

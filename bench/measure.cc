@@ -11,6 +11,9 @@
 #include <iostream>
 #include <string>
 
+#include "bench/system_calls.h"
+#include "support/system/identity.h"
+
 namespace {
 
 double StatusBytes(const std::string& key) {
@@ -23,13 +26,25 @@ double StatusBytes(const std::string& key) {
     return kilobytes * 1024;
 }
 
+/// Of this process, and of its children that have ended.
 double CpuSeconds() {
-    rusage used{};
-    getrusage(RUSAGE_SELF, &used);
     const auto seconds = [](const timeval& time) {
         return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
     };
-    return seconds(used.ru_utime) + seconds(used.ru_stime);
+    double sum = 0;
+    for (const auto whose : {RUSAGE_SELF, RUSAGE_CHILDREN}) {
+        rusage used{};
+        getrusage(whose, &used);
+        sum += seconds(used.ru_utime) + seconds(used.ru_stime);
+    }
+    return sum;
+}
+
+/// The largest child's, of those that have ended; 0 without any.
+double PeakOfChildren() {
+    rusage used{};
+    getrusage(RUSAGE_CHILDREN, &used);
+    return static_cast<double>(used.ru_maxrss) * 1024;
 }
 
 /// Resets the peak (VmHWM) to the memory in use now.
@@ -40,6 +55,10 @@ void ForgetPeak() {
 Measurement Measure(const std::function<bool()>& prepare, const std::function<bool()>& work) {
     Measurement measurement;
     const bool is_prepared = prepare();
+    const auto calls = [] {
+        const AsRoot root;  // the work may be another user's
+        return SystemCalls();
+    }();
     ForgetPeak();
     const double before = StatusBytes("VmRSS:");
     const double cpu_before = CpuSeconds();
@@ -47,8 +66,9 @@ Measurement Measure(const std::function<bool()>& prepare, const std::function<bo
     measurement.is_done = is_prepared && work();
     const std::chrono::duration<double> duration = std::chrono::steady_clock::now() - start;
     measurement.seconds = duration.count();
+    measurement.system_calls = calls.Count();
     measurement.cpu_seconds = CpuSeconds() - cpu_before;
-    measurement.peak_bytes = StatusBytes("VmHWM:") - before;
+    measurement.peak_bytes = StatusBytes("VmHWM:") - before + std::max(0.0, PeakOfChildren() - before);
     return measurement;
 }
 

@@ -3,13 +3,15 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 struct Measurement {
     double seconds = 0;
-    double cpu_seconds = 0;  // processor time, which a busy machine hardly changes
-    double peak_bytes = 0;   // beyond the memory in use when the work began
-    bool is_done = false;    // what the work returned
+    double cpu_seconds = 0;  // of all its processes, which a busy machine hardly changes
+    double peak_bytes = 0;   // its own and its child's, beyond the memory in use when the work began
+    std::optional<double> system_calls;  // of all its processes
+    bool is_done = false;                // what the work returned
 };
 
 Measurement MeasureApart(const std::function<bool()>& prepare, const std::function<bool()>& work);

@@ -1,4 +1,4 @@
-// The floor for storing accounts: the same rows in one SQLite transaction.
+// What storing accounts owes: their rows, in one SQLite transaction, and nothing around them.
 #pragma once
 
 #include <cstdint>

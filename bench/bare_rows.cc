@@ -1,5 +1,5 @@
 // Copies the rows of an account database in one transaction.
-#include "bench/floor.h"
+#include "bench/bare_rows.h"
 
 #include <fstream>
 #include <limits>

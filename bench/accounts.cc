@@ -78,6 +78,7 @@ Result MeasureOnce(const RunFolder& run, const Case& c, int logins) {
         std::vector<AccountRows> rows;
         const auto read = [&] {
             rows = ReadRows(site.Database());
+            site.WaitForWrites();
             return !rows.empty() && MakeEmpty(database);
         };
         result.rows = MeasureApart(read, [&] { return WriteRows(database, rows); });

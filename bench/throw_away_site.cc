@@ -41,7 +41,7 @@ void Write(const SString& path, const char* text) {
 }
 
 SString MakeFolder(const SString& parent) {
-    std::string path = (parent + "/accounts.XXXXXX").Bytes();
+    std::string path = std::filesystem::absolute(parent.Bytes()) / "accounts.XXXXXX";  // as homes are
     if (mkdtemp(path.data()) == nullptr) {
         std::cerr << "cannot make a folder in " << parent << "\n";
         exit(1);
@@ -63,7 +63,10 @@ ThrowAwaySite::ThrowAwaySite(const RunFolder& run, int logins, Names names)
     : folder_(MakeFolder(run.Path())) {
     MakeDirectories();
     MakeLogins(logins, names);
-    // Pending writes must not slow the measurement.
+    WaitForWrites();
+}
+
+void ThrowAwaySite::WaitForWrites() const {
     syncfs(Descriptor::Open(folder_, O_RDONLY).Get());
 }
 

@@ -25,6 +25,9 @@ class ThrowAwaySite {
     /// Makes the site's logins the host's for this process, which becomes the mail owner.
     bool Enter() const;
 
+    /// Pending ones would slow the next measurement.
+    void WaitForWrites() const;
+
     SString Folder() const { return folder_; }
     SString Passwd() const { return folder_ + "/passwd"; }
     SString Database() const { return folder_ + "/data/config/MTA-Accounts"; }

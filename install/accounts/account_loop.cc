@@ -1,7 +1,9 @@
 // Works through the candidates, the first one by one and the rest in batches.
 #include "install/accounts/account_loop.h"
 
+#include <algorithm>
 #include <chrono>
+#include <utility>
 
 #include "install/console.h"
 #include "install/critical_section.h"
@@ -13,7 +15,7 @@ namespace {
 constexpr size_t kLoginsOneByOne = 100;
 constexpr std::chrono::milliseconds kBatchTime{20};
 constexpr size_t kMostTogether = 250;            // accounts in a batch
-constexpr size_t kMostAhead = 1000;              // visits under way: more than are made during a batch
+constexpr size_t kMostAhead = 1000;              // visits under way
 constexpr size_t kBatchBytes = size_t{1} << 20;  // of finger information, whose size users choose
 
 SString OutcomeText(AccountOutcome outcome) {
@@ -102,10 +104,16 @@ bool AccountLoop::Send(const Candidate& candidate) {
 
 /// Many at once, and early enough: the visitor works on during a batch.
 void AccountLoop::SendAhead(std::deque<Candidate>* candidates) {
-    if (sent_.size() > kMostAhead / 2 || candidates->empty()) return;
+    if (sent_.size() > ahead_ / 2 || candidates->empty()) return;
     logins_.Refresh();
-    while (sent_.size() < kMostAhead && !candidates->empty()) Send(TakeFirst(candidates));
+    while (sent_.size() < ahead_ && !candidates->empty()) Send(TakeFirst(candidates));
     visitor_->Transmit();
+}
+
+/// Those who were to come next may have vanished, or changed their ids.
+void AccountLoop::SendAgain() {
+    logins_.Refresh();
+    for (const Sent& sent : std::exchange(sent_, {})) Send(sent.candidate);
 }
 
 /// Homes are visited before the transaction: a slow file server must not hold the lock.
@@ -121,6 +129,8 @@ AccountLoop::Visits AccountLoop::TakeSome(std::deque<Candidate>* candidates) {
         bytes += visits.back().account.finger_info.Length();
         SendAhead(candidates);
     } while (has_room() && !sent_.empty() && !CriticalSection::WasInterrupted() && visitor_->HasAnswer(end));
+    // Where homes are slow, the ids of those far ahead would be old when their turn comes.
+    ahead_ = std::clamp(4 * visits.size(), kLeastAhead, kMostAhead);
     return visits;
 }
 
@@ -132,6 +142,7 @@ std::optional<AccountLoop::Visit> AccountLoop::Take() {
     sent_.pop_front();
     const Candidate& candidate = visit.candidate;
     VisitAnswer answer = visitor_->Next();
+    if (answer.end == VisitEnd::GivenUp) SendAgain();
     if (answer.end == VisitEnd::Stopped) return std::nullopt;
     visit.maildrop = IsFileName(candidate.login) ? answer.maildrop : Maildrop::Suspicious;
     visit.account = {candidate.full_name, candidate.login, Addresses(candidate.login), site_.access_domain,

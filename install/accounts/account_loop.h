@@ -9,8 +9,8 @@
 #include "install/accounts/new_account.h"
 #include "install/visits/visitor.h"
 
-/// Without ids, which are looked up at the visit (LoginIndex): the password file may be another host's, and a
-/// login may vanish or change its ids while the administrator answers.
+/// Without ids, which are looked up shortly before the visit (LoginIndex): the password file may be another
+/// host's, and a login may vanish or change its ids while the administrator answers.
 struct Candidate {
     SString full_name;
     SString login;
@@ -52,6 +52,7 @@ class AccountLoop {
     void FinishVisited();
     bool Send(const Candidate& candidate);
     void SendAhead(std::deque<Candidate>* candidates);
+    void SendAgain();
     Visits TakeSome(std::deque<Candidate>* candidates);
     std::optional<Visit> Take();
     void WriteAndPrint(Visits* visits);
@@ -71,4 +72,6 @@ class AccountLoop {
     AccountResults* results_;
     LoginIndex logins_;
     std::deque<Sent> sent_;  // to the visitor, not answered yet
+    static constexpr size_t kLeastAhead = 20;
+    size_t ahead_ = kLeastAhead;  // how many may be sent: more where they are answered fast
 };

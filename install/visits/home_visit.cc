@@ -18,7 +18,7 @@ constexpr size_t kMostBytes = size_t{1} << 20;
 class Home {
   public:
     Home(const SString& path, VisitProgress* progress)
-        : path_(path), progress_(progress), directory_(Descriptor::Open(path, O_PATH | O_DIRECTORY)) {}
+        : path_(path), progress_(progress), directory_(OpenDirectory(path)) {}
 
     explicit operator bool() const { return static_cast<bool>(directory_); }
     bool HasRegularFile(const SString& name) const;

@@ -17,7 +17,8 @@ struct VisitRequest {
 
 enum class VisitEnd {
     Visited,
-    Unanswered,  // given up
+    GivenUp,     // it took too long; the visits that were to follow are forgotten
+    Unanswered,  // there is no visitor
     Stopped      // not begun
 };
 

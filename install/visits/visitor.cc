@@ -46,13 +46,14 @@ void Visitor::Start() {
     child_ = std::move(child);
 }
 
-/// Waits only for an idle one: another may not even obey SIGKILL.
+/// Waits only for an idle one, which may have been stopped with the terminal's job: another may not even obey
+/// SIGKILL.
 void Visitor::End(bool is_idle) {
     if (!child_) return;
     const pid_t id = child_->id;
     child_->socket.Shutdown();
     child_.reset();
-    if (!is_idle) kill(id, SIGKILL);
+    kill(id, is_idle ? SIGCONT : SIGKILL);
     waitpid(id, nullptr, is_idle ? 0 : WNOHANG);
 }
 
@@ -157,7 +158,8 @@ VisitAnswer Visitor::GiveUp(Wait reason) {
                           : "Home directory did not answer: " + request.home);
     // Of one that has not come to this visit, the place says nothing.
     if (reason == Wait::TooLong && (is_at_maildrop || is_at_home)) NoteSilence(place);
-    VisitAnswer answer = Finish({VisitEnd::Unanswered, child_->progress->FoundMaildrop()});
+    VisitAnswer answer = Finish({VisitEnd::GivenUp, child_->progress->FoundMaildrop()});
+    requests_.clear();
     StartAgain();
     return answer;
 }

@@ -8,7 +8,7 @@
 //     VisitAnswer answer = visitor.Next();       // to the oldest
 //
 // The oldest visit is given 10 seconds. Then the visitor is killed and left to the kernel, a new one takes
-// the other visits, and what lies below the silent mount point is not visited any more. The visitor's real
+// its place, and what lies below the silent mount point is not visited any more. The visitor's real
 // user stays root; it has no lock, no database and no terminal, and ends when its socket does.
 #pragma once
 
@@ -35,7 +35,8 @@ class Visitor {
     /// Whether the answer to the oldest request has come, or comes before that time. It is looked for every
     /// 2 ms: to be woken by each of many answers would cost more than the visits.
     bool HasAnswer(std::chrono::steady_clock::time_point until);
-    /// The answer to the oldest request, which there must be. An account is due after Visited and Unanswered.
+    /// The answer to the oldest request, which there must be. An account is due after all but Stopped. After
+    /// GivenUp no request is under way any more: the others' users may have changed meanwhile.
     VisitAnswer Next();
     /// What has not begun is answered as Stopped.
     void Stop();

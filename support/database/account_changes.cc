@@ -66,10 +66,10 @@ AccountStore::Binding AccountStore::Bind(const SString& uid) {
     return query.Next() == Step::Row ? Binding{query.Number(0), false} : Binding{};
 }
 
-/// Whatever fields a damaged database holds under the new id are nobody's.
+/// Whatever a damaged database holds under the new id is nobody's.
 AccountStore::Binding AccountStore::BindFresh(const SString& uid) {
     const int64_t id = session_->connection->LastId();
-    if (!Execution(session_->remove_fields, id).Run()) return {};
+    if (!RemoveAddresses(id) || !Execution(session_->remove_fields, id).Run()) return {};
     fresh_ = {id, uid, {}};
     return {id, true};
 }

@@ -1,4 +1,4 @@
-// Opening files that somebody else may have put there: without waiting on a FIFO, and only regular files.
+// Opening what somebody else may have put there: files without waiting on a FIFO, and only regular ones.
 #pragma once
 
 #include <fcntl.h>
@@ -22,6 +22,10 @@ struct RegularFile {
 /// Opens for reading (O_RDONLY) or writing (O_WRONLY), and makes and truncates nothing. A path that is not
 /// absolute begins at the directory.
 RegularFile OpenRegularFile(const SString& path, int flags, Links links, int directory = AT_FDCWD);
+
+/// Opens a directory to look at what is in it, with Links::NotMagic where the kernel can. It need not be
+/// readable.
+Descriptor OpenDirectory(const SString& path);
 
 /// Whether both are the same file (device and inode).
 bool IsSameFile(const struct stat& left, const struct stat& right);

@@ -151,6 +151,18 @@ TEST_F(HomeVisit, DoesNotPassThroughProcsLinks) {
     EXPECT_TRUE(FingerLines().IsEmpty());
 }
 
+TEST_F(HomeVisit, DoesNotGoToAHomeThroughProcsLinks) {
+    for (const auto& [name, mode] : {std::pair("closed", 0700), std::pair("closed/home", 0755)}) {
+        ASSERT_TRUE(MakeDir(folder_ / name, static_cast<mode_t>(mode)));
+    }
+    folder_.Write("closed/home/.plan", "secret\n", 0644);
+    const Descriptor here = Descriptor::Open(".", O_RDONLY);
+    ASSERT_EQ(chdir((folder_ / "closed/home").CString()), 0);
+    const HomeFindings findings = VisitHome("/proc/self/cwd", kUser, kNotice, &users_, &progress_);
+    ASSERT_EQ(fchdir(here.Get()), 0);
+    EXPECT_TRUE(findings.finger_lines.IsEmpty());
+}
+
 TEST_F(HomeVisit, OpensNothingButRegularFiles) {
     ASSERT_EQ(mkfifo(In(".plan").CString(), 0666), 0);
     ASSERT_EQ(mkdir(In(".project").CString(), 0777), 0);

@@ -74,6 +74,23 @@ TEST_F(VisitorTest, TellsWhatItFindsAtTheMaildrop) {
     EXPECT_EQ(visitor.Next().maildrop, Maildrop::Suspicious);
 }
 
+TEST_F(VisitorTest, HasRootsRightsAtEachMaildropWhoeverStartsIt) {
+    const AsUser mail_owner({2009, 2009, {2009}});
+    Visitor visitor("mail.example.com", 8);
+    for (const char* login : {"games", "man"}) {
+        VisitRequest request;
+        {
+            const AsRoot root;
+            request = WithPlan(login);
+            folder_.Write("maildrop-" + SString(login), "", 0600);
+        }
+        visitor.Send(request);
+        EXPECT_EQ(visitor.Next().finger_info, SString("Plan:\r\n----\r\n") + login + "'s plan\r\n");
+        EXPECT_EQ(FileOwner(request.maildrop), login);
+    }
+    EXPECT_EQ(geteuid(), 2009U);
+}
+
 TEST_F(VisitorTest, SendsMoreThanASocketHolds) {
     Visitor visitor("mail.example.com", 8);
     VisitRequest request = Request("games");
@@ -89,7 +106,8 @@ TEST_F(VisitorTest, ReplacesOneThatDoesNotAnswer) {
     visitor.Send(WithPlan("games"));
     visitor.Send(WithPlan("man"));
     EXPECT_FALSE(visitor.HasAnswer(std::chrono::steady_clock::now()));
-    EXPECT_EQ(visitor.Next().end, VisitEnd::Unanswered);
+    EXPECT_EQ(visitor.Next().end, VisitEnd::GivenUp);
+    visitor.Send(WithPlan("man"));
     EXPECT_EQ(visitor.Next().end, VisitEnd::Visited);
     EXPECT_EQ(visitor.Reminders(), SStringList("Home directory did not answer: " + (folder_ / "home-games")));
 }

@@ -68,7 +68,10 @@ TEST_F(Store, ReplacesTheFieldsOfAnAccountThatItHasJustMade) {
 TEST_F(Store, GivesANewAccountNoFieldsThatItFinds) {
     ASSERT_TRUE(store_.Begin() && Add("Ann") && store_.End(true));
     const auto other = sqlite::Connection::Open(data_.Config("MTA-Accounts"), sqlite::Mode::Shared);
-    ASSERT_TRUE(other->Execute("INSERT INTO fields VALUES (2, 'Name', 0, 'x'), (2, 'Name', 1, 'y')"));
+    ASSERT_TRUE(
+        other->Execute("INSERT INTO fields VALUES (2, 'Name', 0, 'x'), (2, 'Name', 1, 'y'),"
+                       " (2, 'SMTP-Address', 0, 'old@example.com');"
+                       "INSERT INTO addresses VALUES ('old@example.com', 2)"));
     ASSERT_TRUE(store_.Begin());
     const int64_t bob = store_.Bind("Bob").id;
     EXPECT_EQ(bob, 2);
@@ -77,7 +80,10 @@ TEST_F(Store, GivesANewAccountNoFieldsThatItFinds) {
     SNamedStringList fields;
     bool is_locked = false;
     store_.Read("Bob", &fields, &is_locked);
+    EXPECT_EQ(fields.Keys(), SStringList("Name"));
     EXPECT_EQ(fields.Get("Name"), SStringList("Bob"));
+    SString owner;
+    EXPECT_EQ(store_.FindOwner("old@example.com", &owner), Lookup::Missing);
 }
 
 TEST_F(Store, TakesBackWhatIsUnfinishedAtItsEnd) {

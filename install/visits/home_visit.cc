@@ -18,7 +18,9 @@ constexpr size_t kMostBytes = size_t{1} << 20;
 class Home {
   public:
     Home(const SString& path, VisitProgress* progress)
-        : path_(path), progress_(progress), directory_(OpenDirectory(path)) {}
+        : base_((path[-1] == '/' ? path : path + "/") + "/"),  // the doubled slash is prescribed
+          progress_(progress),
+          directory_(OpenDirectory(path)) {}
 
     explicit operator bool() const { return static_cast<bool>(directory_); }
     bool HasRegularFile(const SString& name) const;
@@ -26,11 +28,11 @@ class Home {
     void WriteNotice(const SString& name, const SString& text) const;
 
   private:
-    void LookAt(const SString& name) const { progress_->LookAt(path_ + "/" + name); }
+    void LookAt(const SString& name) const { progress_->LookAt(base_ + name); }
     std::optional<struct stat> Status(const SString& name, int flags) const;
     bool IsEmptyNotice(const SString& name) const;
 
-    SString path_;
+    SString base_;  // of the paths that are told
     VisitProgress* progress_;
     Descriptor directory_;
 };

@@ -17,7 +17,6 @@ const SString kAddressField = "SMTP-Address";
 }  // namespace
 
 bool AccountStore::Begin() {
-    fresh_ = {};
     is_in_transaction_ = true;
     transaction_use_.emplace(*this);
     if (OpenSession(true) == DatabaseState::Ready) transaction_.emplace(*session_->connection);
@@ -27,7 +26,6 @@ bool AccountStore::Begin() {
 void AccountStore::RollBack() {
     // Once a transaction: each new epoch makes the search for free UIDs start over.
     if (!transaction_) return;
-    fresh_ = {};
     transaction_.reset();
     ++epoch_;
 }

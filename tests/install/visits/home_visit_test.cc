@@ -42,11 +42,14 @@ class HomeVisit : public testing::Test {
         ASSERT_EQ(symlink(target.CString(), In(name).CString()), 0);
         Own(In(name));
     }
-    HomeFindings Visit() const { return VisitHome(Home(), kUser, kNotice, &users_, &progress_); }
+    HomeFindings VisitAs(const Identity& user, const SString& home) const {
+        ManyUsers users;
+        return VisitHome(home, user, kNotice, &users, &progress_);
+    }
+    HomeFindings Visit() const { return VisitAs(kUser, Home()); }
     SStringList FingerLines() const { return Visit().finger_lines; }
 
     TemporaryFolder folder_;
-    mutable ManyUsers users_;
     mutable VisitProgress progress_{};
 };
 
@@ -87,7 +90,7 @@ TEST_F(HomeVisit, FillsNoEmptyNoticeOfAnothersOrWithAnotherName) {
 
 TEST_F(HomeVisit, TellsWhatItLooksAt) {
     Visit();
-    EXPECT_EQ(progress_.Place(), Home() + "/.forward.NOTICE");
+    EXPECT_EQ(progress_.Place(), Home() + "//.forward.NOTICE");
     EXPECT_FALSE(progress_.IsBehindLink());
     progress_.FollowLink();
     EXPECT_TRUE(progress_.IsBehindLink());
@@ -139,7 +142,7 @@ TEST_F(HomeVisit, UsesTheUsersGroups) {
     Link(path, ".plan");
     EXPECT_TRUE(FingerLines().IsEmpty());
     const Identity member = {kUser.uid, kUser.gid, {kUser.gid, 2002}};
-    EXPECT_EQ(VisitHome(Home(), member, kNotice, &users_, &progress_).finger_lines.Count(), 4U);
+    EXPECT_EQ(VisitAs(member, Home()).finger_lines.Count(), 4U);
 }
 
 TEST_F(HomeVisit, DoesNotPassThroughProcsLinks) {
@@ -158,7 +161,7 @@ TEST_F(HomeVisit, DoesNotGoToAHomeThroughProcsLinks) {
     folder_.Write("closed/home/.plan", "secret\n", 0644);
     const Descriptor here = Descriptor::Open(".", O_RDONLY);
     ASSERT_EQ(chdir((folder_ / "closed/home").CString()), 0);
-    const HomeFindings findings = VisitHome("/proc/self/cwd", kUser, kNotice, &users_, &progress_);
+    const HomeFindings findings = VisitAs(kUser, "/proc/self/cwd");
     ASSERT_EQ(fchdir(here.Get()), 0);
     EXPECT_TRUE(findings.finger_lines.IsEmpty());
 }
@@ -192,6 +195,7 @@ TEST_F(HomeVisit, LeavesANoticeOfTheUsersOwn) {
     EXPECT_EQ(status.st_mode & 07777, 0640U);
     EXPECT_EQ(MapFileRead(In(".forward.NOTICE")), kNotice);
     EXPECT_EQ(geteuid(), 0U);
+    EXPECT_EQ(getegid(), 0U);
 }
 
 TEST_F(HomeVisit, LeavesTheNoticeWhereAnythingStandsAlone) {
@@ -214,7 +218,7 @@ TEST_F(HomeVisit, CannotWriteWhereTheUserCannot) {
 
 TEST_F(HomeVisit, TakesAHomeWithASlashAtItsEnd) {
     Put(".plan", "mine\n");
-    EXPECT_EQ(VisitHome(Home() + "/", kUser, kNotice, &users_, &progress_).finger_lines.Count(), 4U);
+    EXPECT_EQ(VisitAs(kUser, Home() + "/").finger_lines.Count(), 4U);
     EXPECT_TRUE(FileExists(In(".forward.NOTICE")));
 }
 
@@ -222,13 +226,13 @@ TEST_F(HomeVisit, LeavesAloneWhatIsNoHome) {
     Put(".plan", "mine\n");
     const SString missing = folder_ / "missing";
     for (const SString& home : {SString(), SString("home"), SString("./"), missing}) {
-        EXPECT_TRUE(VisitHome(home, kUser, kNotice, &users_, &progress_).finger_lines.IsEmpty()) << home;
+        EXPECT_TRUE(VisitAs(kUser, home).finger_lines.IsEmpty()) << home;
     }
     // These ids mean "as it is" to the system: root's files would be read for the user.
     const Identity nobody = {4294967295U, 2001, {2001}};
     const Identity no_group = {2001, 4294967295U, {}};
-    EXPECT_TRUE(VisitHome(Home(), nobody, kNotice, &users_, &progress_).finger_lines.IsEmpty());
-    EXPECT_TRUE(VisitHome(Home(), no_group, kNotice, &users_, &progress_).finger_lines.IsEmpty());
+    EXPECT_TRUE(VisitAs(nobody, Home()).finger_lines.IsEmpty());
+    EXPECT_TRUE(VisitAs(no_group, Home()).finger_lines.IsEmpty());
     EXPECT_FALSE(EntryExists(In(".forward.NOTICE")));
 }
 

@@ -87,6 +87,7 @@ TEST_F(VisitorTest, HasRootsRightsAtEachMaildropWhoeverStartsIt) {
         visitor.Send(request);
         EXPECT_EQ(visitor.Next().finger_info, SString("Plan:\r\n----\r\n") + login + "'s plan\r\n");
         EXPECT_EQ(FileOwner(request.maildrop), login);
+        EXPECT_EQ(FileGroup(request.maildrop), "mail");
     }
     EXPECT_EQ(geteuid(), 2009U);
 }

@@ -11,6 +11,7 @@
 namespace {
 
 constexpr mode_t kMode = 0660;
+constexpr mode_t kModeUntilGiven = 0600;
 constexpr uid_t kRoot = 0;
 
 struct Owner {
@@ -50,11 +51,12 @@ void AwaitDelivery(const Descriptor& file) {
     for (int i = 0; i < kTries && fcntl(file.Get(), F_OFD_SETLK, &lock) != 0; ++i) usleep(kPause);
 }
 
-/// Opens it for the lock only: its maker could refuse to let it be opened (a lease, fcntl(2)).
+/// Opens it for the lock only: its maker could refuse to let it be opened (a lease, fcntl(2)). Until it is
+/// the user's the new file is open to nobody else, whatever this process's group.
 bool ReplaceEmpty(const SString& path, const struct stat& seen, const Owner& owner) {
     const RegularFile old = OpenPlain(path, seen);
     if (old) AwaitDelivery(old.descriptor);
-    PendingFile file(path);
+    PendingFile file(path, kModeUntilGiven);
     return file.Replace(seen) && Give(file.File(), owner);
 }
 

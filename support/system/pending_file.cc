@@ -12,7 +12,6 @@
 
 namespace {
 
-constexpr mode_t kMode = 0660;
 constexpr int kTries = 10;
 
 /// Unguessable: in a directory that others can write, they could take all names beforehand.
@@ -23,10 +22,10 @@ SString OtherName(const SString& path) {
 
 }  // namespace
 
-PendingFile::PendingFile(const SString& path) : path_(path) {
+PendingFile::PendingFile(const SString& path, mode_t mode) : path_(path) {
     for (int i = 0; i < kTries; ++i) {
         SString name = OtherName(path);
-        file_ = Descriptor::Open(name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, kMode);
+        file_ = Descriptor::Open(name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, mode);
         if (file_) other_name_ = name;
         if (file_ || errno != EEXIST) return;
     }

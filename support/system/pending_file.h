@@ -11,8 +11,9 @@
 
 class PendingFile {
   public:
-    /// Creates the file under its other name, mode 0660 less the mask. Where that fails every call is false.
-    explicit PendingFile(const SString& path);
+    /// Creates the file under its other name, with the mode less the mask. Where that fails every call is
+    /// false.
+    explicit PendingFile(const SString& path, mode_t mode = 0660);
     /// Removes what was not published.
     ~PendingFile();
     PendingFile(const PendingFile&) = delete;

@@ -124,8 +124,40 @@ make_sendmail() {
 	END
 }
 
+# make_postfix: starts the real one, whose programs are in place; it reaches no other host.
+make_postfix() {
+    groupadd postdrop
+    useradd --system postfix
+    chgrp postdrop /usr/sbin/postdrop /usr/sbin/postqueue
+    chmod g+s /usr/sbin/postdrop /usr/sbin/postqueue
+    install -d -o postfix /var/lib/postfix
+    cp /usr/share/postfix/dynamicmaps.cf /etc/postfix/
+    cp /usr/share/postfix/master.cf.dist /etc/postfix/master.cf
+    cat >/etc/postfix/main.cf <<-'END'
+	compatibility_level = 3.6
+	myhostname = mail.example.com
+	inet_interfaces = 127.0.0.1
+	inet_protocols = ipv4
+	alias_maps =
+	alias_database =
+	maillog_file = /var/log/postfix.log
+	END
+    postfix start
+    wait_for listening 25
+}
+
 # steps STEP...: for "run": those steps alone, started up as Install is, with the scenario's answers.
 steps() { "$BUILD/tests/run_steps" "$@" <"$SCENARIO/answers"; }
+
+# findings ABOUT...: for "run": what Check says about these things, and its exit status.
+findings() {
+    local status
+    "$BUILD/Check" >/tmp/scenario/findings
+    status=$?
+    awk -v abouts=" $* " '/^[0-9a-z]/ { shown = index(abouts, " " substr($2, 1, length($2) - 1) " ") } shown' \
+        /tmp/scenario/findings
+    return "$status"
+}
 
 # without_header: a screen from its first line after the header on.
 without_header() { sed 1,9d; }

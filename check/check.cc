@@ -31,6 +31,9 @@ constexpr Look kLooks[] = {
     {"directories", LookAtDirectories, Known::Owner},
     {"disk", LookAtDisks, Known::Configuration},
     {"programs", LookAtPrograms, Known::Configuration},
+    {"port", LookAtPorts, Known::Nothing},
+    {"inetd", LookAtInetd, Known::Nothing},
+    {"sendmail", LookAtSendmail, Known::Configuration},
 };
 
 SStringList FoundBy(const Look& look) {

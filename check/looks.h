@@ -13,3 +13,6 @@ Known LookAtSite(Findings* findings);
 void LookAtDirectories(Findings* findings);  // directories.cc
 void LookAtDisks(Findings* findings);        // disks.cc
 void LookAtPrograms(Findings* findings);     // programs.cc
+void LookAtPorts(Findings* findings);        // ports.cc
+void LookAtInetd(Findings* findings);        // inetd.cc
+void LookAtSendmail(Findings* findings);     // sendmail.cc

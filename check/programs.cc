@@ -3,6 +3,7 @@
 
 #include "check/commands.h"
 #include "check/looks.h"
+#include "check/packages.h"
 #include "install/host/sendmail.h"
 #include "install/reminders.h"
 #include "install/settings.h"
@@ -33,19 +34,6 @@ void LookAtProgram(const SString& path, const SString& what, Findings* findings)
     }
 }
 
-/// The package that dpkg has the path from, also where a diversion lets it have that elsewhere; empty where
-/// it has none.
-SString PackageOf(const SString& path) {
-    SStringList lines = LinesOf("dpkg-query --search " + ShellWord(path));
-    lines = lines.Grep("!/^diversion by/");
-    lines.Grep("s/: .*//");
-    return lines.Get(0);
-}
-
-bool IsDiverted(const SString& path) {
-    return !LinesOf("dpkg-divert --listpackage " + ShellWord(path)).IsEmpty();
-}
-
 struct Place {
     SString path;
     SString real;     // empty: leads nowhere
@@ -57,7 +45,7 @@ struct Place {
 Place LookAtPlace(const SString& path) {
     Place place{path, {}, {}};
     place.is_emulator = LeadsTo(path, Emulator());
-    if (HasCommand("dpkg-query")) place.package = PackageOf(path);
+    place.package = PackageOf(path);
     place.would_come_back = !place.package.IsEmpty() && !IsDiverted(path);
     const AsRoot root;
     place.real = RealPath(path);

@@ -149,14 +149,21 @@ make_postfix() {
 # steps STEP...: for "run": those steps alone, started up as Install is, with the scenario's answers.
 steps() { "$BUILD/tests/run_steps" "$@" <"$SCENARIO/answers"; }
 
-# findings ABOUT...: for "run": what Check says about these things, and its exit status.
+# findings ABOUT...: for "run": what Check says about these things, process ids masked, and its exit status. The tests
+# may themselves run in a service's control group, which it would name.
 findings() {
     local status
-    "$BUILD/Check" >/tmp/scenario/findings
+    unshare --cgroup "$BUILD/Check" >/tmp/scenario/findings
     status=$?
     awk -v abouts=" $* " '/^[0-9a-z]/ { shown = index(abouts, " " substr($2, 1, length($2) - 1) " ") } shown' \
-        /tmp/scenario/findings
+        /tmp/scenario/findings | sed -E 's/process [0-9]+/process ID/'
     return "$status"
+}
+
+# check_as_anna: what Check says to a user, who may not be able to reach the build directory.
+check_as_anna() {
+    install "$BUILD/Check" /tmp/scenario/Check
+    setpriv --reuid anna --regid anna --init-groups /tmp/scenario/Check
 }
 
 # without_header: a screen from its first line after the header on.

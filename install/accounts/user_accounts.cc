@@ -43,7 +43,7 @@ void OfferAccountForm(const SString& use) {
     PrintParagraph("Would you like to have an account form sent to your mailbox? It can be used to " + use +
                    " users to the system. Alternately you can use the World-Wide-Web interface "
                    "for all your administration of tern.harbor.");
-    if (Ask("Send an E-mail account form? yes/no ", "no") == 'y') SendNewAccountForm();
+    if (Ask(QuestionId::SendAccountForm) == 'y') SendNewAccountForm();
 }
 
 void Skip(const PasswordEntry& entry, const char* reason, AccountResults* results) {

@@ -34,7 +34,7 @@ void OfferProcessTable() {
     Tell(
         "If you don't already know the names of the servers that have these ports open, they can be listed "
         "for you. Do you want to see a list of processes currently running on your system?");
-    if (Ask("List running processes? yes/no ", "yes") != 'y') return;
+    if (Ask(QuestionId::ListProcesses) != 'y') return;
     Tell("Here is a list of some of the processes currently running on your system:");
     Print(ProcessTable(RunningProcesses()));
 }
@@ -44,8 +44,7 @@ SStringList AskWhichToKill() {
         {"Please specify which processes need to be killed to free up the services noted above. To kill "
          "them, list them here separated by commas or spaces.",
          "Press 'Return' if you don't want any processes killed."});
-    Print("Which processes? ");
-    return GetInput("", 0).Split("[\\s,]+").Grep("/\\S/");
+    return AskLine(QuestionId::WhichProcesses).Split("[\\s,]+").Grep("/\\S/");
 }
 
 void LeaveServers(const SStringList& busy) {

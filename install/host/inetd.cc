@@ -160,7 +160,7 @@ bool EditInetdConf() {
         return true;
     }
     ListConflicts(conflicts);
-    const char answer = Ask("Would you like this to be done for you? yes/no/quit ", "yes");
+    const char answer = Ask(QuestionId::EditInetd);
     if (answer == 'q') return false;
     if (answer == 'y') return DisableConflicts(conflicts);
     Print("\n");

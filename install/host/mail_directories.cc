@@ -131,7 +131,7 @@ bool FixMaildropDir() {
         return true;
     }
     ExplainSetgid();
-    const char answer = Ask("Do you want the setgid bit set? yes/no/quit ", "yes");
+    const char answer = Ask(QuestionId::SetSetgid);
     if (answer == 'q') return false;
     if (answer == 'y') {
         SetSetgid(*mode);

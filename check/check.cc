@@ -34,6 +34,9 @@ constexpr Look kLooks[] = {
     {"port", LookAtPorts, Known::Nothing},
     {"inetd", LookAtInetd, Known::Nothing},
     {"sendmail", LookAtSendmail, Known::Configuration},
+    {"maildrop-directory", LookAtMaildropDir, Known::Owner},
+    {"logins", LookAtLogins, Known::Owner},
+    {"maildrops", LookAtMaildrops, Known::Owner},
 };
 
 SStringList FoundBy(const Look& look) {

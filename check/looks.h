@@ -16,3 +16,6 @@ void LookAtPrograms(Findings* findings);     // programs.cc
 void LookAtPorts(Findings* findings);        // ports.cc
 void LookAtInetd(Findings* findings);        // inetd.cc
 void LookAtSendmail(Findings* findings);     // sendmail.cc
+void LookAtMaildropDir(Findings* findings);  // maildrops.cc
+void LookAtMaildrops(Findings* findings);    // maildrops.cc
+void LookAtLogins(Findings* findings);       // logins.cc

@@ -12,6 +12,7 @@
 #include "install/process_state.h"
 #include "install/settings.h"
 #include "install/steps.h"
+#include "support/database/database_file.h"
 #include "support/process/bounded.h"
 #include "support/system/identity.h"
 
@@ -37,6 +38,11 @@ constexpr Look kLooks[] = {
     {"maildrop-directory", LookAtMaildropDir, Known::Owner},
     {"logins", LookAtLogins, Known::Owner},
     {"maildrops", LookAtMaildrops, Known::Owner},
+    {"modules", LookAtModules, Known::Owner},
+    {"accounts", LookAtAccounts, Known::Owner},
+    {"deliveries", LookAtDeliveries, Known::Owner},
+    {"queue", LookAtQueue, Known::Owner},
+    {"boot", LookAtBoot, Known::Configuration},
 };
 
 SStringList FoundBy(const Look& look) {
@@ -85,6 +91,7 @@ int Check(const SStringList& arguments) {
     SettleProcess();
     umask(077);
     Initialize();
+    OnlyLookAtDatabases();
     const Findings findings = FindAll();
     std::cout << (is_json ? JsonReport(findings) : PlainReport(findings)) << std::flush;
     if (!std::cout || std::ranges::any_of(findings.All(), IsUnreadable)) return kCouldNotLook;

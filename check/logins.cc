@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "check/looks.h"
+#include "check/numerous.h"
 #include "install/accounts/candidates.h"
 #include "install/settings.h"
 #include "support/system/file.h"
@@ -10,7 +11,6 @@
 namespace {
 
 constexpr uid_t kFirstOrdinary = 1000;  // where /etc/login.defs has none
-constexpr size_t kMostNamed = 20;
 
 uid_t FirstOrdinaryId() {
     SStringList lines = Lines(MapFileRead("/etc/login.defs"));
@@ -30,16 +30,6 @@ std::vector<PasswordEntry> Candidates(PasswordEntries* entries) {
     return candidates;
 }
 
-/// At most twenty of them.
-SString Named(SStringList logins) {
-    const size_t count = logins.Count();
-    if (count > kMostNamed) {
-        logins.Splice(static_cast<int>(kMostNamed), static_cast<int>(count - kMostNamed));
-        logins.Push("and " + SString(count - kMostNamed) + " more");
-    }
-    return logins.Join(", ");
-}
-
 SStringList SystemLogins(const std::vector<PasswordEntry>& candidates) {
     const uid_t first_ordinary = FirstOrdinaryId();
     SStringList logins;
@@ -56,10 +46,11 @@ void LookAtPasswordFile(Findings* findings) {
         return findings->Problem("logins", gstr_PasswdFile + " cannot be read");
     }
     const SStringList systems = SystemLogins(candidates);
-    findings->Ok("logins", SString(candidates.size()) + " logins of " + gstr_PasswdFile +
-                               " can get accounts (method p)");
+    findings->Ok("logins", "can get accounts by the method p: " + Counted(candidates.size(), "login") +
+                               " of " + gstr_PasswdFile);
     if (systems.IsEmpty()) return;
-    findings->Note("logins", SString(systems.Count()) + " of them are the system's: " + Named(systems));
+    findings->Note("logins",
+                   "of these, " + SString(systems.Count()) + " of the system's: " + FirstOf(systems));
 }
 
 /// What the name service has beyond /etc/passwd.
@@ -79,8 +70,8 @@ void LookAtNameService(Findings* findings) {
     const bool has_more = in_all > Candidates(&file).size();
     const SString names = sources.Join(", ");
     if (has_more) {
-        findings->Ok("logins",
-                     SString(in_all) + " logins of all sources can get accounts (method a): " + names);
+        findings->Ok("logins", "can get accounts by the method a: " + Counted(in_all, "login") +
+                                   " of files and " + names);
     } else {
         findings->Note("logins", "the name service has " + names + ", but does not enumerate logins of it",
                        "make their accounts by the mail system's own administration, or let the source "

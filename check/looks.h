@@ -19,3 +19,8 @@ void LookAtSendmail(Findings* findings);     // sendmail.cc
 void LookAtMaildropDir(Findings* findings);  // maildrops.cc
 void LookAtMaildrops(Findings* findings);    // maildrops.cc
 void LookAtLogins(Findings* findings);       // logins.cc
+void LookAtAccounts(Findings* findings);     // accounts.cc
+void LookAtDeliveries(Findings* findings);   // deliveries.cc
+void LookAtModules(Findings* findings);      // modules.cc
+void LookAtQueue(Findings* findings);        // queue.cc
+void LookAtBoot(Findings* findings);         // boot.cc

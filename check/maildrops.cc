@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include "check/looks.h"
+#include "check/numerous.h"
 #include "install/accounts/candidates.h"
 #include "install/host/mail_directories.h"
 #include "install/reminders.h"
@@ -12,40 +13,21 @@
 
 namespace {
 
-constexpr size_t kMostNamed = 20;
-
 SString OwnerOf(const SString& path, const struct stat& status) {
     const SString name = FileOwner(path);
     return name.IsEmpty() ? "user id " + SString(status.st_uid) : name;
 }
 
-/// Counts them all and names the first.
-class Named {
-  public:
-    void Problem(const SString& text, const SString& to_do, Findings* findings) {
-        if (++count_ <= kMostNamed) findings->Problem("maildrops", text, to_do);
-    }
-    void End(Findings* findings) const {
-        if (count_ == 0) findings->Ok("maildrops", "none is a third login's, a link or the like");
-        if (count_ > kMostNamed) {
-            findings->Problem("maildrops", SString(count_ - kMostNamed) + " more of them");
-        }
-    }
-
-  private:
-    size_t count_ = 0;
-};
-
-void LookAtMaildrop(const PasswordEntry& entry, Named* named, Findings* findings) {
+void LookAtMaildrop(const PasswordEntry& entry, Numerous* found) {
     const SString path = gstr_MaildropDir + entry.login;
     struct stat status {};
     if (entry.login.Index('/') >= 0 || lstat(path.CString(), &status) != 0) return;
     if (!IsPlainMaildrop(status)) {
-        named->Problem(path + " is a link, has a second name or is no file; Install leaves it alone",
-                       "look at it with ls -li, and remove it", findings);
+        found->Problem(path + " is a link, has a second name or is no file; Install leaves it alone",
+                       "look at it with ls -li, and remove it");
     } else if (IsAnothersMaildrop(status, entry.uid)) {
-        named->Problem(path + " belongs to " + OwnerOf(path, status) + "; Install gives it to its user",
-                       "let Install put it right, with the method a or p", findings);
+        found->Problem(path + " belongs to " + OwnerOf(path, status) + "; Install gives it to its user",
+                       "let Install put it right, with the method a or p");
     }
 }
 
@@ -70,10 +52,10 @@ void LookAtMaildropDir(Findings* findings) {
 }
 
 void LookAtMaildrops(Findings* findings) {
-    Named named;
+    Numerous found("maildrops", findings);
     PasswordEntries entries;
     while (const auto entry = entries.Next()) {
-        if (ReasonToSkip(*entry) == nullptr) LookAtMaildrop(*entry, &named, findings);
+        if (ReasonToSkip(*entry) == nullptr) LookAtMaildrop(*entry, &found);
     }
-    named.End(findings);
+    found.End("none is a third login's, a link or the like");
 }

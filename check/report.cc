@@ -1,6 +1,8 @@
 // Writes a report; the only place that uses the JSON library.
 #include "check/report.h"
 
+#include "check/numerous.h"
+
 #include <nlohmann/json.hpp>
 
 namespace {
@@ -19,10 +21,6 @@ const char* Word(Grade grade) {
             break;
     }
     return "problem";
-}
-
-SString Counted(size_t count, const SString& thing) {
-    return SString(count) + " " + thing + (count == 1 ? "" : "s");
 }
 
 SString Lines(const Finding& finding) {

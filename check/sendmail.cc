@@ -33,7 +33,7 @@ bool HasQueue() {
     return FileExists(gstr_Sendmail) && !LeadsTo(gstr_Sendmail, gstr_ProgramDir + "bin/sendmail");
 }
 
-void LookAtQueue(Findings* findings) {
+void LookAtItsQueue(Findings* findings) {
     if (!HasQueue()) return findings->Ok("sendmail", "no queue but the mail system's own");
     if (getuid() != 0) return findings->NotLookedAt("sendmail", "the queue, which only root may see");
     const SStringList listing = MailQueueListing();
@@ -47,5 +47,5 @@ void LookAtQueue(Findings* findings) {
 
 void LookAtSendmail(Findings* findings) {
     LookAtDaemon(findings);
-    LookAtQueue(findings);
+    LookAtItsQueue(findings);
 }

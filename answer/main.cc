@@ -10,6 +10,7 @@
 
 #include "answer/keys.h"
 #include "answer/session.h"
+#include "support/system/descriptor.h"
 #include "support/system/file.h"
 
 namespace {
@@ -39,6 +40,7 @@ int Run(const SString& path) {
 }  // namespace
 
 int main(int count, char** arguments) {
+    if (!OpenMissingDescriptors()) return kMisused;
     const SString argument(count == 2 ? arguments[1] : "");
     if (argument == "--questions") {
         std::cout << QuestionsToFillIn() << std::flush;

@@ -21,6 +21,13 @@ constexpr auto kPatience = 20ms;
 constexpr int kMostReads =
     256;  // more than a terminal holds, as a server that was started may write for ever
 
+/// A full disk or a closed pipe must make the writing fail; a SIGCHLD ignored would lose the exit status.
+void SetSignalDefaults() {
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+    std::signal(SIGCHLD, SIG_DFL);
+}
+
 void Complain(const SString& text) {
     std::cerr << "Answer: " << text << "\n" << std::flush;
 }
@@ -39,7 +46,7 @@ int Session::Run(const SString& program) {
         Complain("there is no pseudo-terminal: " + SString(std::strerror(errno)));
         return kStopped;
     }
-    std::signal(SIGPIPE, SIG_IGN);
+    SetSignalDefaults();
     const BlockedSignals block(kTerminalSignals);  // they are passed on
     Installer installer(program, *terminal);
     if (!installer.HasStarted()) {

@@ -17,6 +17,7 @@
 #include "install/signals.h"
 #include "install/site.h"
 #include "install/steps.h"
+#include "support/system/descriptor.h"
 #include "support/system/identity.h"
 
 namespace {
@@ -24,15 +25,6 @@ namespace {
 constexpr int kComplete = 0;
 constexpr int kStopped = 2;
 constexpr int kHeaderWidth = 75;
-
-/// If the process was started without standard descriptors, the next file opened would get one of their
-/// numbers and receive what is meant for the screen.
-void OpenMissingDescriptors() {
-    for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; fd++) {
-        const bool is_missing = fcntl(fd, F_GETFD) < 0;
-        if (is_missing && open("/dev/null", O_RDWR | O_NOCTTY) < 0) _exit(kStopped);
-    }
-}
 
 /// If another program left the terminal or pipe non-blocking, input would seem to have ended before an answer
 /// is typed, and every default would be taken.
@@ -89,7 +81,7 @@ bool LowerPrivileges() {
 }  // namespace
 
 bool StartUp() {
-    OpenMissingDescriptors();
+    if (!OpenMissingDescriptors()) _exit(kStopped);
     MakeDescriptorsWait();
     SetSignalDefaults();
     LeaveRemovedDirectory();

@@ -10,17 +10,17 @@ enum class Known { Nothing, Configuration, Owner };
 /// Sets the site's settings, as Install's start-up does.
 Known LookAtSite(Findings* findings);
 
-void LookAtDirectories(Findings* findings);  // directories.cc
-void LookAtDisks(Findings* findings);        // disks.cc
-void LookAtPrograms(Findings* findings);     // programs.cc
-void LookAtPorts(Findings* findings);        // ports.cc
-void LookAtInetd(Findings* findings);        // inetd.cc
-void LookAtSendmail(Findings* findings);     // sendmail.cc
-void LookAtMaildropDir(Findings* findings);  // maildrops.cc
-void LookAtMaildrops(Findings* findings);    // maildrops.cc
-void LookAtLogins(Findings* findings);       // logins.cc
-void LookAtAccounts(Findings* findings);     // accounts.cc
-void LookAtDeliveries(Findings* findings);   // deliveries.cc
-void LookAtModules(Findings* findings);      // modules.cc
-void LookAtQueue(Findings* findings);        // queue.cc
-void LookAtBoot(Findings* findings);         // boot.cc
+void LookAtDirectories(Findings* findings);  // host/directories.cc
+void LookAtDisks(Findings* findings);        // host/disks.cc
+void LookAtPrograms(Findings* findings);     // host/programs.cc
+void LookAtPorts(Findings* findings);        // host/ports.cc
+void LookAtInetd(Findings* findings);        // host/inetd.cc
+void LookAtSendmail(Findings* findings);     // host/sendmail.cc
+void LookAtMaildropDir(Findings* findings);  // host/maildrops.cc
+void LookAtMaildrops(Findings* findings);    // host/maildrops.cc
+void LookAtLogins(Findings* findings);       // host/logins.cc
+void LookAtAccounts(Findings* findings);     // mail_system/accounts.cc
+void LookAtDeliveries(Findings* findings);   // mail_system/deliveries.cc
+void LookAtModules(Findings* findings);      // mail_system/modules.cc
+void LookAtQueue(Findings* findings);        // mail_system/queue.cc
+void LookAtBoot(Findings* findings);         // host/boot.cc

@@ -7,18 +7,11 @@
 #include <climits>
 #include <csignal>
 
+#include "support/system/descriptor.h"
+
 namespace {
 
 constexpr int kStopped = 2;
-
-/// If the process was started without standard descriptors, the next file opened would get one of their
-/// numbers and receive what is meant for the screen.
-void OpenMissingDescriptors() {
-    for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; fd++) {
-        const bool is_missing = fcntl(fd, F_GETFD) < 0;
-        if (is_missing && open("/dev/null", O_RDWR | O_NOCTTY) < 0) _exit(kStopped);
-    }
-}
 
 /// If another program left the terminal or pipe non-blocking, input would seem to have ended before an answer
 /// is typed, and every default would be taken.
@@ -49,7 +42,7 @@ void LeaveRemovedDirectory() {
 }  // namespace
 
 void SettleProcess() {
-    OpenMissingDescriptors();
+    if (!OpenMissingDescriptors()) _exit(kStopped);
     MakeDescriptorsWait();
     SetSignalDefaults();
     LeaveRemovedDirectory();

@@ -146,6 +146,14 @@ make_postfix() {
     wait_for listening 25
 }
 
+# answer_file [LINE...]: /root/answers, for Answer: the answers by name of docs/unattended.md, and these lines; and the
+# password's file, which they name.
+answer_file() { (
+    umask 077
+    { "$SOURCE/tests/documents/answers" by-name; printf '%s\n' "$@"; } >/root/answers
+    echo change-this-now >/root/postmaster-password
+); }
+
 # steps STEP...: for "run": those steps alone, started up as Install is, with the scenario's answers.
 steps() { "$BUILD/tests/run_steps" "$@" <"$SCENARIO/answers"; }
 

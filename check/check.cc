@@ -64,14 +64,26 @@ void Take(const Look& look, Known known, Findings* findings) {
     }
 }
 
-Findings FindAll() {
-    Findings findings;
-    if (geteuid() != 0) {
-        findings.NotLookedAt("root", "what only root may see; run Check as root for all of it");
-    }
-    const Known known = LookAtSite(&findings);
+Findings FindAll(Known known, Findings findings) {
     for (const Look& look : kLooks) Take(look, known, &findings);
     return findings;
+}
+
+std::vector<ExpectedQuestion> ExpectQuestions(Known known, Findings* findings) {
+    const auto found = known < Known::Owner
+                           ? std::nullopt
+                           : ResultWithin(kPatience, [] { return ToMessage(LookAtQuestions()); });
+    if (!found) findings->NotLookedAt("questions", "what the next run will ask");
+    return found ? QuestionsFrom(*found) : std::vector<ExpectedQuestion>();
+}
+
+Report LookAtAll() {
+    Findings site;
+    if (geteuid() != 0) site.NotLookedAt("root", "what only root may see; run Check as root for all of it");
+    const Known known = LookAtSite(&site);
+    Report report{FindAll(known, site), {}};
+    report.questions = ExpectQuestions(known, &report.findings);
+    return report;
 }
 
 int Misused() {
@@ -92,8 +104,8 @@ int Check(const SStringList& arguments) {
     umask(077);
     Initialize();
     OnlyLookAtDatabases();
-    const Findings findings = FindAll();
-    std::cout << (is_json ? JsonReport(findings) : PlainReport(findings)) << std::flush;
-    if (!std::cout || std::ranges::any_of(findings.All(), IsUnreadable)) return kCouldNotLook;
-    return findings.Count(Grade::Problem) > 0 ? kProblems : 0;
+    const Report report = LookAtAll();
+    std::cout << (is_json ? JsonReport(report) : PlainReport(report)) << std::flush;
+    if (!std::cout || std::ranges::any_of(report.findings.All(), IsUnreadable)) return kCouldNotLook;
+    return report.findings.Count(Grade::Problem) > 0 ? kProblems : 0;
 }

@@ -2,6 +2,7 @@
 // a child process, which is given up when it hangs.
 #pragma once
 
+#include "check/expected_questions.h"
 #include "check/findings.h"
 
 /// How much of the site has to be known for a look.
@@ -24,3 +25,6 @@ void LookAtDeliveries(Findings* findings);   // mail_system/deliveries.cc
 void LookAtModules(Findings* findings);      // mail_system/modules.cc
 void LookAtQueue(Findings* findings);        // mail_system/queue.cc
 void LookAtBoot(Findings* findings);         // host/boot.cc
+
+/// What the next run will ask; mail_system/questions.cc.
+std::vector<ExpectedQuestion> LookAtQuestions();

@@ -46,20 +46,40 @@ Json Object(const Finding& finding) {
             {"to_do", std::move(to_do)}};
 }
 
-}  // namespace
-
-SString PlainReport(const Findings& findings) {
-    SString report;
-    for (const Finding& finding : findings.All()) report += Lines(finding);
-    return report + Counted(findings.Count(Grade::Problem), "problem") + ", " +
-           Counted(findings.Count(Grade::Note), "note") + ".\n";
+SString Line(const ExpectedQuestion& expected) {
+    SString line = "question " + expected.question;
+    if (expected.default_answer) line += " [" + *expected.default_answer + "]";
+    if (!expected.condition.IsEmpty()) line += ": " + expected.condition;
+    return line + "\n";
 }
 
-SString JsonReport(const Findings& findings) {
+Json Object(const ExpectedQuestion& expected) {
+    return {{"question", Text(expected.question)},
+            {"default", expected.default_answer ? Text(*expected.default_answer) : Json()},
+            {"condition", expected.condition.IsEmpty() ? Json() : Text(expected.condition)}};
+}
+
+template <typename Element>
+Json List(const std::vector<Element>& elements) {
     Json list = Json::array();
-    for (const Finding& finding : findings.All()) list.push_back(Object(finding));
-    const Json document = {{"findings", std::move(list)},
-                           {"notes", findings.Count(Grade::Note)},
-                           {"problems", findings.Count(Grade::Problem)}};
+    for (const Element& element : elements) list.push_back(Object(element));
+    return list;
+}
+
+}  // namespace
+
+SString PlainReport(const Report& report) {
+    SString text;
+    for (const Finding& finding : report.findings.All()) text += Lines(finding);
+    for (const ExpectedQuestion& expected : report.questions) text += Line(expected);
+    return text + Counted(report.findings.Count(Grade::Problem), "problem") + ", " +
+           Counted(report.findings.Count(Grade::Note), "note") + ".\n";
+}
+
+SString JsonReport(const Report& report) {
+    const Json document = {{"findings", List(report.findings.All())},
+                           {"notes", report.findings.Count(Grade::Note)},
+                           {"problems", report.findings.Count(Grade::Problem)},
+                           {"questions", List(report.questions)}};
     return document.dump(kIndent, ' ', false, Json::error_handler_t::replace) + "\n";
 }

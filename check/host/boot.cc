@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "check/host/commands.h"
-#include "check/looks.h"
 #include "check/host/units.h"
+#include "check/looks.h"
 #include "install/reminders.h"
 #include "install/settings.h"
 #include "support/system/file.h"

@@ -6,9 +6,9 @@
 #include <climits>
 
 #include "check/host/commands.h"
-#include "check/looks.h"
 #include "check/host/packages.h"
 #include "check/host/units.h"
+#include "check/looks.h"
 #include "install/host/probes.h"
 #include "install/settings.h"
 #include "support/process/listeners.h"

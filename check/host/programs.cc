@@ -2,8 +2,8 @@
 #include <sys/stat.h>
 
 #include "check/host/commands.h"
-#include "check/looks.h"
 #include "check/host/packages.h"
+#include "check/looks.h"
 #include "install/host/sendmail.h"
 #include "install/reminders.h"
 #include "install/settings.h"

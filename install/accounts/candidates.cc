@@ -30,6 +30,6 @@ std::optional<gid_t> MailGroup() {
     return group != nullptr ? std::optional(group->gr_gid) : std::nullopt;
 }
 
-bool HasUserAccounts() {
-    return SAccountDB().AccountCount() > kMostOwnAccounts;
+bool HasUserAccounts(size_t to_be_made) {
+    return SAccountDB().AccountCount() + static_cast<long>(to_be_made) > kMostOwnAccounts;
 }

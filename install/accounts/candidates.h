@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <cstddef>
 #include <optional>
 
 #include "install/accounts/password_entries.h"
@@ -12,5 +13,6 @@ const char* ReasonToSkip(const PasswordEntry& entry);
 /// The group that owns users' maildrop files: "staff" where there is no "mail". Nothing where there is
 /// neither, or where the group database fails, which must not count as having no "mail".
 std::optional<gid_t> MailGroup();
-/// Whether the account database has more than the mail system's own accounts.
-bool HasUserAccounts();
+/// Whether the account database has more than the mail system's own accounts, of which so many are still to
+/// be made.
+bool HasUserAccounts(size_t to_be_made = 0);

@@ -157,15 +157,16 @@ answer_file() { (
 # steps STEP...: for "run": those steps alone, started up as Install is, with the scenario's answers.
 steps() { "$BUILD/tests/run_steps" "$@" <"$SCENARIO/answers"; }
 
-# findings ABOUT...: for "run": what Check says about these things, process ids masked, and its exit status. The tests
-# may themselves run in a service's control group, which it would name.
+# findings ABOUT...: for "run": what Check says about these things, process ids masked, and the exit status that it has
+# for these. The tests may themselves run in a service's control group, which it would name.
 findings() {
     local status
     unshare --cgroup "$BUILD/Check" >/tmp/scenario/findings
     status=$?
     awk -v abouts=" $* " '/^[0-9a-z]/ { shown = index(abouts, " " substr($2, 1, length($2) - 1) " ") } shown' \
-        /tmp/scenario/findings | sed -E 's/process [0-9]+/process ID/'
-    return "$status"
+        /tmp/scenario/findings | sed -E 's/process [0-9]+/process ID/' | tee /tmp/scenario/shown
+    if [ "$status" = 2 ]; then return 2; fi
+    ! grep -q '^problem' /tmp/scenario/shown
 }
 
 # check_as_anna: what Check says to a user, who may not be able to reach the build directory.

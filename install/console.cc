@@ -85,9 +85,9 @@ SString GetInput(const SString& default_answer, int show) {
 }
 
 bool AskToContinue() {
-    char answer = Ask("Do you want to continue? yes/no/quit ", "yes");
+    char answer = Ask(QuestionId::Continue);
     while (answer != 'y' && answer != 'n' && answer != 'q') {
-        answer = Ask("Please enter 'yes', 'no', or 'quit': ", "yes");
+        answer = Ask(QuestionId::YesNoOrQuit);
     }
     return answer == 'y';
 }
@@ -129,9 +129,24 @@ void BreakProgress() {
     Print("\n\n");
 }
 
-char Ask(const SString& prompt, const SString& default_answer) {
-    Print(Printable(prompt));
-    return FirstLetter(GetInput(default_answer, 1));
+char Ask(QuestionId id) {
+    return Ask(id, QuestionOf(id).default_answer);
+}
+
+char Ask(QuestionId id, const SString& default_answer) {
+    return FirstLetter(AskLine(id, default_answer));
+}
+
+char AskAbout(QuestionId id, const SString& value) {
+    const Question& question = QuestionOf(id);
+    Print(SString(question.text) + Printable(value) + SString(question.rest));
+    return FirstLetter(GetInput(question.default_answer, 1));
+}
+
+SString AskLine(QuestionId id, const SString& default_answer) {
+    const Question& question = QuestionOf(id);
+    Print(SString(question.text));
+    return GetInput(default_answer, ShowsDefault(question) ? 1 : 0);
 }
 
 // A last line without a line end is still an answer; only a read that finds nothing fails.

@@ -3,6 +3,7 @@
 // fails, the program ends with status 2 and "Installation aborted." on standard error.
 #pragma once
 
+#include "install/questions.h"
 #include "support/text/sstring_list.h"
 
 /// The text re-wrapped: words separated by one blank (two after "!", ".", ":", "?"), every line followed by
@@ -10,7 +11,8 @@
 SString Format(const SString& text, int width, int indent, const SString& line_end);
 void ClearScreen();
 void PrintHeader(int width, SStringList lines);
-/// The answer, or the default when the answer is empty or input has ended.
+/// The answer, or the default when the answer is empty or input has ended. Steps ask with the functions
+/// below, from the table of questions.
 SString GetInput(const SString& default_answer, int show);
 /// False for no and quit.
 bool AskToContinue();
@@ -32,7 +34,13 @@ void EndProgress(const SString& word);
 /// Ends the line without a word, before a longer explanation.
 void BreakProgress();
 
-/// The prompt, then GetInput with its default shown; the first character of the answer, lower-cased, or NUL.
-char Ask(const SString& prompt, const SString& default_answer);
+/// Asks the question; the first character of the answer, lower-cased, or NUL. The default is the table's.
+char Ask(QuestionId id);
+/// The same where the table leaves the default open.
+char Ask(QuestionId id, const SString& default_answer);
+/// The same for a question whose text holds a value.
+char AskAbout(QuestionId id, const SString& value);
+/// Asks the question; the whole answer.
+SString AskLine(QuestionId id, const SString& default_answer = "");
 /// Whether standard input has ended: a question whose default is refused can then never be answered.
 bool InputHasEnded();

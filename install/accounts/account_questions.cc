@@ -62,7 +62,7 @@ bool OfferHostName(const SString& host, SStringList* accepted) {
     PrintParagraph(
         "You didn't specify the hostname of this machine. You will probably see a lot of errors for "
         "misaddressed mail without it, so you are encouraged to add it to the list.");
-    char answer = Ask("Add " + host + " to the list? yes/no/quit ", "yes");
+    char answer = AskAbout(QuestionId::AddHostName, host);
     if (answer == 'y') accepted->Push(host);
     return answer != 'q';
 }
@@ -72,14 +72,14 @@ bool ConfirmDomains(const SStringList& accepted) {
     PrintIndented(5, accepted);
     Print("\n");
     PrintParagraph("Also, addresses in outgoing mail will have " + accepted.Get(0) + " as the domain.");
-    return Ask("Is this what you want? yes/no ", "yes") != 'n';
+    return Ask(QuestionId::ConfirmDomains) != 'n';
 }
 
 }  // namespace
 
 AccountMethod AskAccountMethod(bool accounts_exist) {
     ExplainMethods(accounts_exist);
-    switch (Ask("Which method? All/Passwd/None/Quit ", accounts_exist ? "N" : "P")) {
+    switch (Ask(QuestionId::AccountMethod, accounts_exist ? "N" : "P")) {
         case 'a':
             return AccountMethod::AllSources;
         case 'q':
@@ -96,8 +96,7 @@ std::optional<SStringList> AskMailDomains(const SString& host, const SString& do
     SStringList proposal = host;
     // Ends at the end of input, too: the defaults are valid, and are accepted.
     for (;;) {
-        Print("Mail domains: ");
-        SString answer = GetInput(proposal.Join(","), 1);
+        SString answer = AskLine(QuestionId::MailDomains, proposal.Join(","));
         Print("Checking domains....\n");
         SStringList accepted = CheckDomains(answer, domain);
         if (!OfferHostName(host, &accepted)) return std::nullopt;

@@ -6,7 +6,7 @@
 namespace {
 
 PasswordEntry Copy(const struct passwd& entry) {
-    return {entry.pw_name, entry.pw_uid, entry.pw_gid, entry.pw_gecos, entry.pw_dir};
+    return {entry.pw_name, entry.pw_uid, entry.pw_gid, entry.pw_gecos, entry.pw_dir, entry.pw_shell};
 }
 
 }  // namespace

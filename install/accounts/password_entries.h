@@ -17,6 +17,7 @@ struct PasswordEntry {
     gid_t gid = 0;
     SString comment;
     SString home;
+    SString shell = {};
 };
 
 /// One pass through the entries; getpwent allows only one at a time in a process.

@@ -1,5 +1,9 @@
 // Creates the accounts that receive the mail system's own control traffic, and the template for later
 // accounts.
+#include "install/accounts/special_accounts.h"
+
+#include <algorithm>
+
 #include "install/accounts/create_account.h"
 #include "install/settings.h"
 #include "install/steps.h"
@@ -51,13 +55,20 @@ void Create(const SpecialAccount& account) {
     if (CreateAccount(account.uid, account.fields, account.lock)) creation.Commit();
 }
 
+bool IsMissing(const SpecialAccount& account) {
+    return SAccountDB().GetAccountInfo(account.uid, nullptr) == 0;
+}
+
 }  // namespace
+
+size_t MissingSpecialAccounts() {
+    return static_cast<size_t>(std::ranges::count_if(SpecialAccounts(), IsMissing));
+}
 
 bool SetupSpecialAccounts() {
     const AccountSession session;
-    SAccountDB accounts;
     for (const SpecialAccount& account : SpecialAccounts()) {
-        if (accounts.GetAccountInfo(account.uid, nullptr) == 0) Create(account);
+        if (IsMissing(account)) Create(account);
     }
     return true;
 }

@@ -1,10 +1,7 @@
 // The account step: asks which users shall have a mail account, and makes their accounts.
-#include <grp.h>
-
-#include <cerrno>
-
 #include "install/accounts/account_loop.h"
 #include "install/accounts/account_questions.h"
+#include "install/accounts/candidates.h"
 #include "install/accounts/password_entries.h"
 #include "install/accounts/set_up_mails.h"
 #include "install/console.h"
@@ -16,19 +13,6 @@
 #include "support/text/printable.h"
 
 namespace {
-
-constexpr long kMostOwnAccounts = 8;  // prescribed: up to so many, the database counts as having no users
-
-/// The group that owns users' maildrop files: "staff" where there is no "mail". A group database that fails
-/// to tell must not give them away. With systemd among its sources it fails without an error, but the mail
-/// owner's group, there at start-up, is then missing, too.
-const struct group* MailGroup() {
-    errno = 0;
-    const struct group* group = getgrnam("mail");
-    const bool has_failed =
-        group == nullptr && (errno != 0 || getgrgid(static_cast<gid_t>(gn_MailGID)) == nullptr);
-    return group != nullptr || has_failed ? group : getgrnam("staff");
-}
 
 void ExplainMissingMailGroup() {
     PrintParagraph(
@@ -43,7 +27,7 @@ void OfferAccountForm(const SString& use) {
     PrintParagraph("Would you like to have an account form sent to your mailbox? It can be used to " + use +
                    " users to the system. Alternately you can use the World-Wide-Web interface "
                    "for all your administration of tern.harbor.");
-    if (Ask("Send an E-mail account form? yes/no ", "no") == 'y') SendNewAccountForm();
+    if (Ask(QuestionId::SendAccountForm) == 'y') SendNewAccountForm();
 }
 
 void Skip(const PasswordEntry& entry, const char* reason, AccountResults* results) {
@@ -55,10 +39,8 @@ void Skip(const PasswordEntry& entry, const char* reason, AccountResults* result
 std::deque<Candidate> SelectCandidates(PasswordEntries* entries, AccountResults* results) {
     std::deque<Candidate> candidates;
     while (auto entry = entries->Next()) {
-        if (gstrl_BadUsers.Contains(entry->login)) {
-            Skip(*entry, "system user", results);
-        } else if (entry->home.IsEmpty()) {
-            Skip(*entry, "no home directory", results);
+        if (const char* reason = ReasonToSkip(*entry); reason != nullptr) {
+            Skip(*entry, reason, results);
         } else {
             candidates.push_back({FullName(entry->comment, entry->login), entry->login, entry->home});
         }
@@ -140,17 +122,16 @@ int AddAccounts(AccountMethod method, gid_t mail_group, AccountResults results) 
 }  // namespace
 
 int AddUserAccounts() {
-    const struct group* mail_group = MailGroup();
-    if (mail_group == nullptr) {
+    const auto mail_group = MailGroup();
+    if (!mail_group) {
         ExplainMissingMailGroup();
         return 0;
     }
-    const gid_t mail_gid = mail_group->gr_gid;
     AccountResults results;
-    results.accounts_existed = SAccountDB().AccountCount() > kMostOwnAccounts;
+    results.accounts_existed = HasUserAccounts();
     const AccountMethod method = AskAccountMethod(results.accounts_existed);
     if (method == AccountMethod::Quit) return 0;
-    if (method != AccountMethod::None) return AddAccounts(method, mail_gid, std::move(results));
+    if (method != AccountMethod::None) return AddAccounts(method, *mail_group, std::move(results));
     if (!results.accounts_existed) OfferAccountForm("begin adding");
     return 1;
 }

@@ -8,10 +8,8 @@
 #include "install/host/server_lists.h"
 #include "install/reminders.h"
 #include "install/settings.h"
-#include "install/site.h"
 #include "install/steps.h"
 #include "support/process/process.h"
-#include "support/system/identity.h"
 #include "support/text/printable.h"
 
 namespace {
@@ -21,14 +19,6 @@ constexpr long kResultIndent = 8;
 
 SStringList BusyNow() {
     return BusyServices(gstrl_Services, gstrl_ServicePorts, ListeningPorts());
-}
-
-/// Process listers cut names to 8, 9 or 10 characters. The looseness of the expression is prescribed. Any
-/// user can name a process like this.
-int32_t CountMailSystem() {
-    const AsRoot root;
-    const SStringList named = ReadProcessInfo().Grep("/ tern\\.harb?o?r?$/");
-    return static_cast<int32_t>(ProcessesOf(named, MailSystemUsers()).Count());
 }
 
 void TellWhatIsBusy(const SStringList& busy) {
@@ -44,7 +34,7 @@ void OfferProcessTable() {
     Tell(
         "If you don't already know the names of the servers that have these ports open, they can be listed "
         "for you. Do you want to see a list of processes currently running on your system?");
-    if (Ask("List running processes? yes/no ", "yes") != 'y') return;
+    if (Ask(QuestionId::ListProcesses) != 'y') return;
     Tell("Here is a list of some of the processes currently running on your system:");
     Print(ProcessTable(RunningProcesses()));
 }
@@ -54,8 +44,7 @@ SStringList AskWhichToKill() {
         {"Please specify which processes need to be killed to free up the services noted above. To kill "
          "them, list them here separated by commas or spaces.",
          "Press 'Return' if you don't want any processes killed."});
-    Print("Which processes? ");
-    return GetInput("", 0).Split("[\\s,]+").Grep("/\\S/");
+    return AskLine(QuestionId::WhichProcesses).Split("[\\s,]+").Grep("/\\S/");
 }
 
 void LeaveServers(const SStringList& busy) {
@@ -110,7 +99,7 @@ bool KillServers() {
         EndProgress("none found (that's good)");
         return true;
     }
-    gf_TernHarborIsRunning = CountMailSystem();
+    gf_TernHarborIsRunning = static_cast<int32_t>(MailSystemProcesses().Count());
     if (gf_TernHarborIsRunning != 0) {
         EndProgress("tern.harbor is running");
         return true;

@@ -23,17 +23,6 @@ namespace {
 
 const SString kHangUp = "kill -HUP [inetd-pid]";
 
-/// The active services that the mail system takes over, under any of their names.
-SStringList Conflicts(const SStringList& active) {
-    SStringList names = gstrl_Services;
-    names.Push({"mail", "pop-3"});
-    SStringList conflicts;
-    for (const SString& name : names) {
-        if (active.Contains(name)) conflicts.Push(name);
-    }
-    return conflicts;
-}
-
 void ListConflicts(const SStringList& conflicts) {
     BreakProgress();
     Tell("Your Internet Daemon (inetd) is currently configured to handle the following services:");
@@ -87,7 +76,7 @@ Finished FinishTakeOver() {
     Finished finished;
     SStringList conflicts;
     finished.is_whole = FinishRewrite(gstr_InetdConf, [&](const SString& before) {
-        conflicts = Conflicts(ActiveServices(Lines(before)));
+        conflicts = InetdConflicts(Lines(before));
         finished.is_reset = ResetInetd();
     });
     if (finished.is_reset == true) AwaitRelease(conflicts);
@@ -131,6 +120,17 @@ SStringList ActiveServices(SStringList lines) {
     return lines;
 }
 
+SStringList InetdConflicts(SStringList lines) {
+    const SStringList active = ActiveServices(std::move(lines));
+    SStringList names = gstrl_Services;
+    names.Push({"mail", "pop-3"});
+    SStringList conflicts;
+    for (const SString& name : names) {
+        if (active.Contains(name)) conflicts.Push(name);
+    }
+    return conflicts;
+}
+
 SStringList WithoutServices(SStringList lines, const SStringList& services) {
     lines.Grep("s/^\\s*(" + services.Join("|") + ")(\\s)/#$1$2/");
     return lines;
@@ -154,13 +154,13 @@ bool EditInetdConf() {
         Tell("WARNING: Couldn't open " + gstr_InetdConf);
         return true;
     }
-    const SStringList conflicts = Conflicts(ActiveServices(*lines));
+    const SStringList conflicts = InetdConflicts(*lines);
     if (conflicts.IsEmpty()) {
         if (finished.is_reset != false) EndProgress("OK");
         return true;
     }
     ListConflicts(conflicts);
-    const char answer = Ask("Would you like this to be done for you? yes/no/quit ", "yes");
+    const char answer = Ask(QuestionId::EditInetd);
     if (answer == 'q') return false;
     if (answer == 'y') return DisableConflicts(conflicts);
     Print("\n");

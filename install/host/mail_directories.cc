@@ -1,4 +1,6 @@
 // Checks the mail system's mailbox directory and the host's maildrop directory, and makes them right.
+#include "install/host/mail_directories.h"
+
 #include <sys/stat.h>
 
 #include <optional>
@@ -121,20 +123,33 @@ bool CreateMailboxDir() {
     return true;
 }
 
+MaildropDirectory LookAtMaildropDirectory() {
+    using enum MaildropDirectory::State;
+    if (!IsDirectory(RealPath(gstr_MaildropDir))) return {Missing};
+    const auto mode = Permissions(gstr_MaildropDir);
+    if (!mode) return {Unknown};
+    return {(*mode & kSetgidBits) == kSetgidBits ? Right : NoSetgid, *mode};
+}
+
 bool FixMaildropDir() {
     BeginProgress("Checking user maildrop directory");
-    if (!IsDirectory(RealPath(gstr_MaildropDir))) return TellMaildropMissing();
-    const auto mode = Permissions(gstr_MaildropDir);
-    if (!mode) return TellMaildropUnknown();
-    if ((*mode & kSetgidBits) == kSetgidBits) {
-        EndProgress("OK");
-        return true;
+    const MaildropDirectory found = LookAtMaildropDirectory();
+    switch (found.state) {
+        case MaildropDirectory::State::Missing:
+            return TellMaildropMissing();
+        case MaildropDirectory::State::Unknown:
+            return TellMaildropUnknown();
+        case MaildropDirectory::State::Right:
+            EndProgress("OK");
+            return true;
+        case MaildropDirectory::State::NoSetgid:
+            break;
     }
     ExplainSetgid();
-    const char answer = Ask("Do you want the setgid bit set? yes/no/quit ", "yes");
+    const char answer = Ask(QuestionId::SetSetgid);
     if (answer == 'q') return false;
     if (answer == 'y') {
-        SetSetgid(*mode);
+        SetSetgid(found.mode);
     } else {
         RemindOfSetgid();
     }

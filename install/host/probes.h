@@ -7,3 +7,5 @@
 SStringList ListeningPorts();
 SStringList RunningProcesses();
 SStringList MailQueueListing();
+/// The entries of RunningProcesses that are the mail system's.
+SStringList MailSystemProcesses();

@@ -82,7 +82,7 @@ bool MayAbandonQueue() {
     const SStringList listing = MailQueueListing();
     if (IsEmptyQueue(listing)) return true;
     ShowQueue(listing);
-    const char answer = Ask("Do you want to deliver the queue now? yes/no/quit ", "yes");
+    const char answer = Ask(QuestionId::DeliverQueue);
     if (answer == 'y') TellHowToDeliver();
     return answer == 'n';
 }
@@ -160,7 +160,7 @@ bool KillSendmail() {
     Tell(
         "Sendmail needs to be shutdown for tern.harbor to have access to the mail port. "
         "Do you want the server killed now?");
-    const char answer = Ask("Kill sendmail daemon process? yes/no/quit ", "yes");
+    const char answer = Ask(QuestionId::KillSendmail);
     if (answer == 'q') return false;
     if (answer == 'y') {
         Kill(processes);

@@ -89,7 +89,7 @@ bool AddServices() {
         return true;
     }
     ListMissing(missing);
-    const char answer = Ask("Do you want " + gstr_ServicesFile + " updated for you? yes/no/quit ", "yes");
+    const char answer = AskAbout(QuestionId::UpdateServices, gstr_ServicesFile);
     if (answer == 'q') return false;
     if (answer == 'y') {
         const bool updated = UpdateServicesFile(missing);

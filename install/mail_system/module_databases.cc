@@ -1,5 +1,7 @@
 // Puts the module databases of a new release (MODULE.install) into service, keeping the settings that the
 // release's preserve file lists.
+#include "install/mail_system/module_databases.h"
+
 #include <fcntl.h>
 
 #include "install/console.h"
@@ -20,14 +22,6 @@ const SString kRemindedLater =
 
 SString ConfigDirectory() {
     return gstr_TernHarbor + "config/";
-}
-
-SStringList ModulesWithNewVersion() {
-    SStringList modules = BaseName(ReadDir(ConfigDirectory()), "").Grep("/.\\.install\\z/");
-    modules.Grep("s/\\.install\\z//");
-    modules.Delete(kAccounts);
-    modules.Sort();
-    return modules;
 }
 
 bool WarnNotUpdated(const SString& module) {
@@ -83,14 +77,21 @@ bool Update(const SString& module, const SStringList& addresses) {
     return true;
 }
 
-/// The preserve file's text; empty if it is no regular file, or one of unreasonable size.
+}  // namespace
+
+SStringList ModulesWithNewVersion() {
+    SStringList modules = BaseName(ReadDir(ConfigDirectory()), "").Grep("/.\\.install\\z/");
+    modules.Grep("s/\\.install\\z//");
+    modules.Delete(kAccounts);
+    modules.Sort();
+    return modules;
+}
+
 SString PreserveText() {
     const RegularFile file = OpenRegularFile(ConfigDirectory() + "__PRESERVE__", O_RDONLY, Links::All);
     const auto text = file ? file.descriptor.ReadAll(kMostPreserved + 1) : std::nullopt;
     return text && text->Length() <= kMostPreserved ? *text : SString();
 }
-
-}  // namespace
 
 bool UpdateConfiguration() {
     const SStringList modules = ModulesWithNewVersion();

@@ -45,15 +45,14 @@ char ConfirmPort(const SString& typed, int port) {
     Tell("tern.harbor will use port " + typed +
          " for WWW configuration, so you will need to connect to the server using the URL:");
     Print("\thttp://" + gstr_HostName + (standard ? SString() : ":" + SString(port)) + "\n\n");
-    return Ask(standard ? "Are you sure you want to use port 80? yes/no/quit " : "Is this OK? yes/no/quit ",
-               "yes");
+    return Ask(standard ? QuestionId::ConfirmPort80 : QuestionId::ConfirmPort);
 }
 
 bool ChangePort(Sdbfile* www_server, int old_port) {
     if (old_port == 80) AdviseAgainstPort80();
     while (true) {
-        Print("\nWorld Wide Web port for configuration: ");
-        const SString typed = GetInput(SString(old_port), 1);
+        Print("\n");
+        const SString typed = AskLine(QuestionId::WebPort, SString(old_port));
         const int port = PortNumber(typed);
         if (!IsPort(port)) {
             Print("\n");
@@ -75,7 +74,7 @@ bool ChangeAccess(Sdbfile* www_server) {
     Tell(
         "Access to the WWW configuration interface has been restricted to the domains/networks listed "
         "above. If you would like to remove the restrictions, type \"yes\" here.");
-    const char answer = Ask("Remove access restrictions for WWW configuration: yes/no/quit ", "no");
+    const char answer = Ask(QuestionId::RemoveAccess);
     if (answer == 'y') www_server->Set("WWWAccess", {});
     return answer != 'q';
 }
@@ -87,8 +86,7 @@ bool ChangeEmail(Sdbfile* dispatch, bool allowed) {
         "If disabled, mail sent to <accounts@" +
         gstr_HostName + "> or <configuration@" + gstr_HostName +
         "> will be returned to sender with an error message.");
-    const char answer =
-        Ask("Allow E-mail configuration of tern.harbor: yes/no/quit ", allowed ? "yes" : "no");
+    const char answer = Ask(QuestionId::AllowEmail, allowed ? "yes" : "no");
     if (answer == 'n') dispatch->Set("EmailConfig", "no");
     if (answer == 'y') dispatch->Set("EmailConfig", "yes");
     return answer != 'q';
@@ -107,7 +105,7 @@ bool ConfigureFeatures() {
     EndProgress("done\n");
 
     ShowSettings(*settings);
-    const char answer = Ask("Do you want to change this information? yes/no/quit ", "no");
+    const char answer = Ask(QuestionId::ChangeRemote);
     if (answer != 'y') return answer != 'q';
     if (!ChangePort(&www_server, settings->port)) return false;
     if (!settings->access.IsEmpty() && !ChangeAccess(&www_server)) return false;

@@ -22,7 +22,7 @@ bool StartAnyway() {
          "installation procedure. If you don't, the system may not function properly.",
          "The unresolved items are:"});
     PrintReminders();
-    return Ask("Do you want to try to start the system anyway? yes/no/quit ", "no") == 'y';
+    return Ask(QuestionId::StartAnyway) == 'y';
 }
 
 }  // namespace

@@ -58,8 +58,7 @@ bool IsAccessDomain(const SString& text) {
 std::optional<SString> AskPassword() {
     IntroducePassword();
     while (true) {
-        Print("Postmaster password: ");
-        SString password = GetInput("", 0);
+        SString password = AskLine(QuestionId::PostmasterPassword);
         if (IsGoodPassword(password)) return password;
         PrintParagraph("Please enter a new password (at least 6 characters, not beginning with whitespace)");
         if (InputHasEnded()) {
@@ -85,8 +84,7 @@ void ExplainAccessDomains(const SString& host, const SString& domain) {
 std::optional<SStringList> AskAccessDomains(const SStringList& current, const SString& domain) {
     SString offered = current.Join(",");
     while (true) {
-        Print("Access Domains: ");
-        SStringList entries = Entries(GetInput(offered, 1));
+        SStringList entries = Entries(AskLine(QuestionId::AccessDomains, offered));
         if (entries.IsEmpty()) return current;
         if (CheckAccessDomains(entries)) return entries;
         ExplainAccessDomainSyntax(domain);

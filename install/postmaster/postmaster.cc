@@ -96,8 +96,7 @@ Replacement Replace(SAccountDB* accounts, SAccountMod* postmaster, const Deliver
 bool ChangeDeliveries(SAccountDB* accounts, SAccountMod* postmaster, const Deliveries& old) {
     const std::optional<SStringList> addresses = DeliveryAddresses(accounts, old);
     if (!addresses) return AbortInaccessible();
-    Print("Postmasters: ");
-    const SString answer = GetInput(addresses->Join(","), 1);
+    const SString answer = AskLine(QuestionId::Postmasters, addresses->Join(","));
     SStringList refusals;
     const std::optional<Deliveries> chosen =
         ChooseDeliveries(accounts, S822Parser(answer).Addresses(), gstr_HostName, gstr_DomainName, &refusals);
@@ -153,7 +152,7 @@ bool SetupAdminAccount() {
         const std::optional<SStringList> addresses = DeliveryAddresses(&accounts, DeliveriesOf(record));
         if (!addresses) return AbortInaccessible();
         ShowPostmaster(record, *addresses);
-        const char answer = Ask("Do you want to change any information? yes/no/quit ", "no");
+        const char answer = Ask(QuestionId::ChangePostmaster);
         if (answer != 'y') return answer != 'q';
     }
     const bool go_on = EditPostmaster(&accounts, &postmaster, record, is_new);

@@ -19,10 +19,6 @@ struct Owner {
     gid_t gid;
 };
 
-bool IsPlain(const struct stat& status) {
-    return S_ISREG(status.st_mode) && status.st_nlink == 1;
-}
-
 bool IsOwnedBy(const struct stat& status, const Owner& owner) {
     return status.st_uid == owner.uid && status.st_gid == owner.gid;
 }
@@ -38,7 +34,7 @@ bool Give(const Descriptor& file, const Owner& owner) {
 /// Opened for writing, if it is the very file that was seen.
 RegularFile OpenPlain(const SString& path, const struct stat& seen) {
     RegularFile file = OpenRegularFile(path, O_WRONLY, Links::NotAtEnd);
-    const bool is_same = file && IsSameFile(file.status, seen) && IsPlain(file.status);
+    const bool is_same = file && IsSameFile(file.status, seen) && IsPlainMaildrop(file.status);
     return is_same ? std::move(file) : RegularFile();
 }
 
@@ -61,8 +57,7 @@ bool ReplaceEmpty(const SString& path, const struct stat& seen, const Owner& own
 }
 
 void Repair(const SString& path, const struct stat& seen, const Owner& owner) {
-    const bool is_anothers = seen.st_uid != owner.uid && seen.st_uid != kRoot;
-    if (is_anothers && seen.st_size == 0 && ReplaceEmpty(path, seen, owner)) return;
+    if (IsAnothersMaildrop(seen, owner.uid) && seen.st_size == 0 && ReplaceEmpty(path, seen, owner)) return;
     const RegularFile file = OpenPlain(path, seen);
     if (!file) return;
     const bool is_right = IsOwnedBy(file.status, owner) && (file.status.st_mode & 07777) == kMode;
@@ -71,10 +66,18 @@ void Repair(const SString& path, const struct stat& seen, const Owner& owner) {
 
 }  // namespace
 
+bool IsPlainMaildrop(const struct stat& status) {
+    return S_ISREG(status.st_mode) && status.st_nlink == 1;
+}
+
+bool IsAnothersMaildrop(const struct stat& status, uid_t user) {
+    return status.st_uid != user && status.st_uid != kRoot;
+}
+
 Maildrop RepairMaildrop(const SString& path, const Identity& user, gid_t mail_group) {
     struct stat seen = {};
     if (lstat(path.CString(), &seen) != 0) return Maildrop::Fine;
-    if (!IsPlain(seen)) return Maildrop::Suspicious;
+    if (!IsPlainMaildrop(seen)) return Maildrop::Suspicious;
     if (user.IsSomebody()) Repair(path, seen, {user.uid, mail_group});
     return Maildrop::Fine;
 }

@@ -6,12 +6,19 @@
 // its access list, which may name others.
 #pragma once
 
+#include <sys/stat.h>
+
 #include "support/system/identity.h"
 
 enum class Maildrop {
     Fine,       // correct, missing, or (prescribed) left alone as it was exchanged or cannot be opened
     Suspicious  // a link, a hard link or a special file: left alone
 };
+
+/// A regular file with one link.
+bool IsPlainMaildrop(const struct stat& status);
+/// Whether a third login made it, neither the user nor root.
+bool IsAnothersMaildrop(const struct stat& status, uid_t user);
 
 /// Needs root's rights.
 Maildrop RepairMaildrop(const SString& path, const Identity& user, gid_t mail_group);

@@ -8,11 +8,14 @@
 #include <chrono>
 #include <thread>
 
+#include "support/database/snapshot.h"
 #include "support/system/descriptor.h"
 #include "support/system/environment.h"
 #include "support/system/file.h"
 
 namespace {
+
+bool g_only_look = false;
 
 constexpr mode_t kMode = 0640;
 constexpr std::chrono::milliseconds kLockPause{5};
@@ -53,6 +56,11 @@ DatabaseState Recognise(sqlite::Connection& connection, const DatabaseFormat& fo
     const auto tables = connection.Value("SELECT count(*) FROM sqlite_schema");
     if (!tables) return connection.IsDamaged() ? DatabaseState::Foreign : DatabaseState::Failed;
     return *tables == "0" ? DatabaseState::Missing : DatabaseState::Foreign;
+}
+
+std::unique_ptr<sqlite::Connection> OpenSnapshot(const SString& path) {
+    const auto bytes = ReadSnapshot(path);
+    return bytes ? sqlite::Connection::OpenCopy(*bytes) : nullptr;
 }
 
 DatabaseState Look(sqlite::Connection* connection, const DatabaseFormat& format) {
@@ -107,14 +115,19 @@ OpenedDatabase OpenForReading(const SString& path, const DatabaseFormat& format)
     OpenedDatabase database{LookAt(path), nullptr};
     if (database.state != DatabaseState::Ready) return database;
     const sqlite::Mode mode = ModeFor(path);
-    auto connection = sqlite::Connection::Open(path, mode);
-    database.is_snapshot = mode == sqlite::Mode::Immutable;
+    auto connection = g_only_look ? OpenSnapshot(path) : sqlite::Connection::Open(path, mode);
+    database.is_snapshot = !g_only_look && mode == sqlite::Mode::Immutable;
     database.state = Look(connection.get(), format);
     if (database.state == DatabaseState::Ready) database.connection = std::move(connection);
     return database;
 }
 
+void OnlyLookAtDatabases() {
+    g_only_look = true;
+}
+
 OpenedDatabase OpenForWriting(const SString& path, const DatabaseFormat& format) {
+    if (g_only_look) return {DatabaseState::Failed, nullptr};
     if (LookAt(path) == DatabaseState::Missing && !MakeFile(path)) {
         return {DatabaseState::Failed, nullptr};
     }

@@ -31,6 +31,10 @@ bool MayWriteDatabase(const SString& path);
 /// cannot be read, or is locked for more than 5 s.
 OpenedDatabase OpenForReading(const SString& path, const DatabaseFormat& format);
 
+/// From here on this process opens no database for writing, and for reading takes a copy: SQLite itself would
+/// make files beside a database that has a log, and work that off.
+void OnlyLookAtDatabases();
+
 /// Opens a database for writing and creates it if necessary; several processes may do so at once. Never
 /// Missing.
 OpenedDatabase OpenForWriting(const SString& path, const DatabaseFormat& format);

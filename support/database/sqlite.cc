@@ -144,6 +144,17 @@ std::unique_ptr<Connection> Connection::Open(const SString& path, Mode mode) {
     return connection->TakePrecautions() ? std::move(connection) : nullptr;
 }
 
+std::unique_ptr<Connection> Connection::OpenCopy(const SString& bytes) {
+    auto connection = Open(":memory:", Mode::Shared);
+    if (!connection) return nullptr;
+    connection->copy_ = bytes.Bytes();
+    auto* data = reinterpret_cast<unsigned char*>(connection->copy_.data());
+    const auto size = static_cast<sqlite3_int64>(connection->copy_.size());
+    const int code =
+        sqlite3_deserialize(connection->handle_.get(), "main", data, size, size, SQLITE_DESERIALIZE_READONLY);
+    return code == SQLITE_OK ? std::move(connection) : nullptr;
+}
+
 // Virtual tables cannot be switched off; without modules none can be used.
 bool Connection::TakePrecautions() {
     sqlite3* handle = handle_.get();

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <utility>
 
 #include "support/text/sstring.h"
@@ -85,6 +86,8 @@ class Connection {
   public:
     /// An existing file; null when it cannot be opened. Locks of other processes are waited for up to 5 s.
     static std::unique_ptr<Connection> Open(const SString& path, Mode mode);
+    /// A database's bytes, without a file; for reading.
+    static std::unique_ptr<Connection> OpenCopy(const SString& bytes);
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 
@@ -121,6 +124,7 @@ class Connection {
     void StartClock() { start_ = std::chrono::steady_clock::now(); }
     static int IsTimeOver(void* connection);
     bool IsInTransaction() const;
+    std::string copy_;  // read as long as the handle is open
     std::unique_ptr<sqlite3, Close> handle_;
     std::chrono::steady_clock::time_point start_;
     std::chrono::milliseconds time_limit_ = std::chrono::minutes(1);

@@ -94,6 +94,14 @@ bool SyncParent(const SString& path) {
     return SyncDirectory(ParentOf(path));
 }
 
+bool OpenMissingDescriptors() {
+    for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd) {
+        const bool is_missing = fcntl(fd, F_GETFD) < 0;
+        if (is_missing && open("/dev/null", O_RDWR | O_NOCTTY) < 0) return false;
+    }
+    return true;
+}
+
 void KeepOnly(const Descriptor& kept) {
     const Descriptor nowhere = Descriptor::Open("/dev/null", O_RDWR);
     for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd) {

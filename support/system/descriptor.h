@@ -41,6 +41,10 @@ class Descriptor {
 /// Syncs a directory's entries to the disk (fsync); SyncParent those of the path's parent.
 bool SyncDirectory(const SString& path);
 bool SyncParent(const SString& path);
+/// To be called first: a process that was started without one of the standard descriptors gets /dev/null
+/// there. The next file opened would get its number, and receive what is meant for the screen. False if it
+/// cannot be had.
+bool OpenMissingDescriptors();
 /// In a child: closes every descriptor but this one; the standard ones lead nowhere (/dev/null).
 void KeepOnly(const Descriptor& kept);
 /// From here on, programs that this process starts inherit only the three standard descriptors, and none of

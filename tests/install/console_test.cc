@@ -138,14 +138,14 @@ TEST(Ask, GivesTheFirstCharacterInLowerCase) {
     } cases[] = {{"Yes\n", 'y'}, {"n\n", 'n'}, {"\n", 'd'}, {"", 'd'}, {" y\n", ' '}, {"7\n", '7'}};
     for (const auto& c : cases) {
         const Dialogue dialogue(c.typed);
-        EXPECT_EQ(Ask("Well? ", "Default"), c.letter) << c.typed;
-        EXPECT_EQ(dialogue.Screen(), "Well? [Default] \n");
+        EXPECT_EQ(Ask(QuestionId::AccountMethod, "Default"), c.letter) << c.typed;
+        EXPECT_EQ(dialogue.Screen(), "Which method? All/Passwd/None/Quit [Default] \n");
     }
 }
 
 TEST(Ask, GivesNulForNoAnswerAtAll) {
     const Dialogue dialogue("\n");
-    EXPECT_EQ(Ask("", ""), '\0');
+    EXPECT_EQ(Ask(QuestionId::AllowEmail, ""), '\0');
 }
 
 TEST(AskToContinue, TakesYesNoAndQuit) {

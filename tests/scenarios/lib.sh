@@ -124,8 +124,56 @@ make_sendmail() {
 	END
 }
 
+# make_postfix: starts the real one, whose programs are in place; it reaches no other host.
+make_postfix() {
+    groupadd postdrop
+    useradd --system postfix
+    chgrp postdrop /usr/sbin/postdrop /usr/sbin/postqueue
+    chmod g+s /usr/sbin/postdrop /usr/sbin/postqueue
+    install -d -o postfix /var/lib/postfix
+    cp /usr/share/postfix/dynamicmaps.cf /etc/postfix/
+    cp /usr/share/postfix/master.cf.dist /etc/postfix/master.cf
+    cat >/etc/postfix/main.cf <<-'END'
+	compatibility_level = 3.6
+	myhostname = mail.example.com
+	inet_interfaces = 127.0.0.1
+	inet_protocols = ipv4
+	alias_maps =
+	alias_database =
+	maillog_file = /var/log/postfix.log
+	END
+    postfix start
+    wait_for listening 25
+}
+
+# answer_file [LINE...]: /root/answers, for Answer: the answers by name of docs/unattended.md, and these lines; and the
+# password's file, which they name.
+answer_file() { (
+    umask 077
+    { "$SOURCE/tests/documents/answers" by-name; printf '%s\n' "$@"; } >/root/answers
+    echo change-this-now >/root/postmaster-password
+); }
+
 # steps STEP...: for "run": those steps alone, started up as Install is, with the scenario's answers.
 steps() { "$BUILD/tests/run_steps" "$@" <"$SCENARIO/answers"; }
+
+# findings ABOUT...: for "run": what Check says about these things, process ids masked, and the exit status that it has
+# for these. The tests may themselves run in a service's control group, which it would name.
+findings() {
+    local status
+    unshare --cgroup "$BUILD/Check" >/tmp/scenario/findings
+    status=$?
+    awk -v abouts=" $* " '/^[0-9a-z]/ { shown = index(abouts, " " substr($2, 1, length($2) - 1) " ") } shown' \
+        /tmp/scenario/findings | sed -E 's/process [0-9]+/process ID/' | tee /tmp/scenario/shown
+    if [ "$status" = 2 ]; then return 2; fi
+    ! grep -q '^problem' /tmp/scenario/shown
+}
+
+# check_as_anna: what Check says to a user, who may not be able to reach the build directory.
+check_as_anna() {
+    install "$BUILD/Check" /tmp/scenario/Check
+    setpriv --reuid anna --regid anna --init-groups /tmp/scenario/Check
+}
 
 # without_header: a screen from its first line after the header on.
 without_header() { sed 1,9d; }

@@ -1,0 +1,124 @@
+// What starts at the next boot: tern.harbor, and servers that would take its ports.
+#include <algorithm>
+#include <vector>
+
+#include "check/host/commands.h"
+#include "check/host/units.h"
+#include "check/looks.h"
+#include "install/reminders.h"
+#include "install/settings.h"
+#include "support/system/file.h"
+#include "support/system/identity.h"
+
+namespace {
+
+// Debian's virtual packages of the services that the mail system replaces. Who provides one by inetd starts
+// nothing.
+const char* const kServices = "mail-transport-agent pop3-server finger-server";
+
+bool StartsByScript(const SString& script) {
+    const SStringList levels = {"/etc/rc2.d", "/etc/rc3.d", "/etc/rc5.d"};
+    return std::ranges::any_of(levels, [&](const SString& level) {
+        return !ReadDir(level).Grep("/\\/S\\d\\d" + script + "$/").IsEmpty();
+    });
+}
+
+bool IsEnabled(const SString& unit) {
+    return LinesOf("systemctl is-enabled -- " + ShellWord(unit)).Get(0).StartsWith("enabled");
+}
+
+/// Installed packages that are a server of one of the services.
+SStringList ServerPackages() {
+    SStringList lines =
+        LinesOf("dpkg-query --show --showformat '${db:Status-Status} ${Package} ${Provides}\\n'");
+    lines = lines.Grep("s/^(?:installed|unpacked|half-configured|triggers-pending|triggers-awaited) //");
+    SStringList packages;
+    const SStringList services = SString(kServices).Split(' ');
+    for (const SString& line : lines) {
+        const SStringList words = line.Split("[ ,]+");
+        const bool is_server =
+            std::ranges::any_of(services, [&](const SString& service) { return words.Contains(service); });
+        if (is_server) packages.Push(words.Get(0));
+        if (is_server && words.Get(0) == "dovecot-pop3d") packages.Push("dovecot-core");  // which starts it
+    }
+    return packages;
+}
+
+struct Starter {
+    SString name;     // "postfix.service", "exim4"
+    SString disable;  // the command
+};
+
+std::vector<Starter> StartersIn(const SString& package) {
+    const SStringList files = LinesOf("dpkg-query --listfiles " + ShellWord(package));
+    std::vector<Starter> starters;
+    SStringList units = files;
+    for (const SString& unit :
+         units.Grep("s/^.*\\/systemd\\/system\\/([^\\/@]+\\.(?:service|socket))$/$1/")) {
+        if (HasSystemd() && IsEnabled(unit))
+            starters.push_back({unit, "systemctl disable " + ShellWord(unit)});
+    }
+    if (!starters.empty()) return starters;
+    SStringList scripts = files;
+    for (const SString& script : scripts.Grep("s/^\\/etc\\/init\\.d\\/([\\w.-]+)$/$1/")) {
+        if (StartsByScript(script))
+            starters.push_back({script, "update-rc.d " + ShellWord(script) + " disable"});
+    }
+    return starters;
+}
+
+void LookAtOthers(Findings* findings) {
+    if (!HasCommand("dpkg-query")) {
+        return findings->NotLookedAt("boot", "the host's servers, as there is no dpkg-query");
+    }
+    size_t count = 0;
+    for (const SString& package : ServerPackages()) {
+        for (const Starter& starter : StartersIn(package)) {
+            ++count;
+            findings->Problem("boot",
+                              starter.name + " of the package " + package + " starts at the next boot",
+                              starter.disable);
+        }
+    }
+    if (count == 0) findings->Ok("boot", "no other mail server of a package starts at the next boot");
+}
+
+bool Runs(const SString& file, const SString& program) {
+    return MapFileRead(file).Bytes().find(program.Bytes()) != std::string::npos;
+}
+
+/// Files in the folder that name the server program.
+SStringList Starting(const SString& folder, const SString& expression) {
+    const SString program = gstr_ProgramDir + gstr_ProductName;
+    SStringList found;
+    for (const SString& file : ReadDir(folder).Grep(expression)) {
+        if (IsRegular(file) && Runs(file, program)) found.Push(BaseName(file, ""));
+    }
+    return found;
+}
+
+bool StartsTheMailSystem() {
+    SStringList units;
+    for (const char* folder :
+         {"/etc/systemd/system", "/lib/systemd/system", "/usr/local/lib/systemd/system"}) {
+        units.Push(Starting(folder, "/\\.service$/"));
+    }
+    const SStringList scripts = Starting("/etc/init.d", "/./");
+    return (HasSystemd() && std::ranges::any_of(units, IsEnabled)) ||
+           std::ranges::any_of(scripts, StartsByScript) ||
+           Runs("/etc/rc.local", gstr_ProgramDir + gstr_ProductName);
+}
+
+}  // namespace
+
+void LookAtBoot(Findings* findings) {
+    const AsRoot root;
+    if (StartsTheMailSystem()) {
+        findings->Ok("boot", "tern.harbor starts at the next boot");
+    } else {
+        findings->Problem("boot",
+                          "nothing starts " + gstr_ProgramDir + gstr_ProductName + " at the next boot",
+                          "make a unit or a boot script that starts it, and enable it");
+    }
+    LookAtOthers(findings);
+}

@@ -1,0 +1,25 @@
+#include "check/host/packages.h"
+
+#include "check/host/commands.h"
+#include "install/reminders.h"
+
+namespace {
+
+SString PackageOfName(const SString& path) {
+    SStringList lines = LinesOf("dpkg-query --search " + ShellWord(path));
+    lines = lines.Grep("!/^diversion by/");
+    return lines.Grep("s/[:,].*//").Get(0);
+}
+
+}  // namespace
+
+SString PackageOf(const SString& path) {
+    const SString package = PackageOfName(path);
+    // Packages from before the merge of /bin into /usr/bin have the short name.
+    const bool may_be_short = package.IsEmpty() && path.StartsWith("/usr/");
+    return may_be_short ? PackageOfName(path.S("^/usr", "")) : package;
+}
+
+bool IsDiverted(const SString& path) {
+    return !LinesOf("dpkg-divert --listpackage " + ShellWord(path)).IsEmpty();
+}

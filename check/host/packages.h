@@ -1,0 +1,8 @@
+// What dpkg knows of a path; nothing where there is no dpkg.
+#pragma once
+
+#include "support/text/sstring.h"
+
+/// The package that has the path, also where a diversion gives that another place; empty where none has.
+SString PackageOf(const SString& path);
+bool IsDiverted(const SString& path);

@@ -1,0 +1,113 @@
+// Who holds the mail system's ports, and what keeps them from coming back.
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <climits>
+
+#include "check/host/commands.h"
+#include "check/host/packages.h"
+#include "check/host/units.h"
+#include "check/looks.h"
+#include "install/host/probes.h"
+#include "install/settings.h"
+#include "support/process/listeners.h"
+#include "support/system/identity.h"
+
+namespace {
+
+/// As it must be typed at "Which processes?", which takes an expression.
+SString NameToType(const SString& name) {
+    return name.S("^.* ", "").S("([][+*?(){}|^$\\\\])", "\\$1", "g");
+}
+
+SString ProgramOf(const Listener& listener) {
+    const AsRoot root;
+    std::array<char, PATH_MAX> path{};
+    const SString link = "/proc/" + SString(listener.id) + "/exe";
+    const ssize_t length = readlink(link.CString(), path.data(), path.size());
+    return length > 0 ? SString(std::string(path.data(), static_cast<size_t>(length))) : SString();
+}
+
+bool IsMailSystem(const Listener& listener) {
+    const SStringList processes = MailSystemProcesses();
+    return std::ranges::any_of(processes,
+                               [&](const SString& entry) { return entry.ToNumber() == listener.id; });
+}
+
+SString Described(const Listener& listener) {
+    SString text = listener.name + ", process " + SString(listener.id);
+    const SString package = PackageOf(ProgramOf(listener));
+    const SString unit = UnitIn(listener.cgroups);
+    const SString container = ContainerIn(listener.cgroups);
+    if (!package.IsEmpty()) text += ", of the package " + package;
+    if (!container.IsEmpty()) return text + ", in the container " + container;
+    if (!unit.IsEmpty()) text += ", of the unit " + unit;
+    return text;
+}
+
+SString ToType(const Listener& listener) {
+    return "at \"Which processes?\" of Install, type " + NameToType(listener.name);
+}
+
+/// The container's runtime would start it again, and its processes' names are everybody's.
+SStringList ToStopContainer(const SString& container) {
+    return "stop the container " + container +
+           " and keep it from starting again (docker update --restart=no, docker stop, or what started it)";
+}
+
+/// docker-proxy only forwards to a container.
+SStringList ToStopForwarded(const SString& port) {
+    const SStringList names = LinesOf("docker ps --filter publish=" + port + " --format '{{.Names}}'");
+    if (names.IsEmpty()) return "stop the container that publishes port " + port;
+    return "docker update --restart=no " + names[0] + " && docker stop " + names[0];
+}
+
+SStringList ToFreeFromSystemd(const SString& port) {
+    const SString unit = SocketUnitOn(port);
+    if (unit.IsEmpty())
+        return "systemctl list-sockets shows the unit; then: systemctl disable --now UNIT.socket";
+    return ToDisable(unit);
+}
+
+SStringList ToFree(const SString& port, const Listener& listener) {
+    const SString unit = UnitIn(listener.cgroups);
+    const SString container = ContainerIn(listener.cgroups);
+    if (listener.name == "systemd") return ToFreeFromSystemd(port);
+    if (listener.name == "docker-proxy") return ToStopForwarded(port);
+    if (!container.IsEmpty()) return ToStopContainer(container);
+    if (listener.name == "inetd") return "let Install take the service out of " + gstr_InetdConf;
+    if (unit.IsEmpty() || !HasSystemd()) return ToType(listener);
+    return {ToType(listener), ToDisable(unit)};
+}
+
+void LookAtPort(const SString& service, const SString& port, Findings* findings) {
+    const SString name = port + " (" + service + ")";
+    std::vector<Listener> listeners;
+    {
+        const AsRoot root;
+        if (!IsListenedOn(port)) return findings->Ok("port", name + " is free");
+        listeners = ListenersOn(port);
+    }
+    if (listeners.empty()) {
+        const bool is_root = getuid() == 0;
+        findings->Problem("port", name + " is held by a process that " +
+                                      (is_root ? "/proc does not show" : "only root may see"));
+    }
+    for (const Listener& listener : listeners) {
+        const SString text = name + " is held by " + Described(listener);
+        if (IsMailSystem(listener)) {
+            findings->Ok("port", text);
+        } else {
+            findings->Problem("port", text, ToFree(port, listener));
+        }
+    }
+}
+
+}  // namespace
+
+void LookAtPorts(Findings* findings) {
+    for (size_t i = 0; i < gstrl_Services.Count(); ++i) {
+        LookAtPort(gstrl_Services[i], gstrl_ServicePorts[i], findings);
+    }
+}

@@ -1,0 +1,24 @@
+// What a host may have many of: a report names the first twenty and counts the rest.
+#pragma once
+
+#include "check/findings.h"
+
+/// "1 login", "2 logins".
+SString Counted(size_t count, const SString& thing);
+
+/// "anna, bruno, and 3 more".
+SString FirstOf(SStringList names);
+
+/// Problems of one kind.
+class Numerous {
+  public:
+    Numerous(const SString& about, Findings* findings) : about_(about), findings_(findings) {}
+    void Problem(const SString& text, const SString& to_do);
+    /// Counts those that were not named, or says that there was none.
+    void End(const SString& none) const;
+
+  private:
+    SString about_;
+    Findings* findings_;
+    size_t count_ = 0;
+};

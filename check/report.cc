@@ -1,0 +1,85 @@
+// Writes a report; the only place that uses the JSON library.
+#include "check/report.h"
+
+#include "check/numerous.h"
+
+#include <nlohmann/json.hpp>
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr int kIndent = 2;
+
+const char* Word(Grade grade) {
+    switch (grade) {
+        case Grade::Ok:
+            return "ok";
+        case Grade::Note:
+            return "note";
+        case Grade::Problem:
+            break;
+    }
+    return "problem";
+}
+
+SString Lines(const Finding& finding) {
+    constexpr size_t kGradeWidth = 9;
+    const SString grade = Word(finding.grade);
+    SString lines =
+        grade + SString(' ', kGradeWidth - grade.Length()) + finding.about + ": " + finding.text + "\n";
+    for (const SString& task : finding.to_do) lines += SString(' ', kGradeWidth + 3) + "do: " + task + "\n";
+    return lines;
+}
+
+Json Text(const SString& text) {
+    return text.Bytes();
+}
+
+Json Object(const Finding& finding) {
+    Json to_do = Json::array();
+    for (const SString& task : finding.to_do) to_do.push_back(Text(task));
+    return {{"about", Text(finding.about)},
+            {"grade", Word(finding.grade)},
+            {"looked_at", finding.is_looked_at},
+            {"text", Text(finding.text)},
+            {"to_do", std::move(to_do)}};
+}
+
+SString Line(const ExpectedQuestion& expected) {
+    SString line = "question " + expected.question;
+    if (expected.default_answer) line += " [" + *expected.default_answer + "]";
+    if (!expected.condition.IsEmpty()) line += ": " + expected.condition;
+    return line + "\n";
+}
+
+Json Object(const ExpectedQuestion& expected) {
+    return {{"question", Text(expected.question)},
+            {"default", expected.default_answer ? Text(*expected.default_answer) : Json()},
+            {"condition", expected.condition.IsEmpty() ? Json() : Text(expected.condition)}};
+}
+
+template <typename Element>
+Json List(const std::vector<Element>& elements) {
+    Json list = Json::array();
+    for (const Element& element : elements) list.push_back(Object(element));
+    return list;
+}
+
+}  // namespace
+
+SString PlainReport(const Report& report) {
+    SString text;
+    for (const Finding& finding : report.findings.All()) text += Lines(finding);
+    for (const ExpectedQuestion& expected : report.questions) text += Line(expected);
+    return text + Counted(report.findings.Count(Grade::Problem), "problem") + ", " +
+           Counted(report.findings.Count(Grade::Note), "note") + ".\n";
+}
+
+SString JsonReport(const Report& report) {
+    const Json document = {{"findings", List(report.findings.All())},
+                           {"notes", report.findings.Count(Grade::Note)},
+                           {"problems", report.findings.Count(Grade::Problem)},
+                           {"questions", List(report.questions)}};
+    return document.dump(kIndent, ' ', false, Json::error_handler_t::replace) + "\n";
+}

@@ -39,8 +39,18 @@ SString Refusal(const Question& question, const SString& answer) {
     return "\"" + answer + "\" is no answer to \"" + KeyOf(question) + "\"";
 }
 
+/// A key copied from the screen may hold the host's own name, which the question does not begin with.
+SString UnknownKey(const SString& key) {
+    for (const Question& question : Questions()) {
+        const bool holds_value = !question.rest.empty() && key.StartsWith(question.text);
+        if (holds_value)
+            return "the question \"" + Printable(key) + "\" is named by \"" + KeyOf(question) + "\"";
+    }
+    return "no question begins with \"" + Printable(key) + "\"";
+}
+
 SString KeyError(const SString& key, const std::vector<const Question*>& found) {
-    if (found.empty()) return "no question begins with \"" + Printable(key) + "\"";
+    if (found.empty()) return UnknownKey(key);
     SStringList fitting;
     for (const Question* question : found) fitting.Push("\"" + KeyOf(*question) + "\"");
     return "\"" + Printable(key) + "\" fits more than one question: " + fitting.Join(", ");

@@ -58,16 +58,16 @@ int Session::Run(const SString& program) {
     return is_unanswered_ ? kUnanswered : status;
 }
 
-/// Until it has exited: the server that it has started may keep the terminal for ever.
+/// Until it has exited: the server that it has started may keep the terminal, and write to it, for ever.
 int Session::Converse(const Terminal& terminal, Installer* installer) {
     for (;;) {
         PassSignalsOn(*installer);
-        if (ShowNext(terminal, kPatience)) continue;
+        const bool is_quiet = !ShowNext(terminal, kPatience);
         if (const auto status = installer->Ended()) {
             ShowLast(terminal);
             return *status;
         }
-        if (!is_ended_ && !is_answered_) AnswerIfAsked(terminal, *installer);
+        if (is_quiet && !is_ended_ && !is_answered_) AnswerIfAsked(terminal, *installer);
     }
 }
 
@@ -135,7 +135,9 @@ void Session::End(const Installer& installer, const SString& reason) {
 
 void Session::EndUnanswered(const Installer& installer, const Question& question) {
     End(installer, path_ + " has no answer to this question");
-    std::cerr << "Add a line like this one:\n" << LineToAdd(question, SString(line_)) << "\n" << std::flush;
+    SString line = mask_.Pass(LineToAdd(question, SString(line_)));
+    line += mask_.Rest();
+    std::cerr << "Add a line like this one:\n" << line << "\n" << std::flush;
     is_unanswered_ = true;
 }
 

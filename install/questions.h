@@ -48,9 +48,9 @@ enum class QuestionId {
 
 struct Question {
     QuestionId id;
-    std::string_view text;  // as printed, up to the value in it; no other question begins with it
-    std::string_view rest;  // as printed after the value; empty: there is no value
     QuestionKind kind;
+    std::string_view text;       // as printed, up to the value in it; no other question begins with it
+    std::string_view rest;       // as printed after the value; empty: there is no value
     const char* default_answer;  // null: the host or the site decides
     std::string_view
         step;  // its name in Sequence; empty: before the steps, and where one left something undone

@@ -60,6 +60,8 @@ TEST_F(AnswerFileTest, NamesTheLineOfAnError) {
     } cases[] = {
         {"yes\n", ":1: neither \"QUESTION = ANSWER\" nor \"QUESTION < FILE\""},
         {"\n= yes\n", ":2: neither \"QUESTION = ANSWER\" nor \"QUESTION < FILE\""},
+        {"Add mail.example.com to the list? = yes\n",
+         ":1: the question \"Add mail.example.com to the list?\" is named by \"Add\""},
         {"Which metod? = p\n", ":1: no question begins with \"Which metod?\""},
         {"Which = p\n", ":1: \"Which\" fits more than one question: \"Which method?\", \"Which processes?\""},
         {"Which method? = x\n", ":1: \"x\" is no answer to \"Which method?\""},
@@ -106,6 +108,15 @@ TEST_F(AnswerFileTest, TakesTheFirstLineOfAFileAsItIs) {
     EXPECT_EQ(Shown(Read("Postmasters < " + path)), SStringList("1 Postmasters =  two words = one "));
     const SString empty = folder_.Write("empty", "", 0600);
     EXPECT_EQ(Error("Postmaster password < " + empty), ":1: " + empty + ": it is empty");
+}
+
+TEST_F(AnswerFileTest, IsWhatTheQuestionsAreFilledInto) {
+    const SString password = folder_.Write("password", "secret\n", 0600);
+    const SString filled = QuestionsToFillIn().S("\n#(?! )", "\n", "g").S("FILE", password);
+    const AnswerFile file = Read(filled);
+    EXPECT_EQ(file.errors, SStringList());
+    EXPECT_TRUE(file.takes_defaults);
+    EXPECT_EQ(file.answers.size(), Questions().size());
 }
 
 TEST_F(AnswerFileTest, AnswersOnceALine) {

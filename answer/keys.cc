@@ -29,11 +29,6 @@ SString Prompt(const Question& question) {
     return prompt.S(" $", "");
 }
 
-SString Line(const Question& question) {
-    if (question.kind == QuestionKind::Password) return KeyOf(question) + " < FILE";
-    return KeyOf(question) + " = " + SString(question.default_answer);
-}
-
 }  // namespace
 
 std::vector<const Question*> QuestionsFor(const SString& key) {
@@ -46,6 +41,11 @@ std::vector<const Question*> QuestionsFor(const SString& key) {
 
 SString KeyOf(const Question& question) {
     return SString(question.text).S("( \\w+(/\\w+)+)? $", "").S(":$", "");
+}
+
+SString LineFor(const Question& question, const SString& answer) {
+    if (question.kind == QuestionKind::Password) return KeyOf(question) + " < FILE";
+    return KeyOf(question) + " = " + answer;
 }
 
 const Question* QuestionAsked(const SString& line) {
@@ -66,8 +66,8 @@ SString QuestionsToFillIn() {
         "# is asked again needs a line again. Those without an answer get their default only with this line:\n"
         "#* = default\n";
     for (const Question& question : Questions()) {
-        text += "\n# " + Prompt(question) + "\n#   asked " + SString(question.when) + "\n#" + Line(question) +
-                "\n";
+        text += "\n# " + Prompt(question) + "\n#   asked " + SString(question.when) + "\n#" +
+                LineFor(question, SString(question.default_answer)) + "\n";
     }
     return text;
 }

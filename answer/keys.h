@@ -13,6 +13,8 @@ std::vector<const Question*> QuestionsFor(const SString& key);
 /// The text without the answers and the colon at its end: the key that reads best, and fits this question
 /// alone.
 SString KeyOf(const Question& question);
+/// The line of an answer file that answers the question.
+SString LineFor(const Question& question, const SString& answer);
 /// The question that the last line on the screen asks; null where it asks none. The line must be the whole
 /// prompt, its default included: a name or a path that holds a prompt's text is not taken for one.
 const Question* QuestionAsked(const SString& line);

@@ -32,12 +32,6 @@ void Complain(const SString& text) {
     std::cerr << "Answer: " << text << "\n" << std::flush;
 }
 
-/// The line that would answer the question as it stands on the screen.
-SString LineToAdd(const Question& question, const SString& prompt) {
-    if (question.kind == QuestionKind::Password) return KeyOf(question) + " < FILE";
-    return KeyOf(question) + " = " + DefaultShown(prompt);
-}
-
 }  // namespace
 
 int Session::Run(const SString& program) {
@@ -135,7 +129,7 @@ void Session::End(const Installer& installer, const SString& reason) {
 
 void Session::EndUnanswered(const Installer& installer, const Question& question) {
     End(installer, path_ + " has no answer to this question");
-    SString line = mask_.Pass(LineToAdd(question, SString(line_)));
+    SString line = mask_.Pass(LineFor(question, DefaultShown(SString(line_))));
     line += mask_.Rest();
     std::cerr << "Add a line like this one:\n" << line << "\n" << std::flush;
     is_unanswered_ = true;

@@ -42,6 +42,7 @@ constexpr Look kLooks[] = {
     {"accounts", LookAtAccounts, Known::Owner},
     {"deliveries", LookAtDeliveries, Known::Owner},
     {"queue", LookAtQueue, Known::Owner},
+    {"mail-system", LookAtRunning, Known::Owner},
     {"boot", LookAtBoot, Known::Configuration},
 };
 

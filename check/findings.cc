@@ -5,20 +5,37 @@
 
 #include "support/text/printable.h"
 
+namespace {
+
+void PushList(const SStringList& list, SStringList* message) {
+    message->Push(list.Count());
+    message->Push(list);
+}
+
+SStringList ShiftList(SStringList* message) {
+    SStringList list;
+    for (long left = message->Shift().ToNumber(); left > 0; --left) list.Push(message->Shift());
+    return list;
+}
+
+}  // namespace
+
 void Findings::Ok(const SString& about, const SString& text) {
-    Take({about, Grade::Ok, true, text, {}});
+    Take({about, Grade::Ok, true, text, {}, {}});
 }
 
-void Findings::Note(const SString& about, const SString& text, const SStringList& to_do) {
-    Take({about, Grade::Note, true, text, to_do});
+void Findings::Note(const SString& about, const SString& text, const SStringList& to_do,
+                    const SStringList& answers) {
+    Take({about, Grade::Note, true, text, to_do, answers});
 }
 
-void Findings::Problem(const SString& about, const SString& text, const SStringList& to_do) {
-    Take({about, Grade::Problem, true, text, to_do});
+void Findings::Problem(const SString& about, const SString& text, const SStringList& to_do,
+                       const SStringList& answers) {
+    Take({about, Grade::Problem, true, text, to_do, answers});
 }
 
 void Findings::NotLookedAt(const SString& about, const SString& reason) {
-    Take({about, Grade::Note, false, "not looked at: " + reason, {}});
+    Take({about, Grade::Note, false, "not looked at: " + reason, {}, {}});
 }
 
 void Findings::Add(const Findings& others) {
@@ -32,15 +49,17 @@ size_t Findings::Count(Grade grade) const {
 void Findings::Take(Finding finding) {
     finding.text = Printable(finding.text);
     for (SString& line : finding.to_do) line = Printable(line);
+    for (SString& line : finding.answers) line = Printable(line);
     findings_.push_back(std::move(finding));
 }
 
 SStringList ToMessage(const Findings& findings) {
     SStringList message;
     for (const Finding& finding : findings.All()) {
-        message.Push({finding.about, static_cast<int>(finding.grade), finding.is_looked_at ? "1" : "",
-                      finding.text, finding.to_do.Count()});
-        message.Push(finding.to_do);
+        message.Push(
+            {finding.about, static_cast<int>(finding.grade), finding.is_looked_at ? "1" : "", finding.text});
+        PushList(finding.to_do, &message);
+        PushList(finding.answers, &message);
     }
     return message;
 }
@@ -53,7 +72,8 @@ Findings FindingsFrom(SStringList message) {
         finding.grade = static_cast<Grade>(message.Shift().ToNumber());
         finding.is_looked_at = !message.Shift().IsEmpty();
         finding.text = message.Shift();
-        for (long left = message.Shift().ToNumber(); left > 0; --left) finding.to_do.Push(message.Shift());
+        finding.to_do = ShiftList(&message);
+        finding.answers = ShiftList(&message);
         findings.Take(std::move(finding));
     }
     return findings;

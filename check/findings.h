@@ -12,8 +12,9 @@ struct Finding {
     SString about;  // one word for tools: "configuration", "port"
     Grade grade = Grade::Ok;
     bool is_looked_at = true;
-    SString text;       // one line
-    SStringList to_do;  // what to do about it, a command or a sentence each
+    SString text;         // one line
+    SStringList to_do;    // what the administrator is to do about it, a command or a sentence each
+    SStringList answers;  // lines of an answer file: what Install does about it
 
     bool operator==(const Finding&) const = default;
 };
@@ -22,8 +23,10 @@ struct Finding {
 class Findings {
   public:
     void Ok(const SString& about, const SString& text);
-    void Note(const SString& about, const SString& text, const SStringList& to_do = {});
-    void Problem(const SString& about, const SString& text, const SStringList& to_do = {});
+    void Note(const SString& about, const SString& text, const SStringList& to_do = {},
+              const SStringList& answers = {});
+    void Problem(const SString& about, const SString& text, const SStringList& to_do = {},
+                 const SStringList& answers = {});
     /// A note that says why it could not be looked at.
     void NotLookedAt(const SString& about, const SString& reason);
     void Take(Finding finding);

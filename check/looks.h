@@ -24,6 +24,7 @@ void LookAtAccounts(Findings* findings);     // mail_system/accounts.cc
 void LookAtDeliveries(Findings* findings);   // mail_system/deliveries.cc
 void LookAtModules(Findings* findings);      // mail_system/modules.cc
 void LookAtQueue(Findings* findings);        // mail_system/queue.cc
+void LookAtRunning(Findings* findings);      // mail_system/running.cc
 void LookAtBoot(Findings* findings);         // host/boot.cc
 
 /// What the next run will ask; mail_system/questions.cc.

@@ -19,8 +19,8 @@ SString FirstOf(SStringList names) {
     return names.Join(", ");
 }
 
-void Numerous::Problem(const SString& text, const SString& to_do) {
-    if (++count_ <= kMostNamed) findings_->Problem(about_, text, to_do);
+void Numerous::Problem(const SString& text, const SStringList& to_do, const SStringList& answers) {
+    if (++count_ <= kMostNamed) findings_->Problem(about_, text, to_do, answers);
 }
 
 void Numerous::End(const SString& none) const {

@@ -13,7 +13,7 @@ SString FirstOf(SStringList names);
 class Numerous {
   public:
     Numerous(const SString& about, Findings* findings) : about_(about), findings_(findings) {}
-    void Problem(const SString& text, const SString& to_do);
+    void Problem(const SString& text, const SStringList& to_do, const SStringList& answers = {});
     /// Counts those that were not named, or says that there was none.
     void End(const SString& none) const;
 

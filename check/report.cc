@@ -28,7 +28,9 @@ SString Lines(const Finding& finding) {
     const SString grade = Word(finding.grade);
     SString lines =
         grade + SString(' ', kGradeWidth - grade.Length()) + finding.about + ": " + finding.text + "\n";
-    for (const SString& task : finding.to_do) lines += SString(' ', kGradeWidth + 3) + "do: " + task + "\n";
+    const SString indent(' ', kGradeWidth + 3);
+    for (const SString& answer : finding.answers) lines += indent + "answer: " + answer + "\n";
+    for (const SString& task : finding.to_do) lines += indent + "do: " + task + "\n";
     return lines;
 }
 
@@ -36,14 +38,16 @@ Json Text(const SString& text) {
     return text.Bytes();
 }
 
+Json Texts(const SStringList& texts) {
+    Json list = Json::array();
+    for (const SString& text : texts) list.push_back(Text(text));
+    return list;
+}
+
 Json Object(const Finding& finding) {
-    Json to_do = Json::array();
-    for (const SString& task : finding.to_do) to_do.push_back(Text(task));
-    return {{"about", Text(finding.about)},
-            {"grade", Word(finding.grade)},
-            {"looked_at", finding.is_looked_at},
-            {"text", Text(finding.text)},
-            {"to_do", std::move(to_do)}};
+    return {{"about", Text(finding.about)},      {"grade", Word(finding.grade)},
+            {"looked_at", finding.is_looked_at}, {"text", Text(finding.text)},
+            {"to_do", Texts(finding.to_do)},     {"answers", Texts(finding.answers)}};
 }
 
 SString Line(const ExpectedQuestion& expected) {

@@ -1,6 +1,7 @@
 // The services that an Internet daemon has, inetd or xinetd.
 #include "install/host/inetd.h"
 
+#include "answer/keys.h"
 #include "check/looks.h"
 #include "install/host/rewrite_note.h"
 #include "install/reminders.h"
@@ -19,8 +20,8 @@ void LookAtInetdConf(Findings* findings) {
     if (conflicts.IsEmpty()) {
         findings->Ok("inetd", gstr_InetdConf + " has no service of the mail system's");
     } else {
-        findings->Problem("inetd", gstr_InetdConf + " has " + conflicts.Join(", "),
-                          "let Install comment them out, which it asks about");
+        findings->Problem("inetd", gstr_InetdConf + " has " + conflicts.Join(", "), {},
+                          LineFor(QuestionOf(QuestionId::EditInetd), "yes"));
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include <sys/stat.h>
 
+#include "answer/keys.h"
 #include "check/looks.h"
 #include "check/numerous.h"
 #include "install/accounts/candidates.h"
@@ -26,8 +27,8 @@ void LookAtMaildrop(const PasswordEntry& entry, Numerous* found) {
         found->Problem(path + " is a link, has a second name or is no file; Install leaves it alone",
                        "look at it with ls -li, and remove it");
     } else if (IsAnothersMaildrop(status, entry.uid)) {
-        found->Problem(path + " belongs to " + OwnerOf(path, status) + "; Install gives it to its user",
-                       "let Install put it right, with the method a or p");
+        found->Problem(path + " belongs to " + OwnerOf(path, status) + "; Install gives it to its user", {},
+                       LineFor(QuestionOf(QuestionId::AccountMethod), "p"));
     }
 }
 
@@ -42,10 +43,9 @@ void LookAtMaildropDir(Findings* findings) {
         case MaildropDirectory::State::Unknown:
             return findings->NotLookedAt("maildrop-directory", path + " cannot be examined");
         case MaildropDirectory::State::NoSetgid:
-            return findings->Problem(
-                "maildrop-directory",
-                path + " lacks the setgid bit or the group's execute bit; Install asks to set them",
-                "chmod g+xs " + ShellWord(path));
+            return findings->Problem("maildrop-directory",
+                                     path + " lacks the setgid bit or the group's execute bit", {},
+                                     LineFor(QuestionOf(QuestionId::SetSetgid), "yes"));
         case MaildropDirectory::State::Right:
             return findings->Ok("maildrop-directory", path + " has the setgid bit");
     }

@@ -5,7 +5,9 @@
 #include <array>
 #include <climits>
 
+#include "answer/keys.h"
 #include "check/host/commands.h"
+#include "check/host/inetd_services.h"
 #include "check/host/packages.h"
 #include "check/host/units.h"
 #include "check/looks.h"
@@ -46,10 +48,6 @@ SString Described(const Listener& listener) {
     return text;
 }
 
-SString ToType(const Listener& listener) {
-    return "at \"Which processes?\" of Install, type " + NameToType(listener.name);
-}
-
 /// The container's runtime would start it again, and its processes' names are everybody's.
 SStringList ToStopContainer(const SString& container) {
     return "stop the container " + container +
@@ -70,15 +68,37 @@ SStringList ToFreeFromSystemd(const SString& port) {
     return ToDisable(unit);
 }
 
-SStringList ToFree(const SString& port, const Listener& listener) {
+/// A service by another name, or one that is gone from its file.
+SStringList ToFreeFromInetd(const SString& port) {
+    return {"take the service on port " + port + " out of " + gstr_InetdConf, "pkill -HUP -x inetd"};
+}
+
+bool IsTakenFromInetd(const SString& service) {
+    return HoldsOneOf(ServicesToTakeFromInetd(), service);
+}
+
+/// What Install leaves to the administrator.
+SStringList ToFree(const SString& service, const SString& port, const Listener& listener) {
     const SString unit = UnitIn(listener.cgroups);
     const SString container = ContainerIn(listener.cgroups);
     if (listener.name == "systemd") return ToFreeFromSystemd(port);
     if (listener.name == "docker-proxy") return ToStopForwarded(port);
     if (!container.IsEmpty()) return ToStopContainer(container);
-    if (listener.name == "inetd") return "let Install take the service out of " + gstr_InetdConf;
-    if (unit.IsEmpty() || !HasSystemd()) return ToType(listener);
-    return {ToType(listener), ToDisable(unit)};
+    if (listener.name == "inetd") return IsTakenFromInetd(service) ? SStringList() : ToFreeFromInetd(port);
+    if (unit.IsEmpty() || !HasSystemd()) return {};
+    return ToDisable(unit);
+}
+
+/// By which question Install frees the port.
+SStringList ToAnswer(const SString& service, const Listener& listener) {
+    using enum QuestionId;
+    if (listener.name == "systemd" || listener.name == "docker-proxy") return {};
+    if (!ContainerIn(listener.cgroups).IsEmpty()) return {};
+    if (listener.name == "inetd") {
+        return IsTakenFromInetd(service) ? LineFor(QuestionOf(EditInetd), "yes") : SStringList();
+    }
+    if (listener.name.EndsWith("sendmail")) return LineFor(QuestionOf(KillSendmail), "yes");
+    return LineFor(QuestionOf(WhichProcesses), NameToType(listener.name));
 }
 
 void LookAtPort(const SString& service, const SString& port, Findings* findings) {
@@ -99,7 +119,7 @@ void LookAtPort(const SString& service, const SString& port, Findings* findings)
         if (IsMailSystem(listener)) {
             findings->Ok("port", text);
         } else {
-            findings->Problem("port", text, ToFree(port, listener));
+            findings->Problem("port", text, ToFree(service, port, listener), ToAnswer(service, listener));
         }
     }
 }

@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include "answer/keys.h"
 #include "check/looks.h"
 #include "install/host/probes.h"
 #include "install/settings.h"
@@ -18,12 +19,13 @@ void LookAtDaemon(Findings* findings) {
     // Debian's own, which Install finds by its port.
     const SStringList debians = ProcessesNamed(processes, "sendmail-mta");
     for (const SString& process : found) {
-        findings->Note("sendmail", "the daemon runs as process " + process + "; Install asks to stop it",
-                       "keep it from starting at the next boot");
+        findings->Note("sendmail", "the daemon runs as process " + process,
+                       "keep it from starting at the next boot",
+                       LineFor(QuestionOf(QuestionId::KillSendmail), "yes"));
     }
     for (const SString& process : debians) {
-        findings->Note("sendmail", "the daemon runs as process " + process + ", under Debian's name",
-                       "at \"Which processes?\" of Install, type sendmail-mta");
+        findings->Note("sendmail", "the daemon runs as process " + process + ", under Debian's name", {},
+                       LineFor(QuestionOf(QuestionId::WhichProcesses), "sendmail-mta"));
     }
     if (found.IsEmpty() && debians.IsEmpty()) findings->Ok("sendmail", "no daemon runs");
 }

@@ -3,6 +3,7 @@
 
 #include <set>
 
+#include "answer/keys.h"
 #include "check/looks.h"
 #include "check/numerous.h"
 #include "install/accounts/password_entries.h"
@@ -52,10 +53,12 @@ SString Problem(SAccountDB* accounts, const SString& uid, const std::set<std::st
     return ReachesNobody(uid, account) ? uid + " delivers to nobody" : SString();
 }
 
-SString ToMend(const SString& problem) {
-    if (problem.StartsWith("Postmaster "))
-        return "answer yes to \"Do you want to change any information?\" of Install";
-    return "change the account by the mail system's own administration";
+void Report(const SString& uid, const SString& problem, Numerous* found) {
+    if (uid == "Postmaster") {
+        found->Problem(problem, {}, LineFor(QuestionOf(QuestionId::ChangePostmaster), "yes"));
+    } else {
+        found->Problem(problem, "change the account by the mail system's own administration");
+    }
 }
 
 }  // namespace
@@ -69,7 +72,7 @@ void LookAtDeliveries(Findings* findings) {
     Numerous found("deliveries", findings);
     for (const SString& uid : uids) {
         const SString problem = Problem(&accounts, uid, logins);
-        if (!problem.IsEmpty()) found.Problem(problem, ToMend(problem));
+        if (!problem.IsEmpty()) Report(uid, problem, &found);
     }
     found.End("every account delivers to somebody");
 }

@@ -4,11 +4,11 @@
 
 #include <algorithm>
 
+#include "check/host/inetd_services.h"
 #include "check/looks.h"
 #include "check/mail_system/question_list.h"
 #include "install/accounts/candidates.h"
 #include "install/accounts/special_accounts.h"
-#include "install/host/inetd.h"
 #include "install/host/mail_directories.h"
 #include "install/host/probes.h"
 #include "install/host/rewrite_note.h"
@@ -93,12 +93,6 @@ bool AskOfRemoteConfiguration(QuestionList* list) {
     return true;
 }
 
-SStringList ConflictsNow() {
-    const AsRoot root;
-    const auto lines = ReadHostFile(gstr_InetdConf);
-    return lines ? InetdConflicts(*lines) : SStringList();
-}
-
 bool IsCutShort() {
     const AsRoot root;
     return ReadNote(gstr_InetdConf).rewrite.has_value();
@@ -135,7 +129,7 @@ bool StaysHeld(const SString& service, const SString& port, const SStringList& c
     const AsRoot root;
     const auto listeners = ListenersOn(port);
     return std::ranges::any_of(listeners, [&](const Listener& listener) {
-        const bool is_inetds = listener.name == "inetd" && conflicts.Contains(service);
+        const bool is_inetds = listener.name == "inetd" && HoldsOneOf(conflicts, service);
         return !is_inetds && !listener.name.EndsWith("sendmail");
     });
 }
@@ -162,7 +156,7 @@ bool AskOfServers(const SStringList& conflicts, QuestionList* list) {
 }
 
 void AskOfHost(QuestionList* list) {
-    const SStringList conflicts = ConflictsNow();
+    const SStringList conflicts = ServicesToTakeFromInetd();
     AskOfInetd(conflicts, list);
     if (!SendmailProcesses(RunningProcesses()).IsEmpty()) list->Add(KillSendmail);
     AskOfQueue(list);

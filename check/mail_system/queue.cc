@@ -3,7 +3,6 @@
 
 #include "check/looks.h"
 #include "check/numerous.h"
-#include "install/host/probes.h"
 #include "install/settings.h"
 #include "support/system/file.h"
 
@@ -25,9 +24,6 @@ void LookAtQueue(Findings* findings) {
     if (messages.IsEmpty()) return findings->Ok("queue", "no message waits");
     size_t greeted = 0;
     for (const SString& message : messages) greeted += GreetedBy(message);
-    const bool is_running = !MailSystemProcesses().IsEmpty();
-    const SString text = "waiting in " + folder + ": " + Counted(messages.Count(), "message") +
-                         (is_running ? "" : "; the mail system is not running");
-    findings->Note("queue", text);
+    findings->Note("queue", "waiting in " + folder + ": " + Counted(messages.Count(), "message"));
     if (greeted > 0) findings->Note("queue", "not greeted yet: " + Counted(greeted, "account"));
 }

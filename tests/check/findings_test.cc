@@ -7,7 +7,7 @@ namespace {
 Findings Some() {
     Findings findings;
     findings.Ok("disk", "plenty");
-    findings.Problem("port", "25 is held", {"stop it", ""});
+    findings.Problem("port", "25 is held", {"stop it", ""}, "Which processes? = x");
     findings.NotLookedAt("boot", "no systemd");
     return findings;
 }
@@ -20,9 +20,10 @@ TEST(Findings, AreCountedByGrade) {
 
 TEST(Findings, KeepNoControlCharacters) {
     Findings findings;
-    findings.Note("port", "held by \x1b[2J\n", "kill \a");
+    findings.Note("port", "held by \x1b[2J\n", "kill \a", "Which processes? = \a");
     EXPECT_EQ(findings.All()[0].text, "held by ?[2J?");
     EXPECT_EQ(findings.All()[0].to_do, SStringList("kill ?"));
+    EXPECT_EQ(findings.All()[0].answers, SStringList("Which processes? = ?"));
 }
 
 TEST(Findings, ComeBackFromAMessage) {

@@ -14,13 +14,14 @@ TEST(ExpectedQuestions, ComeBackFromAMessage) {
     EXPECT_EQ(QuestionsFrom(ToMessage(Questions())), Questions());
 }
 
-TEST(PlainReport, HasALineForEachFindingAndEachTask) {
+TEST(PlainReport, HasALineForEachFindingAndWhatToDoAboutIt) {
     Findings findings;
     findings.Ok("disk", "plenty");
-    findings.Problem("port", "25 is held", {"stop it", "disable it"});
+    findings.Problem("port", "25 is held", {"stop it", "disable it"}, "Which processes? = x");
     EXPECT_EQ(PlainReport({findings, Questions()}),
               "ok       disk: plenty\n"
               "problem  port: 25 is held\n"
+              "            answer: Which processes? = x\n"
               "            do: stop it\n"
               "            do: disable it\n"
               "question Which method? [P]\n"
@@ -35,7 +36,7 @@ TEST(PlainReport, CountsNone) {
 
 TEST(JsonReport, HasTheSame) {
     Findings findings;
-    findings.Problem("port", "held by \"x\"", "stop it");
+    findings.Problem("port", "held by \"x\"", "stop it", "Which processes? = x");
     findings.NotLookedAt("boot", "no systemd");
     EXPECT_EQ(JsonReport({findings, Questions()}), R"({
   "findings": [
@@ -46,6 +47,9 @@ TEST(JsonReport, HasTheSame) {
       "text": "held by \"x\"",
       "to_do": [
         "stop it"
+      ],
+      "answers": [
+        "Which processes? = x"
       ]
     },
     {
@@ -53,7 +57,8 @@ TEST(JsonReport, HasTheSame) {
       "grade": "note",
       "looked_at": false,
       "text": "not looked at: no systemd",
-      "to_do": []
+      "to_do": [],
+      "answers": []
     }
   ],
   "notes": 1,

@@ -1,0 +1,16 @@
+#include "check/host/inetd_services.h"
+
+#include "install/host/inetd.h"
+#include "install/settings.h"
+#include "support/system/identity.h"
+
+SStringList ServicesToTakeFromInetd() {
+    const AsRoot root;
+    const auto lines = ReadHostFile(gstr_InetdConf);
+    return lines ? InetdConflicts(*lines) : SStringList();
+}
+
+bool HoldsOneOf(const SStringList& services, const SString& service) {
+    const SString alias = service == "smtp" ? "mail" : service == "pop3" ? "pop-3" : service;
+    return services.Contains(service) || services.Contains(alias);
+}

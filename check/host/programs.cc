@@ -81,10 +81,10 @@ void ReportFirst(const Place& place, Findings* findings) {
     }
 }
 
-/// Install leaves this one, which cron and others use, alone. A link to the first would be a loop before
-/// Install, as a package's first leads to the second.
+/// Install leaves this one, which cron and others use, alone. Before Install, a package's first path leads to
+/// it: Install would take the emulator here for one there, and look for no queue.
 void ReportSecond(const Place& place, bool is_installed, Findings* findings) {
-    const SString link = "ln -s ../lib/sendmail " + place.path;
+    const SString link = "ln -sf " + ShellWord(Emulator()) + " " + place.path;
     const SString elsewhere = Described(place) + "; what sends mail by it does not reach tern.harbor";
     if (place.is_emulator) {
         findings->Ok("sendmail-path", place.path + " leads to the mail system's emulator");

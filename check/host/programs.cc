@@ -81,21 +81,21 @@ void ReportFirst(const Place& place, Findings* findings) {
     }
 }
 
-/// Install leaves this one, which cron and others use, alone.
-void ReportSecond(const Place& place, Findings* findings) {
-    const SString link = "ln -s ../lib/sendmail " + place.path;
+/// Install leaves this one, which cron and others use, alone. Before Install, a package's first path leads to
+/// it: Install would take the emulator here for one there, and look for no queue.
+void ReportSecond(const Place& place, bool is_installed, Findings* findings) {
+    const SString link = "ln -sf " + ShellWord(Emulator()) + " " + place.path;
+    const SString elsewhere = Described(place) + "; what sends mail by it does not reach tern.harbor";
     if (place.is_emulator) {
         findings->Ok("sendmail-path", place.path + " leads to the mail system's emulator");
     } else if (place.real.IsEmpty()) {
         findings->Note("sendmail-path", Described(place) + "; what sends mail by it cannot", link);
+    } else if (!is_installed) {
+        findings->Note("sendmail-path", elsewhere + "; after Install, Check names the commands");
     } else if (place.would_come_back) {
-        findings->Note("sendmail-path",
-                       Described(place) + "; what sends mail by it does not reach tern.harbor",
-                       {Divert(place.path, "--rename"), link});
+        findings->Note("sendmail-path", elsewhere, {Divert(place.path, "--rename"), link});
     } else {
-        findings->Note("sendmail-path",
-                       Described(place) + "; what sends mail by it does not reach tern.harbor",
-                       {"mv " + place.path + " " + place.path + ".bak", link});
+        findings->Note("sendmail-path", elsewhere, {"mv " + place.path + " " + place.path + ".bak", link});
     }
 }
 
@@ -107,6 +107,7 @@ void LookAtPrograms(Findings* findings) {
     if (!HasCommand("dpkg-query")) {
         findings->NotLookedAt("sendmail-path", "which package it is of, as there is no dpkg-query");
     }
-    ReportFirst(LookAtPlace(gstr_Sendmail), findings);
-    ReportSecond(LookAtPlace(kSecondPath), findings);
+    const Place first = LookAtPlace(gstr_Sendmail);
+    ReportFirst(first, findings);
+    ReportSecond(LookAtPlace(kSecondPath), first.is_emulator, findings);
 }

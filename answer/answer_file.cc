@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "answer/keys.h"
+#include "answer/refusal.h"
 #include "answer/text_file.h"
-#include "install/postmaster/dialogue.h"
 #include "support/text/printable.h"
 
 namespace {
@@ -13,47 +13,21 @@ SString Trimmed(const SString& text) {
     return text.S("^[ \\t]+", "").S("[ \\t]+$", "");
 }
 
-/// The letters that a question with a choice takes; none for a line of text.
-SString Letters(const Question& question) {
-    if (question.kind == QuestionKind::YesNoQuit) return "ynq";
-    if (question.kind == QuestionKind::YesNo) return "yn";
-    if (question.kind != QuestionKind::Choice) return "";
-    SString letters;
-    for (const SString& word : SString(question.text).M("(\\w+(?:/\\w+)+) $").Get(0).Split('/')) {
-        letters += SString(word).LowerCase()[0];
-    }
-    return letters;
-}
-
-/// Why the question would not take the answer; empty if it would. Never shows a password.
-SString Refusal(const Question& question, const SString& answer) {
-    if (Printable(answer, "\t") != answer) return "the answer holds a control character";
-    if (question.kind == QuestionKind::Password) {
-        return IsGoodPassword(answer)
-                   ? ""
-                   : "a password has at least 6 characters and does not begin with a blank";
-    }
-    const SString letters = Letters(question);
-    if (answer.IsEmpty() || letters.IsEmpty() || letters.Index(SString(answer).LowerCase()[0]) >= 0)
-        return "";
-    return "\"" + answer + "\" is no answer to \"" + KeyOf(question) + "\"";
-}
-
-/// A key copied from the screen may hold the host's own name, which the question does not begin with.
+/// A key copied from the screen may hold the host's own name, which the question does not begin with. What is
+/// none may be a secret that stands in the wrong place: it is not shown.
 SString UnknownKey(const SString& key) {
     for (const Question& question : Questions()) {
         const bool holds_value = !question.rest.empty() && key.StartsWith(question.text);
-        if (holds_value)
-            return "the question \"" + Printable(key) + "\" is named by \"" + KeyOf(question) + "\"";
+        if (holds_value) return "that question is named by \"" + KeyOf(question) + "\"";
     }
-    return "no question begins with \"" + Printable(key) + "\"";
+    return "no question begins with what stands before \"=\" or \"<\"";
 }
 
 SString KeyError(const SString& key, const std::vector<const Question*>& found) {
     if (found.empty()) return UnknownKey(key);
     SStringList fitting;
     for (const Question* question : found) fitting.Push("\"" + KeyOf(*question) + "\"");
-    return "\"" + Printable(key) + "\" fits more than one question: " + fitting.Join(", ");
+    return "\"" + key + "\" fits more than one question: " + fitting.Join(", ");
 }
 
 class Reader {
@@ -61,7 +35,8 @@ class Reader {
     explicit Reader(const SString& path) : path_(path), source_(ReadTextFile(path)) {}
 
     AnswerFile Read() {
-        if (!source_.error.IsEmpty()) file_.errors.Push(path_ + ": " + source_.error);
+        if (!source_.error.IsEmpty()) file_.errors.Push(Printable(path_) + ": " + source_.error);
+        source_.text = source_.text.S("^\xef\xbb\xbf", "");  // the byte order mark of some editors
         for (SString& line : Lines(source_.text)) {
             ++line_;
             ReadLine(line.ChopLineEnd());
@@ -71,7 +46,7 @@ class Reader {
 
   private:
     void ReadLine(const SString& line) {
-        if (line.Matches("^[ \\t]*(#|$)")) return;
+        if (line.Matches("^(#|[ \\t]*$)")) return;
         const SStringList parts = line.M("^([^=<]*)([=<])(.*)$");
         const SString key = Trimmed(parts.Get(0));
         const bool is_from_file = parts.Get(1) == "<";
@@ -96,26 +71,44 @@ class Reader {
     }
 
     void AddFirstLine(const Question& question, const SString& path) {
-        const TextFile source = ReadTextFile(path);
-        if (!source.error.IsEmpty()) return Complain(path + ": " + source.error);
-        if (!source.exposure.IsEmpty()) return Complain(path + ": " + source.exposure);
-        if (source.text.IsEmpty()) return Complain(path + ": it is empty");
+        if (path.IsEmpty()) return Complain("\"<\" needs a file after it");
+        const TextFile source = ReadTextFile(FromHere(path));
+        const SString shown = Printable(path);
+        if (!source.error.IsEmpty()) return Complain(shown + ": " + source.error);
+        if (!source.exposure.IsEmpty()) return Complain(shown + ": " + source.exposure);
+        if (source.text.IsEmpty()) return Complain(shown + ": it is empty");
         Add(question, SString(Lines(source.text)[0]).ChopLineEnd());
+    }
+
+    /// A relative path begins where the file lies, wherever it is read.
+    SString FromHere(const SString& path) const {
+        return path.StartsWith("/") ? path : path_.S("[^/]*$", "") + path;
     }
 
     void Add(const Question& question, const SString& answer) {
         const SString refusal = Refusal(question, answer);
         if (!refusal.IsEmpty()) return Complain(refusal);
         file_.answers.push_back({&question, answer, line_});
+        file_.without_default.insert(question.id);
     }
 
-    void Complain(const SString& reason) { file_.errors.Push(path_ + ":" + SString(line_) + ": " + reason); }
+    void Complain(const SString& reason) {
+        file_.errors.Push(Printable(path_) + ":" + SString(line_) + ": " + reason);
+    }
 
     SString path_;
     TextFile source_;
     size_t line_ = 0;
     AnswerFile file_;
 };
+
+/// A line of text that is asked for again was refused, and so would its default be, for ever.
+std::optional<SString> TakeDefault(AnswerFile* file, const Question& question) {
+    if (!file->takes_defaults || file->without_default.contains(question.id)) return std::nullopt;
+    if (question.kind == QuestionKind::Password) return std::nullopt;
+    if (question.kind == QuestionKind::Line) file->without_default.insert(question.id);
+    return "";
+}
 
 }  // namespace
 
@@ -125,10 +118,7 @@ AnswerFile ReadAnswerFile(const SString& path) {
 
 std::optional<SString> TakeAnswer(AnswerFile* file, const Question& question) {
     const auto answer = std::ranges::find(file->answers, &question, &Answer::question);
-    if (answer == file->answers.end()) {
-        const bool has_default = file->takes_defaults && question.kind != QuestionKind::Password;
-        return has_default ? std::optional<SString>("") : std::nullopt;
-    }
+    if (answer == file->answers.end()) return TakeDefault(file, question);
     SString text = answer->text;
     file->answers.erase(answer);
     return text;

@@ -5,7 +5,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
+#include <cstdio>
+#include <cstring>
 
 #include "support/process/child_process.h"
 #include "support/text/sstring_list.h"
@@ -19,6 +22,7 @@ constexpr int kSignalled = 128;
 [[noreturn]] void Become(SStringList arguments, const Terminal& terminal) {
     signal(SIGPIPE, SIG_DFL);
     if (terminal.Become()) execv(arguments[0].CString(), arguments.Pointers().data());
+    dprintf(STDERR_FILENO, "Answer: %s cannot be run: %s\n", arguments[0].CString(), std::strerror(errno));
     _exit(kCouldNotRun);
 }
 

@@ -4,13 +4,14 @@
 // 4 where a question had no answer; 64, with Install not run, for a wrong file or wrong usage.
 //
 // Answer --questions prints the questions that there are, as a file to be filled in.
+#include <sys/prctl.h>
 #include <unistd.h>
 
 #include <iostream>
 
 #include "answer/keys.h"
 #include "answer/session.h"
-#include "support/system/descriptor.h"
+#include "install/process_state.h"
 #include "support/system/file.h"
 
 namespace {
@@ -21,7 +22,7 @@ constexpr int kMisused = 64;
 /// By the program's own place, whatever it was called as.
 SString Install() {
     const SString self = RealPath("/proc/self/exe");
-    return self.S("[^/]*$", "Install");
+    return self.IsEmpty() ? self : self.S("[^/]*$", "Install");
 }
 
 int Refuse(const SString& reason) {
@@ -33,6 +34,7 @@ int Run(const SString& path) {
     AnswerFile file = ReadAnswerFile(path);
     if (!file.errors.IsEmpty()) return Refuse(file.errors.Join("\n"));
     const SString install = Install();
+    if (install.IsEmpty()) return Refuse("Answer: cannot tell where it lies, as /proc is not mounted");
     if (access(install.CString(), X_OK) != 0) return Refuse("Answer: there is no program " + install);
     return Session(path, std::move(file)).Run(install);
 }
@@ -40,7 +42,8 @@ int Run(const SString& path) {
 }  // namespace
 
 int main(int count, char** arguments) {
-    if (!OpenMissingDescriptors()) return kMisused;
+    SettleProcess();
+    prctl(PR_SET_DUMPABLE, 0);  // the password would be in a core
     const SString argument(count == 2 ? arguments[1] : "");
     if (argument == "--questions") {
         std::cout << QuestionsToFillIn() << std::flush;

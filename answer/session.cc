@@ -21,13 +21,6 @@ constexpr auto kPatience = 20ms;
 constexpr int kMostReads =
     256;  // more than a terminal holds, as a server that was started may write for ever
 
-/// A full disk or a closed pipe must make the writing fail; a SIGCHLD ignored would lose the exit status.
-void SetSignalDefaults() {
-    std::signal(SIGPIPE, SIG_IGN);
-    std::signal(SIGXFSZ, SIG_IGN);
-    std::signal(SIGCHLD, SIG_DFL);
-}
-
 void Complain(const SString& text) {
     std::cerr << "Answer: " << text << "\n" << std::flush;
 }
@@ -40,7 +33,6 @@ int Session::Run(const SString& program) {
         Complain("there is no pseudo-terminal: " + SString(std::strerror(errno)));
         return kStopped;
     }
-    SetSignalDefaults();
     const BlockedSignals block(kTerminalSignals);  // they are passed on
     Installer installer(program, *terminal);
     if (!installer.HasStarted()) {
@@ -49,6 +41,7 @@ int Session::Run(const SString& program) {
     }
     const int status = Converse(*terminal, &installer);
     ListUnused();
+    if (!is_shown_) Complain("what Install showed could not all be written");
     return is_unanswered_ ? kUnanswered : status;
 }
 
@@ -78,8 +71,8 @@ bool Session::ShowNext(const Terminal& terminal, std::chrono::milliseconds patie
     const SString bytes = terminal.Read(patience);
     if (bytes.IsEmpty()) return false;
     is_answered_ = false;
-    line_ += bytes.Bytes();
-    line_.erase(0, line_.rfind('\n') + 1);  // npos + 1 is 0
+    const size_t end = bytes.Bytes().rfind('\n');
+    line_ = end == std::string::npos ? line_ + bytes.Bytes() : bytes.Bytes().substr(end + 1);
     Show(mask_.Pass(bytes));
     return true;
 }
@@ -107,16 +100,17 @@ void Session::AnswerIfAsked(const Terminal& terminal, const Installer& installer
         return End(installer, "Install waits for something that is none of its questions");
     const auto answer = TakeAnswer(&file_, *question);
     if (!answer) return EndUnanswered(installer, *question);
-    Type(terminal, *question, *answer);
+    if (!Type(terminal, *question, *answer)) End(installer, "the answer cannot be typed");
 }
 
-void Session::Type(const Terminal& terminal, const Question& question, const SString& answer) {
+bool Session::Type(const Terminal& terminal, const Question& question, const SString& answer) {
     const bool is_secret = question.kind == QuestionKind::Password;
     if (is_secret) mask_.Hide(answer);
-    Show(is_secret ? SString(kMasked) : answer);
+    Show(is_secret ? SString(kMasked) : mask_.Pass(answer));
+    Show(mask_.Rest());
     line_.clear();
     is_answered_ = true;
-    terminal.Type(answer + "\n");
+    return terminal.Type(answer + "\n");
 }
 
 /// SIGTERM ends it at a question at once, as nothing is under way there.

@@ -23,7 +23,7 @@ class Session {
     void ShowLast(const Terminal& terminal);
     void Show(const SString& bytes);
     void AnswerIfAsked(const Terminal& terminal, const Installer& installer);
-    void Type(const Terminal& terminal, const Question& question, const SString& answer);
+    bool Type(const Terminal& terminal, const Question& question, const SString& answer);
     void End(const Installer& installer, const SString& reason);
     void EndUnanswered(const Installer& installer, const Question& question);
     void ListUnused() const;

@@ -51,7 +51,8 @@ TEST_F(AnswerFileTest, HasALineForEachAnswer) {
 
 TEST_F(AnswerFileTest, MayBeEmpty) {
     EXPECT_EQ(Shown(Read("")), SStringList());
-    EXPECT_EQ(Shown(Read("\n\n#\n")), SStringList());
+    EXPECT_EQ(Shown(Read("\n \n#\n")), SStringList());
+    EXPECT_EQ(Shown(Read("\xef\xbb\xbf# with a byte order mark\n")), SStringList());
 }
 
 TEST_F(AnswerFileTest, NamesTheLineOfAnError) {
@@ -60,13 +61,12 @@ TEST_F(AnswerFileTest, NamesTheLineOfAnError) {
     } cases[] = {
         {"yes\n", ":1: neither \"QUESTION = ANSWER\" nor \"QUESTION < FILE\""},
         {"\n= yes\n", ":2: neither \"QUESTION = ANSWER\" nor \"QUESTION < FILE\""},
-        {"Add mail.example.com to the list? = yes\n",
-         ":1: the question \"Add mail.example.com to the list?\" is named by \"Add\""},
-        {"Which metod? = p\n", ":1: no question begins with \"Which metod?\""},
+        {"Add mail.example.com to the list? = yes\n", ":1: that question is named by \"Add\""},
+        {"Which metod? = p\n", ":1: no question begins with what stands before \"=\" or \"<\""},
         {"Which = p\n", ":1: \"Which\" fits more than one question: \"Which method?\", \"Which processes?\""},
-        {"Which method? = x\n", ":1: \"x\" is no answer to \"Which method?\""},
-        {"Kill sendmail = p\n", ":1: \"p\" is no answer to \"Kill sendmail daemon process?\""},
-        {"Is this what you want? = quit\n", ":1: \"quit\" is no answer to \"Is this what you want?\""},
+        {"Which method? = x\n", ":1: this is no answer to \"Which method?\""},
+        {"Kill sendmail = p\n", ":1: this is no answer to \"Kill sendmail daemon process?\""},
+        {"Is this what you want? = quit\n", ":1: this is no answer to \"Is this what you want?\""},
         {"Postmaster password = short\n",
          ":1: a password has at least 6 characters and does not begin with a blank"},
         {"Postmaster password =\n",
@@ -74,12 +74,18 @@ TEST_F(AnswerFileTest, NamesTheLineOfAnError) {
         {"Mail domains = a\x1b"
          "b\n",
          ":1: the answer holds a control character"},
+        {"World Wide Web port = 65536\n",
+         ":1: this is no answer to \"World Wide Web port for configuration\""},
+        {"Mail domains = example.com exam_ple.com\n", ":1: this is no answer to \"Mail domains\""},
+        {"Access Domains = example.com,-x-\n", ":1: this is no answer to \"Access Domains\""},
+        {"  # indented\n", ":1: neither \"QUESTION = ANSWER\" nor \"QUESTION < FILE\""},
+        {"Postmasters <\n", ":1: \"<\" needs a file after it"},
         {"* = yes\n", ":1: \"*\" stands for nothing but \"* = default\""},
         {"* < default\n", ":1: \"*\" stands for nothing but \"* = default\""},
         {"Postmasters < /nonexistent/file\n", ":1: /nonexistent/file: No such file or directory"},
         {"Postmasters < /\n", ":1: /: it is no regular file"},
         {"Do you want /etc/services updated = yes\n",
-         ":1: no question begins with \"Do you want /etc/services updated\""},
+         ":1: no question begins with what stands before \"=\" or \"<\""},
     };
     for (const auto& c : cases) EXPECT_EQ(Error(c.text), c.error);
 }
@@ -106,6 +112,7 @@ TEST_F(AnswerFileTest, KeepsAPasswordFromOthers) {
 TEST_F(AnswerFileTest, TakesTheFirstLineOfAFileAsItIs) {
     const SString path = folder_.Write("password", " two words = one \r\nnot this\n", 0600);
     EXPECT_EQ(Shown(Read("Postmasters < " + path)), SStringList("1 Postmasters =  two words = one "));
+    EXPECT_EQ(Shown(Read("Postmasters < password")), SStringList("1 Postmasters =  two words = one "));
     const SString empty = folder_.Write("empty", "", 0600);
     EXPECT_EQ(Error("Postmaster password < " + empty), ":1: " + empty + ": it is empty");
 }
@@ -131,8 +138,22 @@ TEST_F(AnswerFileTest, AnswersOnceALine) {
 TEST_F(AnswerFileTest, GivesDefaultsOnlyWhereItSaysSo) {
     AnswerFile file = Read("Which method? = p\n* = default\n");
     EXPECT_EQ(TakeAnswer(&file, QuestionOf(QuestionId::AccountMethod)), "p");
-    EXPECT_EQ(TakeAnswer(&file, QuestionOf(QuestionId::AccountMethod)), "");
+    EXPECT_EQ(TakeAnswer(&file, QuestionOf(QuestionId::ConfirmDomains)), "");
     EXPECT_EQ(TakeAnswer(&file, QuestionOf(QuestionId::PostmasterPassword)), std::nullopt);
+}
+
+TEST_F(AnswerFileTest, GivesNoDefaultInsteadOfAnAnswer) {
+    AnswerFile file = Read("Is this what you want? = no\n* = default\n");
+    EXPECT_EQ(TakeAnswer(&file, QuestionOf(QuestionId::ConfirmDomains)), "no");
+    EXPECT_EQ(TakeAnswer(&file, QuestionOf(QuestionId::ConfirmDomains)), std::nullopt);
+}
+
+TEST_F(AnswerFileTest, GivesNoDefaultThatWasRefused) {
+    AnswerFile file = Read("* = default\n");
+    EXPECT_EQ(TakeAnswer(&file, QuestionOf(QuestionId::Continue)), "");
+    EXPECT_EQ(TakeAnswer(&file, QuestionOf(QuestionId::Continue)), "");
+    EXPECT_EQ(TakeAnswer(&file, QuestionOf(QuestionId::AccessDomains)), "");
+    EXPECT_EQ(TakeAnswer(&file, QuestionOf(QuestionId::AccessDomains)), std::nullopt);
 }
 
 }  // namespace

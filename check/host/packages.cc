@@ -7,7 +7,7 @@ namespace {
 
 SString PackageOfName(const SString& path) {
     SStringList lines = LinesOf("dpkg-query --search " + ShellWord(path));
-    lines = lines.Grep("!/^diversion by/");
+    lines = lines.Grep("!/^(?:local )?diversion /");
     return lines.Grep("s/[:,].*//").Get(0);
 }
 

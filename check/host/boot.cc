@@ -1,4 +1,6 @@
 // What starts at the next boot: tern.harbor, and servers that would take its ports.
+#include <unistd.h>
+
 #include <algorithm>
 #include <vector>
 
@@ -16,6 +18,8 @@ namespace {
 // nothing.
 const char* const kServices = "mail-transport-agent pop3-server finger-server";
 
+const char* const kNoComment = "\\s*[^#\\s]";
+
 bool StartsByScript(const SString& script) {
     const SStringList levels = {"/etc/rc2.d", "/etc/rc3.d", "/etc/rc5.d"};
     return std::ranges::any_of(levels, [&](const SString& level) {
@@ -27,19 +31,33 @@ bool IsEnabled(const SString& unit) {
     return LinesOf("systemctl is-enabled -- " + ShellWord(unit)).Get(0).StartsWith("enabled");
 }
 
-/// Installed packages that are a server of one of the services.
-SStringList ServerPackages() {
-    SStringList lines =
-        LinesOf("dpkg-query --show --showformat '${db:Status-Status} ${Package} ${Provides}\\n'");
+/// "SOURCE PACKAGE PROVIDED, PROVIDED ..." of each installed package.
+std::vector<SStringList> InstalledPackages() {
+    SStringList lines = LinesOf(
+        "dpkg-query --show --showformat "
+        "'${db:Status-Status} ${source:Package} ${Package} ${Provides}\\n'");
     lines = lines.Grep("s/^(?:installed|unpacked|half-configured|triggers-pending|triggers-awaited) //");
-    SStringList packages;
+    std::vector<SStringList> packages;
+    for (const SString& line : lines) packages.push_back(line.Split("[ ,]+"));
+    return packages;
+}
+
+bool ProvidesAService(const SStringList& package) {
     const SStringList services = SString(kServices).Split(' ');
-    for (const SString& line : lines) {
-        const SStringList words = line.Split("[ ,]+");
-        const bool is_server =
-            std::ranges::any_of(services, [&](const SString& service) { return words.Contains(service); });
-        if (is_server) packages.Push(words.Get(0));
-        if (is_server && words.Get(0) == "dovecot-pop3d") packages.Push("dovecot-core");  // which starts it
+    return std::ranges::any_of(services, [&](const SString& service) { return package.Contains(service); });
+}
+
+/// Installed packages that are a server of one of the services, with those of the same source: one of these
+/// may be what starts it.
+SStringList ServerPackages() {
+    const std::vector<SStringList> installed = InstalledPackages();
+    SStringList sources;
+    for (const SStringList& package : installed) {
+        if (ProvidesAService(package)) sources.Push(package.Get(0));
+    }
+    SStringList packages;
+    for (const SStringList& package : installed) {
+        if (sources.Contains(package.Get(0))) packages.Push(package.Get(1));
     }
     return packages;
 }
@@ -61,7 +79,8 @@ std::vector<Starter> StartersIn(const SString& package) {
     if (!starters.empty()) return starters;
     SStringList scripts = files;
     for (const SString& script : scripts.Grep("s/^\\/etc\\/init\\.d\\/([\\w.-]+)$/$1/")) {
-        if (StartsByScript(script))
+        const bool is_shadowed = HasSystemd() && units.Contains(script + ".service");
+        if (!is_shadowed && StartsByScript(script))
             starters.push_back({script, "update-rc.d " + ShellWord(script) + " disable"});
     }
     return starters;
@@ -83,16 +102,22 @@ void LookAtOthers(Findings* findings) {
     if (count == 0) findings->Ok("boot", "no other mail server of a package starts at the next boot");
 }
 
-bool Runs(const SString& file, const SString& program) {
-    return MapFileRead(file).Bytes().find(program.Bytes()) != std::string::npos;
+/// Whether a line that begins so, and is no comment, has the server program.
+bool Runs(const SString& file, const SString& beginning) {
+    const SString program = gstr_ProgramDir + gstr_ProductName;
+    SStringList lines = Lines(MapFileRead(file)).Grep("/^" + beginning + "/");
+    return std::ranges::any_of(lines, [&](const SString& line) {
+        const size_t at = line.Bytes().find(program.Bytes());
+        return at != std::string::npos &&
+               SString(line.Bytes().substr(at + program.Length())).Matches("^([\\s\"';&]|$)");
+    });
 }
 
-/// Files in the folder that name the server program.
-SStringList Starting(const SString& folder, const SString& expression) {
-    const SString program = gstr_ProgramDir + gstr_ProductName;
+/// Files in the folder that run the server program.
+SStringList Starting(const SString& folder, const SString& expression, const SString& beginning) {
     SStringList found;
     for (const SString& file : ReadDir(folder).Grep(expression)) {
-        if (IsRegular(file) && Runs(file, program)) found.Push(BaseName(file, ""));
+        if (IsRegular(file) && Runs(file, beginning)) found.Push(BaseName(file, ""));
     }
     return found;
 }
@@ -101,12 +126,12 @@ bool StartsTheMailSystem() {
     SStringList units;
     for (const char* folder :
          {"/etc/systemd/system", "/lib/systemd/system", "/usr/local/lib/systemd/system"}) {
-        units.Push(Starting(folder, "/\\.service$/"));
+        units.Push(Starting(folder, "/\\.service$/", "ExecStart="));
     }
-    const SStringList scripts = Starting("/etc/init.d", "/./");
+    const SStringList scripts = Starting("/etc/init.d", "/./", kNoComment);
     return (HasSystemd() && std::ranges::any_of(units, IsEnabled)) ||
            std::ranges::any_of(scripts, StartsByScript) ||
-           Runs("/etc/rc.local", gstr_ProgramDir + gstr_ProductName);
+           (access("/etc/rc.local", X_OK) == 0 && Runs("/etc/rc.local", kNoComment));
 }
 
 }  // namespace

@@ -21,10 +21,12 @@ struct Room {
     uint64_t bytes;
     uint64_t files;
     bool has_file_limit;  // some file systems make inodes as they need them
+    bool is_read_only;
 };
 
 Room RoomOf(const struct statvfs& facts) {
-    return {uint64_t{facts.f_bavail} * facts.f_frsize, facts.f_favail, facts.f_files != 0};
+    return {uint64_t{facts.f_bavail} * facts.f_frsize, facts.f_favail, facts.f_files != 0,
+            (facts.f_flag & ST_RDONLY) != 0};
 }
 
 void Report(const SString& path, const Room& room, Findings* findings) {
@@ -33,7 +35,10 @@ void Report(const SString& path, const Room& room, Findings* findings) {
     const SString text = path + " has " + SString(room.bytes / kMebibyte) + " MiB" +
                          (room.has_file_limit ? " and " + SString(room.files) + " inodes" : SString()) +
                          " free";
-    if (room.bytes < kTooFewBytes || lacks_files) {
+    if (room.is_read_only) {
+        findings->Problem("disk", path + " is mounted read-only",
+                          "mount the file system that holds " + path + " writable");
+    } else if (room.bytes < kTooFewBytes || lacks_files) {
         findings->Problem("disk", text, "make room on the file system that holds " + path);
     } else if (room.bytes < kFewBytes || has_few_files) {
         findings->Note("disk", text);

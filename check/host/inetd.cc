@@ -15,7 +15,8 @@ const SString kXinetdFolder = "/etc/xinetd.d";
 
 void LookAtInetdConf(Findings* findings) {
     const auto lines = ReadHostFile(gstr_InetdConf);
-    if (!lines) return findings->Ok("inetd", gstr_InetdConf + " is none that can be read");
+    if (!lines && IsMissing(gstr_InetdConf)) return findings->Ok("inetd", "there is no " + gstr_InetdConf);
+    if (!lines) return findings->NotLookedAt("inetd", gstr_InetdConf + ", which cannot be read");
     const SStringList conflicts = InetdConflicts(*lines);
     if (conflicts.IsEmpty()) {
         findings->Ok("inetd", gstr_InetdConf + " has no service of the mail system's");
@@ -25,22 +26,26 @@ void LookAtInetdConf(Findings* findings) {
     }
 }
 
-/// The service of a file of /etc/xinetd.d, by "id" or "service"; empty where it is disabled.
-SString ActiveService(const SStringList& lines) {
-    SStringList copy = lines;
-    if (!copy.Grep("/^\\s*disable\\s*=\\s*yes\\s*$/").IsEmpty()) return "";
-    return copy.Grep("s/^\\s*service\\s+(\\S+)\\s*\\{?\\s*$/$1/").Get(0);
+/// The services of a file of /etc/xinetd.d that are not disabled, each as a line of inetd.conf would begin.
+SStringList ActiveInXinetd(const SStringList& lines) {
+    SStringList services;
+    for (const SString& line : lines) {
+        const SString service = line.M("^\\s*service\\s+(\\S+)").Get(0);
+        if (!service.IsEmpty()) services.Push(service + " ");
+        if (line.Matches("^\\s*disable\\s*=\\s*yes\\s*$") && !services.IsEmpty()) services.Pop();
+    }
+    return services;
 }
 
 void LookAtXinetd(Findings* findings) {
-    SStringList files = ReadDir(kXinetdFolder);
+    SStringList files = ReadDir(kXinetdFolder).Grep("!/[.~][^\\/]*$|~$/");  // which xinetd leaves out
     files.Sort();
     for (const SString& file : files) {
         const auto lines = ReadHostFile(file);
-        const SString service = lines ? ActiveService(*lines) : SString();
-        if (InetdConflicts(service + " x\n").IsEmpty()) continue;
-        findings->Problem("inetd", "xinetd has " + service + " in " + file,
-                          {"write disable = yes into " + ShellWord(file), "pkill -HUP -x xinetd"});
+        const SStringList services = lines ? InetdConflicts(ActiveInXinetd(*lines)) : SStringList();
+        if (services.IsEmpty()) continue;
+        findings->Problem("inetd", "xinetd has " + services.Join(", ") + " in " + file,
+                          {"write disable = yes for it into " + ShellWord(file), "pkill -HUP -x xinetd"});
     }
 }
 

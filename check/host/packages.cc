@@ -2,6 +2,7 @@
 
 #include "check/host/commands.h"
 #include "install/reminders.h"
+#include "support/system/file.h"
 
 namespace {
 
@@ -18,6 +19,14 @@ SString PackageOf(const SString& path) {
     // Packages from before the merge of /bin into /usr/bin have the short name.
     const bool may_be_short = package.IsEmpty() && path.StartsWith("/usr/");
     return may_be_short ? PackageOfName(path.S("^/usr", "")) : package;
+}
+
+// Its files name each link in a line of its own.
+SString AlternativeOf(const SString& path) {
+    for (const SString& file : ReadDir("/var/lib/dpkg/alternatives")) {
+        if (Lines(MapFileRead(file)).Contains(path + "\n")) return BaseName(file, "");
+    }
+    return "";
 }
 
 bool IsDiverted(const SString& path) {

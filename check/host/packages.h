@@ -5,4 +5,6 @@
 
 /// The package that has the path, also where a diversion gives that another place; empty where none has.
 SString PackageOf(const SString& path);
+/// The name in update-alternatives(1) that makes the path a link; empty if there is none.
+SString AlternativeOf(const SString& path);
 bool IsDiverted(const SString& path);

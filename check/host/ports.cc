@@ -14,13 +14,25 @@
 #include "install/host/probes.h"
 #include "install/settings.h"
 #include "support/process/listeners.h"
+#include "support/process/process.h"
 #include "support/system/identity.h"
+#include "support/text/printable.h"
 
 namespace {
 
-/// As it must be typed at "Which processes?", which takes an expression.
+/// "Which processes?" takes several, and the last word of a name.
+bool CanBeTyped(const SString& name) {
+    return !name.Matches("[\\s,]") && Printable(name) == name;
+}
+
+/// As it must be typed there, an expression.
 SString NameToType(const SString& name) {
-    return name.S("^.* ", "").S("([][+*?(){}|^$\\\\])", "\\$1", "g");
+    return name.S("([][+*?(){}|^$\\\\])", "\\$1", "g");
+}
+
+/// An Internet daemon, which goes on with its other services. Only the first of them is Install's.
+bool IsInternetDaemon(const SString& name) {
+    return name == "inetd" || name == "inetutils-inetd" || name == "xinetd";
 }
 
 SString ProgramOf(const Listener& listener) {
@@ -37,15 +49,21 @@ bool IsMailSystem(const Listener& listener) {
                                [&](const SString& entry) { return entry.ToNumber() == listener.id; });
 }
 
+/// The answer would end them all.
+SString Namesakes(const SString& name) {
+    const size_t count = CanBeTyped(name) ? ProcessesNamed(RunningProcesses(), name).Count() : 0;
+    return count < 2 ? SString() : "; " + SString(count) + " processes have this name";
+}
+
 SString Described(const Listener& listener) {
     SString text = listener.name + ", process " + SString(listener.id);
+    const SString container = ContainerIn(listener.cgroups);
+    if (!container.IsEmpty()) return text + ", in the container " + container;
     const SString package = PackageOf(ProgramOf(listener));
     const SString unit = UnitIn(listener.cgroups);
-    const SString container = ContainerIn(listener.cgroups);
     if (!package.IsEmpty()) text += ", of the package " + package;
-    if (!container.IsEmpty()) return text + ", in the container " + container;
     if (!unit.IsEmpty()) text += ", of the unit " + unit;
-    return text;
+    return text + Namesakes(listener.name);
 }
 
 /// The container's runtime would start it again, and its processes' names are everybody's.
@@ -68,13 +86,14 @@ SStringList ToFreeFromSystemd(const SString& port) {
     return ToDisable(unit);
 }
 
-/// A service by another name, or one that is gone from its file.
-SStringList ToFreeFromInetd(const SString& port) {
-    return {"take the service on port " + port + " out of " + gstr_InetdConf, "pkill -HUP -x inetd"};
+/// What Install does not: a service by another name, one that is gone from its file, another daemon.
+SStringList ToFreeFrom(const SString& daemon, const SString& port) {
+    const SString file = daemon == "xinetd" ? "/etc/xinetd.d" : gstr_InetdConf;
+    return {"take the service on port " + port + " out of " + file, "pkill -HUP -x " + daemon};
 }
 
-bool IsTakenFromInetd(const SString& service) {
-    return HoldsOneOf(ServicesToTakeFromInetd(), service);
+bool IsTakenFromInetd(const SString& service, const Listener& listener) {
+    return listener.name == "inetd" && HoldsOneOf(ServicesToTakeFromInetd(), service);
 }
 
 /// What Install leaves to the administrator.
@@ -84,9 +103,10 @@ SStringList ToFree(const SString& service, const SString& port, const Listener& 
     if (listener.name == "systemd") return ToFreeFromSystemd(port);
     if (listener.name == "docker-proxy") return ToStopForwarded(port);
     if (!container.IsEmpty()) return ToStopContainer(container);
-    if (listener.name == "inetd") return IsTakenFromInetd(service) ? SStringList() : ToFreeFromInetd(port);
-    if (unit.IsEmpty() || !HasSystemd()) return {};
-    return ToDisable(unit);
+    if (IsTakenFromInetd(service, listener)) return {};
+    if (IsInternetDaemon(listener.name)) return ToFreeFrom(listener.name, port);
+    if (!unit.IsEmpty() && HasSystemd()) return ToDisable(unit);
+    return CanBeTyped(listener.name) ? SStringList() : "kill " + SString(listener.id);
 }
 
 /// By which question Install frees the port.
@@ -94,9 +114,8 @@ SStringList ToAnswer(const SString& service, const Listener& listener) {
     using enum QuestionId;
     if (listener.name == "systemd" || listener.name == "docker-proxy") return {};
     if (!ContainerIn(listener.cgroups).IsEmpty()) return {};
-    if (listener.name == "inetd") {
-        return IsTakenFromInetd(service) ? LineFor(QuestionOf(EditInetd), "yes") : SStringList();
-    }
+    if (IsTakenFromInetd(service, listener)) return LineFor(QuestionOf(EditInetd), "yes");
+    if (IsInternetDaemon(listener.name) || !CanBeTyped(listener.name)) return {};
     if (listener.name.EndsWith("sendmail")) return LineFor(QuestionOf(KillSendmail), "yes");
     return LineFor(QuestionOf(WhichProcesses), NameToType(listener.name));
 }

@@ -36,16 +36,18 @@ void LookAtProgram(const SString& path, const SString& what, Findings* findings)
 
 struct Place {
     SString path;
-    SString real;     // empty: leads nowhere
-    SString package;  // empty: nobody's
+    SString real;         // empty: leads nowhere
+    SString package;      // empty: nobody's
+    SString alternative;  // its name; a package's script sets it anew
     bool is_emulator = false;
     bool would_come_back = false;  // by an upgrade of the package
 };
 
 Place LookAtPlace(const SString& path) {
-    Place place{path, {}, {}};
+    Place place{path, {}, {}, {}};
     place.is_emulator = LeadsTo(path, Emulator());
     place.package = PackageOf(path);
+    place.alternative = AlternativeOf(path);
     place.would_come_back = !place.package.IsEmpty() && !IsDiverted(path);
     const AsRoot root;
     place.real = RealPath(path);
@@ -60,11 +62,23 @@ SString Described(const Place& place) {
     if (place.real.IsEmpty()) return place.path + " leads nowhere";
     SString text = place.path + (place.real == place.path ? " is a program" : " leads to " + place.real);
     if (!place.package.IsEmpty()) text += ", of the package " + place.package;
+    if (!place.alternative.IsEmpty()) text += ", the alternative " + place.alternative;
     return text;
+}
+
+/// No diversion keeps it from being set anew.
+void ReportAlternative(const Place& place, Findings* findings) {
+    const SString text = place.is_emulator ? " leads to the mail system's emulator, but is" : " is";
+    findings->Note(
+        "sendmail-path",
+        place.path + text + " the alternative " + place.alternative +
+            "; an upgrade of its package would put it back",
+        "remove that package once no mail waits in its queue, or run Install after each upgrade of it");
 }
 
 /// Install replaces this one.
 void ReportFirst(const Place& place, Findings* findings) {
+    if (!place.alternative.IsEmpty()) return ReportAlternative(place, findings);
     const SString keeps_it = Divert(place.path, "--no-rename");
     const SString comes_back = "; an upgrade of it would put it back";
     if (place.is_emulator && !place.would_come_back) {

@@ -4,8 +4,10 @@
 #include <unistd.h>
 
 #include "answer/keys.h"
+#include "check/host/commands.h"
 #include "check/looks.h"
 #include "install/host/probes.h"
+#include "install/reminders.h"
 #include "install/settings.h"
 #include "support/process/process.h"
 #include "support/system/file.h"
@@ -19,8 +21,7 @@ void LookAtDaemon(Findings* findings) {
     // Debian's own, which Install finds by its port.
     const SStringList debians = ProcessesNamed(processes, "sendmail-mta");
     for (const SString& process : found) {
-        findings->Note("sendmail", "the daemon runs as process " + process,
-                       "keep it from starting at the next boot",
+        findings->Note("sendmail", "the daemon runs as process " + process, {},
                        LineFor(QuestionOf(QuestionId::KillSendmail), "yes"));
     }
     for (const SString& process : debians) {
@@ -30,19 +31,34 @@ void LookAtDaemon(Findings* findings) {
     if (found.IsEmpty() && debians.IsEmpty()) findings->Ok("sendmail", "no daemon runs");
 }
 
-bool HasQueue() {
+/// The program that has a queue of its own: the one that is to be replaced, or was. Empty if there is none.
+SString ForeignSendmail() {
     const AsRoot root;
-    return FileExists(gstr_Sendmail) && !LeadsTo(gstr_Sendmail, gstr_ProgramDir + "bin/sendmail");
+    for (const SString& path : {gstr_Sendmail, gstr_Sendmail + ".bak"}) {
+        if (FileExists(path) && !LeadsTo(path, gstr_ProgramDir + "bin/sendmail")) return path;
+    }
+    return "";
+}
+
+SStringList ListingOf(const SString& sendmail) {
+    return sendmail == gstr_Sendmail ? MailQueueListing() : LinesOf(ShellWord(sendmail) + " -bp");
+}
+
+/// "Total requests: 1": what most of them end their listing with.
+SString Summary(SStringList listing) {
+    listing = listing.Grep("/\\S/");
+    if (listing.IsEmpty()) return "";
+    return ": " + listing[listing.Count() - 1].S("^\\s+", "").S("\\s+$", "");
 }
 
 void LookAtItsQueue(Findings* findings) {
-    if (!HasQueue()) return findings->Ok("sendmail", "no queue but the mail system's own");
+    const SString sendmail = ForeignSendmail();
+    if (sendmail.IsEmpty()) return findings->Ok("sendmail", "no queue but the mail system's own");
     if (getuid() != 0) return findings->NotLookedAt("sendmail", "the queue, which only root may see");
-    const SStringList listing = MailQueueListing();
+    const SStringList listing = ListingOf(sendmail);
     if (IsEmptyQueue(listing)) return findings->Ok("sendmail", "no mail waits in the queue");
-    const SString last = listing[listing.Count() - 1].S("^\\s+", "").S("\\s+$", "");
-    findings->Problem("sendmail", "mail waits in the queue of " + gstr_Sendmail + ": " + last,
-                      {gstr_Sendmail + " -q", "mailq, until it shows none"});
+    findings->Problem("sendmail", "mail waits in the queue of " + sendmail + Summary(listing),
+                      {sendmail + " -q", sendmail + " -bp"});
 }
 
 }  // namespace

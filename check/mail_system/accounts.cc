@@ -49,14 +49,17 @@ void LookAtAccounts(Findings* findings) {
         return findings->NotLookedAt("accounts", database + ", which only root and the mail owner may read");
     }
     if (postmaster == Lookup::Failed) {
-        return findings->Problem("accounts",
-                                 database + " cannot be read: it is damaged, or always being written",
-                                 "sqlite3 " + database + " 'PRAGMA integrity_check'");
+        return findings->Problem(
+            "accounts",
+            database + " cannot be read: it is damaged, closed to the mail owner, or always being written",
+            "sqlite3 " + database + " 'PRAGMA integrity_check'");
     }
     const long count = accounts.AccountCount();
     if (count == 0) return findings->Note("accounts", "there is none yet; Install makes them");
     findings->Ok("accounts", "there are " + SString(count));
-    if (postmaster == Lookup::Missing)
+    if (postmaster == Lookup::Found) {
+        LookForMissing(&accounts, findings);
+    } else {
         findings->Note("accounts", "there is no Postmaster yet; Install makes it");
-    if (HasUserAccounts()) LookForMissing(&accounts, findings);
+    }
 }

@@ -1,7 +1,9 @@
 // Deliveries of accounts that lead to nobody, the Postmaster's above all.
 #include "install/postmaster/deliveries.h"
 
+#include <map>
 #include <set>
+#include <vector>
 
 #include "answer/keys.h"
 #include "check/looks.h"
@@ -33,24 +35,44 @@ SStringList Nobodies(SAccountDB* accounts, const SAccount& account, const std::s
     return nobodies;
 }
 
-bool HasDelivery(const SAccount& account) {
-    for (const char* field : {"Account-Delivery", "Channel-Delivery", "Local-Delivery", "Manager-Delivery"}) {
+/// One that leads to no account. The Postmaster has that of a manager besides those to people.
+bool HasOwnDelivery(const SString& uid, const SAccount& account) {
+    if (uid == "Postmaster") return !DeliveriesOf(account).channels.IsEmpty();
+    for (const char* field : {"Channel-Delivery", "Local-Delivery", "Manager-Delivery"}) {
         if (!account.Get(field).IsEmpty()) return true;
     }
     return false;
 }
 
-/// The managers have theirs, and so has the Postmaster, besides the deliveries to people.
-bool ReachesNobody(const SString& uid, const SAccount& account) {
-    return uid == "Postmaster" ? DeliveriesOf(account).IsEmpty() : !HasDelivery(account);
+/// The accounts, in lower case, whose mail reaches somebody, over whichever others; a circle does not.
+std::set<std::string> Reaching(SAccountDB* accounts, const SStringList& uids) {
+    std::map<std::string, std::vector<std::string>> senders;
+    std::vector<std::string> found;
+    for (const SString& uid : uids) {
+        SAccount account;
+        if (accounts->Find(uid, &account) != Lookup::Found) continue;
+        const std::string sender = SString(uid).LowerCase().Bytes();
+        if (HasOwnDelivery(uid, account)) found.push_back(sender);
+        for (SString to : DeliveriesOf(account).accounts) senders[to.LowerCase().Bytes()].push_back(sender);
+    }
+    std::set<std::string> reaching(found.begin(), found.end());
+    while (!found.empty()) {
+        const std::string reached = found.back();
+        found.pop_back();
+        for (const std::string& sender : senders[reached]) {
+            if (reaching.insert(sender).second) found.push_back(sender);
+        }
+    }
+    return reaching;
 }
 
-SString Problem(SAccountDB* accounts, const SString& uid, const std::set<std::string>& logins) {
+SString Problem(SAccountDB* accounts, const SString& uid, const std::set<std::string>& logins,
+                const std::set<std::string>& reaching) {
     SAccount account;
     if (uid == kTemplate || accounts->Find(uid, &account) != Lookup::Found) return "";
     const SStringList nobodies = Nobodies(accounts, account, logins);
     if (!nobodies.IsEmpty()) return uid + " delivers to what does not exist: " + nobodies.Join(", ");
-    return ReachesNobody(uid, account) ? uid + " delivers to nobody" : SString();
+    return reaching.contains(SString(uid).LowerCase().Bytes()) ? SString() : uid + " delivers to nobody";
 }
 
 void Report(const SString& uid, const SString& problem, Numerous* found) {
@@ -69,9 +91,10 @@ void LookAtDeliveries(Findings* findings) {
     const SStringList uids = accounts.AccountUIDList();
     if (uids.IsEmpty()) return;  // LookAtAccounts tells why
     const std::set<std::string> logins = Logins();
+    const std::set<std::string> reaching = Reaching(&accounts, uids);
     Numerous found("deliveries", findings);
     for (const SString& uid : uids) {
-        const SString problem = Problem(&accounts, uid, logins);
+        const SString problem = Problem(&accounts, uid, logins, reaching);
         if (!problem.IsEmpty()) Report(uid, problem, &found);
     }
     found.End("every account delivers to somebody");

@@ -43,7 +43,8 @@ bool AskOfMaildropDirectory(QuestionList* list) {
 bool AskOfAccounts(QuestionList* list) {
     if (!MailGroup()) return false;
     const bool have_users = HasUserAccounts(MissingSpecialAccounts());
-    list->Add(AccountMethod, have_users ? "N" : "P");
+    const bool is_known = SAccountDB().Find("Postmaster") != Lookup::Failed;
+    list->Add(AccountMethod, is_known ? std::optional<SString>(have_users ? "N" : "P") : std::nullopt);
     if (!have_users || !PasswordEntries(gstr_PasswdFile).IsOpen()) list->AddPerhaps(SendAccountForm);
     list->AddPerhaps(MailDomains, gstr_HostName, "");
     list->AddPerhaps(AddHostName);
@@ -85,11 +86,15 @@ bool AskOfRemoteConfiguration(QuestionList* list) {
     if (!IsThere(&www_server) || !IsThere(&dispatch)) return false;
     const RemoteSettings settings = ReadRemoteSettings(www_server, dispatch).value_or(RemoteSettings());
     list->Add(ChangeRemote);
-    list->AddPerhaps(WebPort, SString(settings.port), "");
+    const bool will_change = !ModulesWithNewVersion().IsEmpty();  // by databases that bring their own
+    const auto unless_changed = [&](const SString& now) {
+        return will_change ? std::nullopt : std::optional<SString>(now);
+    };
+    list->AddPerhaps(WebPort, unless_changed(SString(settings.port)), "");
     list->AddPerhaps(ConfirmPort80);
     list->AddPerhaps(ConfirmPort);
-    if (!settings.access.IsEmpty() || !ModulesWithNewVersion().IsEmpty()) list->AddPerhaps(RemoveAccess);
-    list->AddPerhaps(AllowEmail, settings.by_email ? "yes" : "no", "");
+    if (!settings.access.IsEmpty() || will_change) list->AddPerhaps(RemoveAccess);
+    list->AddPerhaps(AllowEmail, unless_changed(settings.by_email ? "yes" : "no"), "");
     return true;
 }
 

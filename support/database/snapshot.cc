@@ -136,8 +136,9 @@ SString WithLog(const SString& database, const SString& log) {
 }
 
 std::optional<SString> ReadSnapshot(const SString& path) {
-    for (int i = 0; i < kTries; ++i) {
-        if (auto bytes = TryToRead(path)) return bytes;
+    const SString place = RealPath(path);  // of a link, the log lies beside what it leads to
+    for (int i = 0; i < kTries && !place.IsEmpty(); ++i) {
+        if (auto bytes = TryToRead(place)) return bytes;
         usleep(kPause);
     }
     return std::nullopt;

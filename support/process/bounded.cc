@@ -4,14 +4,17 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 
+#include "support/process/blocked_signals.h"
 #include "support/process/child_process.h"
 #include "support/process/message_socket.h"
 
 namespace {
 
 constexpr std::chrono::milliseconds kForever{-1};
+constexpr std::chrono::milliseconds kNap{100};
 
 using Clock = std::chrono::steady_clock;
 
@@ -23,11 +26,20 @@ void Answer(MessageSocket* socket, const std::function<SStringList()>& work) {
     }
 }
 
+/// Whether one of them ends this process when the scope that holds them back is left.
+bool HasSignal() {
+    sigset_t pending;
+    sigpending(&pending);
+    return std::ranges::any_of(kTerminalSignals,
+                               [&](int number) { return sigismember(&pending, number) == 1; });
+}
+
 std::optional<SStringList> Await(MessageSocket* socket, Clock::time_point end) {
     while (true) {
         if (auto result = socket->Next()) return result;
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
-        if (left.count() <= 0 || !socket->Transfer(left)) return socket->Next();
+        if (left.count() <= 0 || HasSignal()) return std::nullopt;
+        if (!socket->Transfer(std::min(left, kNap))) return socket->Next();
     }
 }
 
@@ -44,6 +56,7 @@ std::optional<SStringList> ResultWithin(std::chrono::milliseconds patience,
                                         const std::function<SStringList()>& work) {
     auto sockets = MessageSocket::Pair();
     if (!sockets) return std::nullopt;
+    const BlockedSignals block(kTerminalSignals);  // the child ends first
     const auto end = Clock::now() + patience;
     const pid_t child = StartChild([&] { Answer(&sockets->second, work); });
     if (child < 0) return std::nullopt;

@@ -84,14 +84,15 @@ std::vector<Listener> ListenersOn(const SString& port) {
 }
 
 SString UnitIn(SStringList cgroups) {
-    cgroups = cgroups.Grep("/^(0:|\\d+:name=systemd):/");
+    cgroups = cgroups.Grep("/^(0:|\\d+:name=systemd):/").Grep("!/\\/user\\.slice\\//");
     return cgroups.Grep("s/^.*\\/([^\\/]+\\.(?:service|socket))(?:\\/.*)?$/$1/").Get(0);
 }
 
 SString ContainerIn(SStringList cgroups) {
     return cgroups
         .Grep(
-            "s/^.*\\/(?:(?:docker|libpod|crio|cri-containerd)[-\\/]|lxc(?:\\.payload\\.|\\/))"
-            "([\\w.-]+?)(?:\\.scope)?(?:\\/.*)?$/$1/")
+            "s/^.*\\/(?:(?:docker|libpod|crio|cri-containerd)[-\\/](?!conmon)|lxc(?:\\.payload\\.|\\/)|"
+            "machine-(?=.*\\/payload\\b)|systemd-nspawn@(?=.*\\/payload\\b)|kubepods[^\\/]*\\/(?:.*\\/)?)"
+            "([\\w.-]+?)(?:\\.scope|\\.service)?(?:\\/.*)?$/$1/")
         .Get(0);
 }

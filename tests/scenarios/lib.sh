@@ -164,7 +164,7 @@ findings() {
     unshare --cgroup "$BUILD/Check" >/tmp/scenario/findings
     status=$?
     awk -v abouts=" $* " '/^[0-9a-z]/ { shown = index(abouts, " " substr($2, 1, length($2) - 1) " ") } shown' \
-        /tmp/scenario/findings | sed -E 's/process [0-9]+/process ID/' | tee /tmp/scenario/shown
+        /tmp/scenario/findings | sed -E 's/(process|kill) [0-9]+/\1 ID/' | tee /tmp/scenario/shown
     if [ "$status" = 2 ]; then return 2; fi
     ! grep -q '^problem' /tmp/scenario/shown
 }

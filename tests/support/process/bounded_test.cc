@@ -4,6 +4,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
+
 namespace {
 
 using std::chrono::milliseconds;
@@ -33,6 +35,19 @@ TEST(ResultWithin, GivesUpWorkThatHangs) {
 
 TEST(ResultWithin, GivesNothingOfWorkThatEnds) {
     EXPECT_EQ(ResultWithin(minutes(1), []() -> SStringList { _exit(1); }), std::nullopt);
+}
+
+TEST(ResultWithin, IsGivenUpAtASignal) {
+    const auto before = std::signal(SIGTERM, [](int) {});
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(ResultWithin(minutes(10),
+                           []() -> SStringList {
+                               kill(getppid(), SIGTERM);
+                               while (true) pause();
+                           }),
+              std::nullopt);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, minutes(5));
+    std::signal(SIGTERM, before);
 }
 
 TEST(ResultWithin, ChangesNothingHere) {

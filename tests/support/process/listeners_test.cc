@@ -41,6 +41,7 @@ TEST(UnitIn, IsTheServiceOfTheProcess) {
          "cron.service"},
         {"0::/system.slice/dovecot.service/worker", "dovecot.service"},
         {"0::/user.slice/user-1000.slice/session-3.scope", ""},
+        {"0::/user.slice/user-1000.slice/user@1000.service/app.slice/vte-spawn-1.scope", ""},
         {"0::/", ""},
         {SStringList(), ""},
     };
@@ -57,6 +58,12 @@ TEST(ContainerIn, IsTheContainerOfTheProcess) {
         {"0::/machine.slice/libpod-4f5e6a7b.scope/container", "4f5e6a7b"},
         {"0::/lxc.payload.mail/system.slice/exim4.service", "mail"},
         {{"5:cpu:/", "1:name=systemd:/docker/4f5e6a7b"}, "4f5e6a7b"},
+        {"0::/machine.slice/machine-web.scope/payload/system.slice/postfix@-.service", "web"},
+        {"0::/machine.slice/systemd-nspawn@web.service/payload/system.slice/postfix.service", "web"},
+        {"0::/kubepods/besteffort/pod12-34/4f5e6a7b", "4f5e6a7b"},
+        {"0::/kubepods.slice/kubepods-pod12.slice/cri-containerd-4f5e6a7b.scope", "4f5e6a7b"},
+        {"0::/machine.slice/libpod-conmon-4f5e6a7b.scope", ""},
+        {"0::/machine.slice/systemd-nspawn@web.service/supervisor", ""},
         {"0::/system.slice/docker.service", ""},
         {"0::/", ""},
     };

@@ -6,6 +6,7 @@
 
 #include "check/host/inetd_services.h"
 #include "check/looks.h"
+#include "check/mail_system/modules.h"
 #include "check/mail_system/question_list.h"
 #include "install/accounts/candidates.h"
 #include "install/accounts/special_accounts.h"
@@ -174,7 +175,8 @@ std::vector<ExpectedQuestion> LookAtQuestions() {
     const AccountSession session;
     QuestionList list;
     AskOfDirectories(&list);
-    if (AskOfMaildropDirectory(&list) && AskOfAccounts(&list) && AskOfPostmaster(&list) &&
+    const bool goes_on = PreserveText().IsEmpty() || DamagedNewVersions().IsEmpty();
+    if (goes_on && AskOfMaildropDirectory(&list) && AskOfAccounts(&list) && AskOfPostmaster(&list) &&
         AskOfRemoteConfiguration(&list)) {
         AskOfHost(&list);
     }

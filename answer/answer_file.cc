@@ -102,7 +102,7 @@ class Reader {
     AnswerFile file_;
 };
 
-/// A line of text that is asked for again was refused, and so would its default be, for ever.
+/// A line of text that is asked for again was refused or not confirmed: its default would be, too, for ever.
 std::optional<SString> TakeDefault(AnswerFile* file, const Question& question) {
     if (!file->takes_defaults || file->without_default.contains(question.id)) return std::nullopt;
     if (question.kind == QuestionKind::Password) return std::nullopt;

@@ -29,10 +29,10 @@ bool FitsChoice(const Question& question, const SString& answer) {
 
 bool AreAll(bool (*is_valid)(const SString&), const SString& answer) {
     const SStringList entries = answer.Split("[\\s,]+").Grep("/\\S/");
-    return std::ranges::all_of(entries, is_valid);
+    return !entries.IsEmpty() && std::ranges::all_of(entries, is_valid);
 }
 
-/// By the rules of the step that asks.
+/// Each entry by the rule of the step that asks, which would leave out or refuse what is invalid.
 bool FitsLine(const Question& question, const SString& answer) {
     switch (question.id) {
         case QuestionId::MailDomains:

@@ -23,13 +23,17 @@ const char* Word(Grade grade) {
     return "problem";
 }
 
-SString Lines(const Finding& finding) {
+/// An answer that serves several findings stands below the first: it is a line of a file.
+SString Lines(const Finding& finding, SStringList* answered) {
     constexpr size_t kGradeWidth = 9;
     const SString grade = Word(finding.grade);
     SString lines =
         grade + SString(' ', kGradeWidth - grade.Length()) + finding.about + ": " + finding.text + "\n";
     const SString indent(' ', kGradeWidth + 3);
-    for (const SString& answer : finding.answers) lines += indent + "answer: " + answer + "\n";
+    for (const SString& answer : finding.answers) {
+        if (!answered->Contains(answer)) lines += indent + "answer: " + answer + "\n";
+        answered->Push(answer);
+    }
     for (const SString& task : finding.to_do) lines += indent + "do: " + task + "\n";
     return lines;
 }
@@ -74,7 +78,8 @@ Json List(const std::vector<Element>& elements) {
 
 SString PlainReport(const Report& report) {
     SString text;
-    for (const Finding& finding : report.findings.All()) text += Lines(finding);
+    SStringList answered;
+    for (const Finding& finding : report.findings.All()) text += Lines(finding, &answered);
     for (const ExpectedQuestion& expected : report.questions) text += Line(expected);
     return text + Counted(report.findings.Count(Grade::Problem), "problem") + ", " +
            Counted(report.findings.Count(Grade::Note), "note") + ".\n";

@@ -31,33 +31,43 @@ bool IsEnabled(const SString& unit) {
     return LinesOf("systemctl is-enabled -- " + ShellWord(unit)).Get(0).StartsWith("enabled");
 }
 
-/// "SOURCE PACKAGE PROVIDED, PROVIDED ..." of each installed package.
-std::vector<SStringList> InstalledPackages() {
+struct Package {
+    SString name, source;
+    SStringList provides, depends;
+};
+
+std::vector<Package> InstalledPackages() {
     SStringList lines = LinesOf(
         "dpkg-query --show --showformat "
-        "'${db:Status-Status} ${source:Package} ${Package} ${Provides}\\n'");
+        "'${db:Status-Status} ${Package}\\t${source:Package}\\t${Provides}\\t${Depends}\\n'");
     lines = lines.Grep("s/^(?:installed|unpacked|half-configured|triggers-pending|triggers-awaited) //");
-    std::vector<SStringList> packages;
-    for (const SString& line : lines) packages.push_back(line.Split("[ ,]+"));
+    std::vector<Package> packages;
+    for (const SString& line : lines) {
+        const SStringList fields = line.SplitExact("\t");
+        packages.push_back(
+            {fields.Get(0), fields.Get(1), fields.Get(2).Split("[ ,]+"), fields.Get(3).Split("[ ,]+")});
+    }
     return packages;
 }
 
-bool ProvidesAService(const SStringList& package) {
+bool ProvidesAService(const Package& package) {
     const SStringList services = SString(kServices).Split(' ');
-    return std::ranges::any_of(services, [&](const SString& service) { return package.Contains(service); });
+    return std::ranges::any_of(services,
+                               [&](const SString& service) { return package.provides.Contains(service); });
 }
 
-/// Installed packages that are a server of one of the services, with those of the same source: one of these
-/// may be what starts it.
+/// Installed packages that are a server of one of the services, and those that they need of the same source:
+/// of exim4-daemon-light, exim4-base is what starts it.
 SStringList ServerPackages() {
-    const std::vector<SStringList> installed = InstalledPackages();
-    SStringList sources;
-    for (const SStringList& package : installed) {
-        if (ProvidesAService(package)) sources.Push(package.Get(0));
-    }
+    const std::vector<Package> installed = InstalledPackages();
     SStringList packages;
-    for (const SStringList& package : installed) {
-        if (sources.Contains(package.Get(0))) packages.Push(package.Get(1));
+    for (const Package& server : installed) {
+        if (!ProvidesAService(server)) continue;
+        packages.Push(server.name);
+        for (const Package& other : installed) {
+            const bool is_needed = other.source == server.source && server.depends.Contains(other.name);
+            if (is_needed && !packages.Contains(other.name)) packages.Push(other.name);
+        }
     }
     return packages;
 }
@@ -126,7 +136,7 @@ bool StartsTheMailSystem() {
     SStringList units;
     for (const char* folder :
          {"/etc/systemd/system", "/lib/systemd/system", "/usr/local/lib/systemd/system"}) {
-        units.Push(Starting(folder, "/\\.service$/", "ExecStart="));
+        units.Push(Starting(folder, "/\\.service$/", "ExecStart\\s*="));
     }
     const SStringList scripts = Starting("/etc/init.d", "/./", kNoComment);
     return (HasSystemd() && std::ranges::any_of(units, IsEnabled)) ||

@@ -29,16 +29,19 @@ void LookAtInetdConf(Findings* findings) {
 /// The services of a file of /etc/xinetd.d that are not disabled, each as a line of inetd.conf would begin.
 SStringList ActiveInXinetd(const SStringList& lines) {
     SStringList services;
+    SString service;
     for (const SString& line : lines) {
-        const SString service = line.M("^\\s*service\\s+(\\S+)").Get(0);
-        if (!service.IsEmpty()) services.Push(service + " ");
-        if (line.Matches("^\\s*disable\\s*=\\s*yes\\s*$") && !services.IsEmpty()) services.Pop();
+        const SString next = line.M("^\\s*service\\s+(\\S+)").Get(0);
+        if (!next.IsEmpty()) services.Push(service);
+        if (!next.IsEmpty()) service = next + " ";
+        if (line.Matches("^\\s*disable\\s*=\\s*yes\\s*$")) service = "";
     }
+    services.Push(service);
     return services;
 }
 
 void LookAtXinetd(Findings* findings) {
-    SStringList files = ReadDir(kXinetdFolder).Grep("!/[.~][^\\/]*$|~$/");  // which xinetd leaves out
+    SStringList files = ReadDir(kXinetdFolder).Grep("!/\\.[^\\/]*$|~$/");  // which xinetd leaves out
     files.Sort();
     for (const SString& file : files) {
         const auto lines = ReadHostFile(file);

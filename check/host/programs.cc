@@ -100,7 +100,14 @@ void ReportFirst(const Place& place, Findings* findings) {
 void ReportSecond(const Place& place, bool is_installed, Findings* findings) {
     const SString link = "ln -sf " + ShellWord(Emulator()) + " " + place.path;
     const SString elsewhere = Described(place) + "; what sends mail by it does not reach tern.harbor";
-    if (place.is_emulator) {
+    if (place.is_emulator && !place.alternative.IsEmpty()) {
+        ReportAlternative(place, findings);
+    } else if (place.is_emulator && place.would_come_back) {
+        findings->Note("sendmail-path",
+                       place.path + " leads to the mail system's emulator, but is of the package " +
+                           place.package + "; an upgrade of it would put it back",
+                       Divert(place.path, "--no-rename"));
+    } else if (place.is_emulator) {
         findings->Ok("sendmail-path", place.path + " leads to the mail system's emulator");
     } else if (place.real.IsEmpty()) {
         findings->Note("sendmail-path", Described(place) + "; what sends mail by it cannot", link);

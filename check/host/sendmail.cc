@@ -25,8 +25,7 @@ void LookAtDaemon(Findings* findings) {
                        LineFor(QuestionOf(QuestionId::KillSendmail), "yes"));
     }
     for (const SString& process : debians) {
-        findings->Note("sendmail", "the daemon runs as process " + process + ", under Debian's name", {},
-                       LineFor(QuestionOf(QuestionId::WhichProcesses), "sendmail-mta"));
+        findings->Note("sendmail", "the daemon runs as process " + process + ", under Debian's name");
     }
     if (found.IsEmpty() && debians.IsEmpty()) findings->Ok("sendmail", "no daemon runs");
 }
@@ -34,7 +33,9 @@ void LookAtDaemon(Findings* findings) {
 /// The program that has a queue of its own: the one that is to be replaced, or was. Empty if there is none.
 SString ForeignSendmail() {
     const AsRoot root;
-    for (const SString& path : {gstr_Sendmail, gstr_Sendmail + ".bak"}) {
+    const SString second = "/usr/sbin/sendmail";
+    for (const SString& path :
+         {gstr_Sendmail, gstr_Sendmail + ".bak", second, second + ".distrib", second + ".bak"}) {
         if (FileExists(path) && !LeadsTo(path, gstr_ProgramDir + "bin/sendmail")) return path;
     }
     return "";

@@ -77,7 +77,11 @@ SString Problem(SAccountDB* accounts, const SString& uid, const std::set<std::st
 
 void Report(const SString& uid, const SString& problem, Numerous* found) {
     if (uid == "Postmaster") {
-        found->Problem(problem, {}, LineFor(QuestionOf(QuestionId::ChangePostmaster), "yes"));
+        using enum QuestionId;
+        found->Problem(
+            problem, {},
+            {LineFor(QuestionOf(ChangePostmaster), "yes"), LineFor(QuestionOf(PostmasterPassword), ""),
+             LineFor(QuestionOf(AccessDomains), ""), LineFor(QuestionOf(Postmasters), "ADDRESS")});
     } else {
         found->Problem(problem, "change the account by the mail system's own administration");
     }

@@ -13,7 +13,7 @@ void LookAtRunning(Findings* findings) {
     const AccountSession session;
     const SString stopped = gstr_ProductName + " does not run";
     if (SAccountDB().Find("Postmaster") == Lookup::Found) {
-        findings->Problem("mail-system", stopped, gstr_ProgramDir + gstr_ProductName);
+        findings->Problem("mail-system", stopped, "start it as at the next boot, or by Install");
     } else {
         findings->Note("mail-system", stopped + "; Install starts it");
     }

@@ -26,12 +26,19 @@ void Answer(MessageSocket* socket, const std::function<SStringList()>& work) {
     }
 }
 
-/// Whether one of them ends this process when the scope that holds them back is left.
+bool IsIgnored(int number) {
+    struct sigaction action {};
+    return sigaction(number, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
+/// Whether one will come when the scope that holds them back is left. An ignored one is pending, too, till
+/// then.
 bool HasSignal() {
     sigset_t pending;
     sigpending(&pending);
-    return std::ranges::any_of(kTerminalSignals,
-                               [&](int number) { return sigismember(&pending, number) == 1; });
+    return std::ranges::any_of(kTerminalSignals, [&](int number) {
+        return sigismember(&pending, number) == 1 && !IsIgnored(number);
+    });
 }
 
 std::optional<SStringList> Await(MessageSocket* socket, Clock::time_point end) {

@@ -91,8 +91,8 @@ SString UnitIn(SStringList cgroups) {
 SString ContainerIn(SStringList cgroups) {
     return cgroups
         .Grep(
-            "s/^.*\\/(?:(?:docker|libpod|crio|cri-containerd)[-\\/](?!conmon)|lxc(?:\\.payload\\.|\\/)|"
+            "s/^.*\\/(?:(?:docker|libpod|crio|cri-containerd)(?:\\/|-(?!conmon)(?=[^\\/]*\\.scope))|lxc(?:\\.payload\\.|\\/)|"
             "machine-(?=.*\\/payload\\b)|systemd-nspawn@(?=.*\\/payload\\b)|kubepods[^\\/]*\\/(?:.*\\/)?)"
-            "([\\w.-]+?)(?:\\.scope|\\.service)?(?:\\/.*)?$/$1/")
+            "([\\w.\\\\-]+?)(?:\\.scope|\\.service)?(?:\\/.*)?$/$1/")
         .Get(0);
 }

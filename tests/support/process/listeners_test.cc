@@ -60,6 +60,8 @@ TEST(ContainerIn, IsTheContainerOfTheProcess) {
         {{"5:cpu:/", "1:name=systemd:/docker/4f5e6a7b"}, "4f5e6a7b"},
         {"0::/machine.slice/machine-web.scope/payload/system.slice/postfix@-.service", "web"},
         {"0::/machine.slice/systemd-nspawn@web.service/payload/system.slice/postfix.service", "web"},
+        {"0::/machine.slice/machine-web\\x2d1.scope/payload/system.slice/postfix.service", "web\\x2d1"},
+        {"0::/system.slice/docker-registry.service", ""},
         {"0::/kubepods/besteffort/pod12-34/4f5e6a7b", "4f5e6a7b"},
         {"0::/kubepods.slice/kubepods-pod12.slice/cri-containerd-4f5e6a7b.scope", "4f5e6a7b"},
         {"0::/machine.slice/libpod-conmon-4f5e6a7b.scope", ""},

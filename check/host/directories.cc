@@ -15,6 +15,7 @@ namespace {
 constexpr mode_t kPermissionBits = 07777;
 constexpr mode_t kOwnersRights = S_IRWXU;
 constexpr mode_t kOthersRights = S_IRWXO;
+constexpr mode_t kLookersRights = S_IROTH | S_IXOTH;
 constexpr uid_t kRoot = 0;
 
 struct Directory {
@@ -65,7 +66,7 @@ void ReportMissing(const Directory& directory, Findings* findings) {
 }
 
 bool HasMode(const Directory& directory, const struct stat& status) {
-    const mode_t refused = directory.is_shared ? kOthersRights & ~(S_IROTH | S_IXOTH) : kOthersRights;
+    const mode_t refused = directory.is_shared ? kOthersRights & ~kLookersRights : kOthersRights;
     return (status.st_mode & kOwnersRights) == kOwnersRights && (status.st_mode & refused) == 0;
 }
 

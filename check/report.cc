@@ -31,7 +31,8 @@ SString Lines(const Finding& finding, SStringList* answered) {
         grade + SString(' ', kGradeWidth - grade.Length()) + finding.about + ": " + finding.text + "\n";
     const SString indent(' ', kGradeWidth + 3);
     for (const SString& answer : finding.answers) {
-        if (!answered->Contains(answer)) lines += indent + "answer: " + answer + "\n";
+        if (answered->Contains(answer)) continue;
+        lines += indent + "answer: " + answer + "\n";
         answered->Push(answer);
     }
     for (const SString& task : finding.to_do) lines += indent + "do: " + task + "\n";

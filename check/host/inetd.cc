@@ -32,8 +32,10 @@ SStringList ActiveInXinetd(const SStringList& lines) {
     SString service;
     for (const SString& line : lines) {
         const SString next = line.M("^\\s*service\\s+(\\S+)").Get(0);
-        if (!next.IsEmpty()) services.Push(service);
-        if (!next.IsEmpty()) service = next + " ";
+        if (!next.IsEmpty()) {
+            services.Push(service);
+            service = next + " ";
+        }
         if (line.Matches("^\\s*disable\\s*=\\s*yes\\s*$")) service = "";
     }
     services.Push(service);

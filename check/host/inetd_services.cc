@@ -11,6 +11,5 @@ SStringList ServicesToTakeFromInetd() {
 }
 
 bool HoldsOneOf(const SStringList& services, const SString& service) {
-    const SString alias = service == "smtp" ? "mail" : service == "pop3" ? "pop-3" : service;
-    return services.Contains(service) || services.Contains(alias);
+    return services.Contains(service) || services.Contains(InetdAlias(service));
 }

@@ -52,34 +52,26 @@ SStringList ToFreeFrom(const SString& daemon, const SString& port) {
     return {"take the service on port " + port + " out of " + file, "pkill -HUP -x " + daemon};
 }
 
-bool IsTakenFromInetd(const Holder& holder) {
-    return holder.listener.name == "inetd" && HoldsOneOf(ServicesToTakeFromInetd(), holder.service);
-}
-
-/// What Install does with the holder, where it is asked to.
-enum class Step { None, EditInetd, KillSendmail, KillServers };
-
-/// While the mail system runs, Install asks for no processes to kill.
-Step StepFor(const Holder& holder) {
-    const SString& name = holder.listener.name;
-    if (name == "systemd" || name == "docker-proxy") return Step::None;
-    if (!ContainerIn(holder.listener.cgroups).IsEmpty()) return Step::None;
-    if (IsTakenFromInetd(holder)) return Step::EditInetd;
-    if (IsInternetDaemon(name)) return Step::None;
-    if (name.EndsWith("sendmail")) return Step::KillSendmail;
-    return CanBeTyped(name) && MailSystemProcesses().IsEmpty() ? Step::KillServers : Step::None;
-}
-
 SString NamesToType(const std::vector<Holder>& holders) {
     SStringList typed;
     for (const Holder& holder : holders) {
         const SString name = NameToType(holder.listener.name);
-        if (StepFor(holder) == Step::KillServers && !typed.Contains(name)) typed.Push(name);
+        if (holder.freed_by == FreedBy::KillServers && !typed.Contains(name)) typed.Push(name);
     }
     return typed.Join(" ");
 }
 
 }  // namespace
+
+FreedBy StepThatFrees(const SString& service, const Listener& listener, bool is_mail_system_running) {
+    const SString& name = listener.name;
+    if (name == "systemd" || name == "docker-proxy") return FreedBy::Nothing;
+    if (!ContainerIn(listener.cgroups).IsEmpty()) return FreedBy::Nothing;
+    if (name == "inetd" && HoldsOneOf(ServicesToTakeFromInetd(), service)) return FreedBy::EditInetd;
+    if (IsInternetDaemon(name)) return FreedBy::Nothing;
+    if (name.EndsWith("sendmail")) return FreedBy::KillSendmail;
+    return CanBeTyped(name) && !is_mail_system_running ? FreedBy::KillServers : FreedBy::Nothing;
+}
 
 SString Namesakes(const SString& name) {
     const size_t count = CanBeTyped(name) ? ProcessesNamed(RunningProcesses(), NameToType(name)).Count() : 0;
@@ -93,21 +85,21 @@ SStringList ToFree(const Holder& holder) {
     if (name == "systemd") return ToFreeFromSystemd(holder.port);
     if (name == "docker-proxy") return ToStopForwarded(holder.port);
     if (!container.IsEmpty()) return ToStopContainer(container);
-    if (IsTakenFromInetd(holder)) return {};
+    if (holder.freed_by == FreedBy::EditInetd) return {};
     if (IsInternetDaemon(name)) return ToFreeFrom(name, holder.port);
     if (!unit.IsEmpty() && HasSystemd()) return ToDisable(unit);
-    return StepFor(holder) == Step::None ? "kill " + SString(holder.listener.id) : SStringList();
+    return holder.freed_by == FreedBy::Nothing ? "kill " + SString(holder.listener.id) : SStringList();
 }
 
 SStringList ToAnswer(const Holder& holder, const std::vector<Holder>& all) {
-    switch (StepFor(holder)) {
-        case Step::None:
+    switch (holder.freed_by) {
+        case FreedBy::Nothing:
             return {};
-        case Step::EditInetd:
+        case FreedBy::EditInetd:
             return LineFor(QuestionOf(QuestionId::EditInetd), "yes");
-        case Step::KillSendmail:
+        case FreedBy::KillSendmail:
             return LineFor(QuestionOf(QuestionId::KillSendmail), "yes");
-        case Step::KillServers:
+        case FreedBy::KillServers:
             break;
     }
     return {LineFor(QuestionOf(QuestionId::ListProcesses), "no"),

@@ -23,8 +23,7 @@ SString ProgramOf(const Listener& listener) {
     return length > 0 ? SString(std::string(path.data(), static_cast<size_t>(length))) : SString();
 }
 
-bool IsMailSystem(const Listener& listener) {
-    const SStringList processes = MailSystemProcesses();
+bool IsOneOf(const SStringList& processes, const Listener& listener) {
     return std::ranges::any_of(processes,
                                [&](const SString& entry) { return entry.ToNumber() == listener.id; });
 }
@@ -46,15 +45,17 @@ struct Port {
     std::vector<Holder> holders;
 };
 
-Port LookAtPort(const SString& service, const SString& port) {
+Port LookAtPort(const SString& service, const SString& port, bool is_mail_system_running) {
     const AsRoot root;
     Port found{port + " (" + service + ")", !IsListenedOn(port), {}};
     if (found.is_free) return found;
-    for (const Listener& listener : ListenersOn(port)) found.holders.push_back({service, port, listener});
+    for (const Listener& listener : ListenersOn(port)) {
+        found.holders.push_back({port, listener, StepThatFrees(service, listener, is_mail_system_running)});
+    }
     return found;
 }
 
-void Report(const Port& port, const std::vector<Holder>& all, Findings* findings) {
+void Report(const Port& port, const std::vector<Holder>& all, const SStringList& own, Findings* findings) {
     if (port.is_free) return findings->Ok("port", port.name + " is free");
     if (port.holders.empty()) {
         const SString why = getuid() == 0 ? "/proc does not show" : "only root may see";
@@ -62,7 +63,7 @@ void Report(const Port& port, const std::vector<Holder>& all, Findings* findings
     }
     for (const Holder& holder : port.holders) {
         const SString text = port.name + " is held by " + Described(holder.listener);
-        if (IsMailSystem(holder.listener)) {
+        if (IsOneOf(own, holder.listener)) {
             findings->Ok("port", text);
         } else {
             findings->Problem("port", text, ToFree(holder), ToAnswer(holder, all));
@@ -73,11 +74,12 @@ void Report(const Port& port, const std::vector<Holder>& all, Findings* findings
 }  // namespace
 
 void LookAtPorts(Findings* findings) {
+    const SStringList own = MailSystemProcesses();
     std::vector<Port> ports;
     std::vector<Holder> all;
     for (size_t i = 0; i < gstrl_Services.Count(); ++i) {
-        ports.push_back(LookAtPort(gstrl_Services[i], gstrl_ServicePorts[i]));
+        ports.push_back(LookAtPort(gstrl_Services[i], gstrl_ServicePorts[i], !own.IsEmpty()));
         all.insert(all.end(), ports.back().holders.begin(), ports.back().holders.end());
     }
-    for (const Port& port : ports) Report(port, all, findings);
+    for (const Port& port : ports) Report(port, all, own, findings);
 }

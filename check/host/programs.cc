@@ -13,6 +13,7 @@
 namespace {
 
 const SString kSecondPath = "/usr/sbin/sendmail";
+const SString kComesBack = "; an upgrade of it would put it back";
 
 SString Emulator() {
     return gstr_ProgramDir + "bin/sendmail";
@@ -76,20 +77,22 @@ void ReportAlternative(const Place& place, Findings* findings) {
         "remove that package once no mail waits in its queue, or run Install after each upgrade of it");
 }
 
+/// An upgrade of its package would put the program back.
+SString OnlyForNow(const Place& place) {
+    return place.path + " leads to the mail system's emulator, but is of the package " + place.package +
+           kComesBack;
+}
+
 /// Install replaces this one.
 void ReportFirst(const Place& place, Findings* findings) {
     if (!place.alternative.IsEmpty()) return ReportAlternative(place, findings);
     const SString keeps_it = Divert(place.path, "--no-rename");
-    const SString comes_back = "; an upgrade of it would put it back";
     if (place.is_emulator && !place.would_come_back) {
         findings->Ok("sendmail-path", place.path + " leads to the mail system's emulator");
     } else if (place.is_emulator) {
-        findings->Problem("sendmail-path",
-                          place.path + " leads to the mail system's emulator, but is of the package " +
-                              place.package + comes_back,
-                          keeps_it);
+        findings->Problem("sendmail-path", OnlyForNow(place), keeps_it);
     } else if (place.would_come_back) {
-        findings->Note("sendmail-path", Described(place) + "; Install replaces it" + comes_back, keeps_it);
+        findings->Note("sendmail-path", Described(place) + "; Install replaces it" + kComesBack, keeps_it);
     } else {
         findings->Note("sendmail-path", Described(place) + "; Install makes it a link to the emulator");
     }
@@ -103,10 +106,7 @@ void ReportSecond(const Place& place, bool is_installed, Findings* findings) {
     if (place.is_emulator && !place.alternative.IsEmpty()) {
         ReportAlternative(place, findings);
     } else if (place.is_emulator && place.would_come_back) {
-        findings->Note("sendmail-path",
-                       place.path + " leads to the mail system's emulator, but is of the package " +
-                           place.package + "; an upgrade of it would put it back",
-                       Divert(place.path, "--no-rename"));
+        findings->Note("sendmail-path", OnlyForNow(place), Divert(place.path, "--no-rename"));
     } else if (place.is_emulator) {
         findings->Ok("sendmail-path", place.path + " leads to the mail system's emulator");
     } else if (place.real.IsEmpty()) {

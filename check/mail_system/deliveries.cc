@@ -44,35 +44,59 @@ bool HasOwnDelivery(const SString& uid, const SAccount& account) {
     return false;
 }
 
-/// The accounts, in lower case, whose mail reaches somebody, over whichever others; a circle does not.
-std::set<std::string> Reaching(SAccountDB* accounts, const SStringList& uids) {
-    std::map<std::string, std::vector<std::string>> senders;
-    std::vector<std::string> found;
+/// Whose mail reaches somebody, over whichever other accounts; in a circle it does not. UIDs in lower case.
+class Reach {
+  public:
+    void Add(const SString& uid, const SAccount& account) {
+        const std::string sender = Key(uid);
+        if (HasOwnDelivery(uid, account)) found_.push_back(sender);
+        for (const SString& to : DeliveriesOf(account).accounts) senders_[Key(to)].push_back(sender);
+    }
+    /// After all were added.
+    void Follow() {
+        reaching_.insert(found_.begin(), found_.end());
+        while (!found_.empty()) {
+            const std::string reached = found_.back();
+            found_.pop_back();
+            for (const std::string& sender : senders_[reached]) {
+                if (reaching_.insert(sender).second) found_.push_back(sender);
+            }
+        }
+    }
+    bool Has(const SString& uid) const { return reaching_.contains(Key(uid)); }
+
+  private:
+    static std::string Key(SString uid) { return uid.LowerCase().Bytes(); }
+
+    std::map<std::string, std::vector<std::string>> senders_;
+    std::vector<std::string> found_;
+    std::set<std::string> reaching_;
+};
+
+struct Reading {
+    SString uid;
+    SStringList nobodies;
+};
+
+/// Each account is read once.
+std::vector<Reading> ReadAll(SAccountDB* accounts, const SStringList& uids, Reach* reach) {
+    const std::set<std::string> logins = Logins();
+    std::vector<Reading> readings;
     for (const SString& uid : uids) {
         SAccount account;
         if (accounts->Find(uid, &account) != Lookup::Found) continue;
-        const std::string sender = SString(uid).LowerCase().Bytes();
-        if (HasOwnDelivery(uid, account)) found.push_back(sender);
-        for (SString to : DeliveriesOf(account).accounts) senders[to.LowerCase().Bytes()].push_back(sender);
+        reach->Add(uid, account);
+        if (uid != kTemplate) readings.push_back({uid, Nobodies(accounts, account, logins)});
     }
-    std::set<std::string> reaching(found.begin(), found.end());
-    while (!found.empty()) {
-        const std::string reached = found.back();
-        found.pop_back();
-        for (const std::string& sender : senders[reached]) {
-            if (reaching.insert(sender).second) found.push_back(sender);
-        }
-    }
-    return reaching;
+    reach->Follow();
+    return readings;
 }
 
-SString Problem(SAccountDB* accounts, const SString& uid, const std::set<std::string>& logins,
-                const std::set<std::string>& reaching) {
-    SAccount account;
-    if (uid == kTemplate || accounts->Find(uid, &account) != Lookup::Found) return "";
-    const SStringList nobodies = Nobodies(accounts, account, logins);
-    if (!nobodies.IsEmpty()) return uid + " delivers to what does not exist: " + nobodies.Join(", ");
-    return reaching.contains(SString(uid).LowerCase().Bytes()) ? SString() : uid + " delivers to nobody";
+SString Problem(const Reading& reading, const Reach& reach) {
+    if (!reading.nobodies.IsEmpty()) {
+        return reading.uid + " delivers to what does not exist: " + reading.nobodies.Join(", ");
+    }
+    return reach.Has(reading.uid) ? SString() : reading.uid + " delivers to nobody";
 }
 
 void Report(const SString& uid, const SString& problem, Numerous* found) {
@@ -94,12 +118,11 @@ void LookAtDeliveries(Findings* findings) {
     SAccountDB accounts;
     const SStringList uids = accounts.AccountUIDList();
     if (uids.IsEmpty()) return;  // LookAtAccounts tells why
-    const std::set<std::string> logins = Logins();
-    const std::set<std::string> reaching = Reaching(&accounts, uids);
+    Reach reach;
     Numerous found("deliveries", findings);
-    for (const SString& uid : uids) {
-        const SString problem = Problem(&accounts, uid, logins, reaching);
-        if (!problem.IsEmpty()) Report(uid, problem, &found);
+    for (const Reading& reading : ReadAll(&accounts, uids, &reach)) {
+        const SString problem = Problem(reading, reach);
+        if (!problem.IsEmpty()) Report(reading.uid, problem, &found);
     }
     found.End("every account delivers to somebody");
 }

@@ -120,10 +120,16 @@ SStringList ActiveServices(SStringList lines) {
     return lines;
 }
 
+SString InetdAlias(const SString& service) {
+    if (service == "smtp") return "mail";
+    return service == "pop3" ? "pop-3" : "";
+}
+
 SStringList InetdConflicts(SStringList lines) {
     const SStringList active = ActiveServices(std::move(lines));
     SStringList names = gstrl_Services;
-    names.Push({"mail", "pop-3"});
+    for (const SString& service : gstrl_Services) names.Push(InetdAlias(service));
+    names.Delete("");
     SStringList conflicts;
     for (const SString& name : names) {
         if (active.Contains(name)) conflicts.Push(name);

@@ -9,6 +9,8 @@
 /// The first words of the lines that are neither blank nor comments. A last line that is a single word
 /// without a line end is no entry to the daemon either.
 SStringList ActiveServices(SStringList lines);
+/// The other name of a service of the mail system's there, "mail" of "smtp"; empty if it has none.
+SString InetdAlias(const SString& service);
 /// Those of them that the mail system takes over, under any of their names.
 SStringList InetdConflicts(SStringList lines);
 /// The lines, with the entries of these services commented out.

@@ -1,7 +1,7 @@
 // Writes a report; the only place that uses the JSON library.
 #include "check/report.h"
+#include "support/text/counted.h"
 
-#include "check/numerous.h"
 
 #include <nlohmann/json.hpp>
 

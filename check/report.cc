@@ -2,7 +2,6 @@
 #include "check/report.h"
 #include "support/text/counted.h"
 
-
 #include <nlohmann/json.hpp>
 
 namespace {

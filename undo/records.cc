@@ -106,8 +106,7 @@ SString Records::KeyOf(const SString& name) const {
 }
 
 Descriptor Records::Open(const SString& file, int flags, SString* fault) const {
-    Descriptor opened =
-        Descriptor::OpenAt(opened_.Get(), file, flags | O_NOFOLLOW | O_NONBLOCK, kOwnerOnly);
+    Descriptor opened = Descriptor::OpenAt(opened_.Get(), file, flags | O_NOFOLLOW | O_NONBLOCK, kOwnerOnly);
     *fault = FileFault(opened);
     return fault->IsEmpty() ? std::move(opened) : Descriptor();
 }

@@ -67,6 +67,9 @@ UndoneRecord::UndoneRecord(const Records& records, const SString& run) {
 }
 
 void UndoneRecord::Begin(const UndoOptions& options) {
+    // After what a killed Undo may have left of a line.
+    const auto status = file_.Stat();
+    if (status && status->st_size > 0) Write("\n");
     Write(Line(OptionsLine("begun", options)));
 }
 

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr int kMostLinks = 40;  // as the kernel
+constexpr int kMostLinks = 40;        // as the kernel
 constexpr mode_t kOthersWrite = 022;  // the group's bits are an access list's mask, too
 
 Descriptor OpenName(const Descriptor& directory, const SString& name) {
@@ -75,7 +75,8 @@ class Walk {
     bool Follow(const Descriptor& link, const struct stat& status) {
         const SString text = TextOf(link);
         errno = ELOOP;
-        if (status.st_uid != 0 || !HoldsTrustedLinks(here_) || ++links_ > kMostLinks || text.IsEmpty()) return false;
+        if (status.st_uid != 0 || !HoldsTrustedLinks(here_) || ++links_ > kMostLinks || text.IsEmpty())
+            return false;
         names_.Insert(NamesIn(text), 0);
         if (text.StartsWith("/")) here_ = OpenRootDirectory();
         return true;

@@ -1,5 +1,5 @@
-// Puts a rewritten host file back, in place, from its backup or from the note of a killed run; then the run's backup
-// and notes go.
+// Puts a rewritten host file back, in place, from its backup or from the note of a killed run; then the run's
+// backup and notes go.
 //
 // It is noted first, as by Install: a killed Undo is finished by another, or by the next Install.
 #include <csignal>
@@ -61,7 +61,8 @@ void FindBackup(const change::HostFileRewritten& change, Sight* sight) {
     const std::optional<Original> backup = place ? OpenAt(*place) : std::nullopt;
     if (!backup) return;
     const bool is_whole = Checksum(backup->bytes) == change.before;
-    const bool is_piece = Checksum(sight->file->bytes) == change.before && IsCutPiece(backup->bytes, sight->file->bytes);
+    const bool is_piece =
+        Checksum(sight->file->bytes) == change.before && IsCutPiece(backup->bytes, sight->file->bytes);
     if (is_whole || is_piece) sight->backup = std::move(place);
     if (is_whole) sight->before = backup->bytes;
 }
@@ -102,7 +103,8 @@ bool IsInetdConf(const SString& path) {
 }
 
 Finding Found(const change::HostFileRewritten& change, const Sight& sight) {
-    const SString putting = "Put " + change.path + " back from " + (sight.backup ? change.backup : "the note beside it");
+    const SString putting =
+        "Put " + change.path + " back from " + (sight.backup ? change.backup : "the note beside it");
     switch (sight.state) {
         case State::AsBefore:
             return {};
@@ -113,20 +115,22 @@ Finding Found(const change::HostFileRewritten& change, const Sight& sight) {
         case State::Edited:
             return {Standing::Changed, change.path + " was edited since; its old text is " + change.backup};
         case State::Gone:
-            return {Standing::Changed, change.path + " is no file any more; its old text is " + change.backup};
+            return {Standing::Changed,
+                    change.path + " is no file any more; its old text is " + change.backup};
         case State::NoText:
-            return {Standing::Changed, change.path + " stays, as its backup " + change.backup +
-                                           " is gone or was changed"};
+            return {Standing::Changed,
+                    change.path + " stays, as its backup " + change.backup + " is gone or was changed"};
         case State::NotOurNote:
-            return {Standing::Unknown, "Another rewrite of " + change.path + " was cut short: take that run back first"};
+            return {Standing::Unknown,
+                    "Another rewrite of " + change.path + " was cut short: take that run back first"};
         case State::Unknown:
             break;
     }
     return {Standing::Unknown, change.path + " or the note beside it cannot be read"};
 }
 
-/// From here on the file may be a piece of either text. A note that says that the file has its new text is no longer
-/// true then.
+/// From here on the file may be a piece of either text. A note that says that the file has its new text is no
+/// longer true then.
 bool Announce(const Sight& sight) {
     const auto& rewrite = sight.note.rewrite;
     if (rewrite && !sight.note.is_written && rewrite->after == sight.before) return true;
@@ -184,7 +188,8 @@ TakenBack TakeBack(const change::HostFileRewritten& change, const UndoneRun& /*r
     if (sight.state != State::AsLeft && sight.state != State::LeftOvers) return {};
     if (sight.state == State::LeftOvers) sight.before = sight.file->bytes;
     TakenBack taken;
-    if (!IsPutBack(sight)) return {false, change.path + " could not be put back; its old text is " + change.backup};
+    if (!IsPutBack(sight))
+        return {false, change.path + " could not be put back; its old text is " + change.backup};
     if (sight.state == State::AsLeft || sight.note.rewrite) HangUpInetd(change.path, &taken);
     RemoveLeftOvers(change, sight, &taken);
     return taken;

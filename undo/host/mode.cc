@@ -20,7 +20,8 @@ Finding Compare(const change::ModeSet& change, const Descriptor& directory) {
         return {Standing::AsLeft, "Give " + change.path + " its mode " + Octal(change.before.bits) + " back"};
     }
     return {Standing::Changed, "The mode of " + change.path + " is " + Octal(now) + " by now; it was " +
-                                   Octal(change.before.bits) + ", and the run made it " + Octal(change.after.bits)};
+                                   Octal(change.before.bits) + ", and the run made it " +
+                                   Octal(change.after.bits)};
 }
 
 }  // namespace

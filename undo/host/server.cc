@@ -14,8 +14,8 @@
 
 namespace {
 
-/// The unit that a process of the mail system is the service of; empty if there is none. One that merely was started
-/// from within a unit, as Install may have been, is not managed by that.
+/// The unit that a process of the mail system is the service of; empty if there is none. One that merely was
+/// started from within a unit, as Install may have been, is not managed by that.
 SString ManagingUnit(const SStringList& processes) {
     const AsRoot root;
     for (const SString& process : processes) {

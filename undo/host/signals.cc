@@ -1,5 +1,5 @@
-// Servers that were stopped: systemd's units are started where that is asked for, the others are named. What was told
-// to read its configuration again is told once more with that configuration's own way back.
+// Servers that were stopped: systemd's units are started where that is asked for, the others are named. What
+// was told to read its configuration again is told once more with that configuration's own way back.
 #include "install/host/probes.h"
 #include "undo/host/stopped_servers.h"
 #include "undo/host/units.h"

@@ -1,4 +1,5 @@
-// The servers that a signal stopped, as the administrator is told of them: each once, however many processes it had.
+// The servers that a signal stopped, as the administrator is told of them: each once, however many processes
+// it had.
 #pragma once
 
 #include "undo/way_back.h"

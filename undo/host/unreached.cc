@@ -8,7 +8,8 @@ bool IsGone() {
 }
 
 Finding Unreached(const SString& path) {
-    if (errno == ELOOP) return {Standing::Unknown, "On the way to " + path + " is a link that others could change"};
+    if (errno == ELOOP)
+        return {Standing::Unknown, "On the way to " + path + " is a link that others could change"};
     if (IsGone()) return {Standing::Changed, path + " is gone"};
     return {Standing::Unknown, path + " cannot be looked at: " + strerror(errno)};
 }

@@ -8,7 +8,7 @@
 
 namespace {
 
-SString Ending(const Run& run) {
+SString Ending(const RecordedRun& run) {
     if (!run.status) return "killed or not recorded to the end";
     return *run.status == 0 ? SString("complete") : "ended with status " + SString(*run.status);
 }
@@ -19,7 +19,7 @@ SString Fate(const Undone& undone) {
 }
 
 bool ListRun(const Records& records, const SString& name) {
-    const Run run = records.Read(name);
+    const RecordedRun run = records.Read(name);
     if (!run.fault.IsEmpty()) {
         Print(name + ": refused: " + Printable(run.fault) + "\n");
         return false;
@@ -31,7 +31,7 @@ bool ListRun(const Records& records, const SString& name) {
 
 }  // namespace
 
-SString Described(const Run& run) {
+SString Described(const RecordedRun& run) {
     return PlainTimeOf(run.name) + ", " + Ending(run);
 }
 
@@ -43,7 +43,7 @@ bool ListRuns(const Records& records) {
 
 bool ListChanges(const Records& records, const SString& name) {
     if (!ListRun(records, name)) return false;
-    const Run run = records.Read(name);
+    const RecordedRun run = records.Read(name);
     for (const Entry& entry : EntriesOf(run.changes)) {
         Print("    " + entry.time.S("T", " ").S("Z$", "") + "  " + InWords(entry) + "\n");
     }

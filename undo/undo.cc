@@ -66,7 +66,7 @@ void TellLaterRuns(const Records& records, const SString& name) {
     if (!later.IsEmpty()) Tell("Later runs are not taken back: " + later.Join(", ") + ".");
 }
 
-void TellHowItEnded(const Run& run) {
+void TellHowItEnded(const RecordedRun& run) {
     if (run.is_cut) Tell("The record ends in the middle of a line, which is left out.");
     if (!run.status) {
         Tell(
@@ -131,7 +131,7 @@ int Report(const Outcome& outcome, const UndoneRecord& record) {
     return kNothingLeft;
 }
 
-int TakeBackRun(const Records& records, const Run& read, const Options& options) {
+int TakeBackRun(const Records& records, const RecordedRun& read, const Options& options) {
     std::vector<Change> changes;
     for (const TimedChange& timed : read.changes) changes.push_back(timed.change);
     const UndoneRun run{records.KeptOf(read.name),
@@ -164,7 +164,7 @@ int GoBackFrom(const Records& records, const Options& options) {
                        "Undo RUN, of those that Undo --list shows.");
         return kNothingLeft;
     }
-    const Run run = records.Read(name);
+    const RecordedRun run = records.Read(name);
     if (!run.fault.IsEmpty())
         return Refuse("The record of the run " + name + " is refused: " + run.fault + ".");
     if (!DetermineOwner()) return kNothingDone;

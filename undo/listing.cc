@@ -13,9 +13,14 @@ SString Ending(const RecordedRun& run) {
     return *run.status == 0 ? SString("complete") : "ended with status " + SString(*run.status);
 }
 
+/// "2026-11-22 17:04:05"
+SString Plain(const SString& time) {
+    return time.S("T", " ").S("Z$", "");
+}
+
 SString Fate(const Undone& undone) {
     if (!undone.is_begun) return "not taken back";
-    return undone.finished.IsEmpty() ? SString("taken back in part") : "taken back " + undone.finished;
+    return undone.finished.IsEmpty() ? SString("taken back in part") : "taken back " + Plain(undone.finished);
 }
 
 bool ListRun(const Records& records, const SString& name) {
@@ -45,7 +50,7 @@ bool ListChanges(const Records& records, const SString& name) {
     if (!ListRun(records, name)) return false;
     const RecordedRun run = records.Read(name);
     for (const Entry& entry : EntriesOf(run.changes)) {
-        Print("    " + entry.time.S("T", " ").S("Z$", "") + "  " + InWords(entry) + "\n");
+        Print("    " + Plain(entry.time) + "  " + InWords(entry) + "\n");
     }
     if (run.is_cut) Print("    the record ends in the middle of a line\n");
     return true;

@@ -148,7 +148,8 @@ TEST(UndoneRecord, IsNotWrittenOverALink) {
     const TemporaryFolder folder;
     folder.Write("target", "text", 0600);
     ASSERT_EQ(symlink("target", (folder / (SString(kName) + ".undone")).CString()), 0);
-    UndoneRecord record(Records(folder / "."), kName);
+    const Records records(folder / ".");
+    UndoneRecord record(records, kName);
     record.Begin({});
     EXPECT_FALSE(record.IsWhole());
     EXPECT_EQ(MapFileRead(folder / "target"), "text");

@@ -14,7 +14,7 @@ change::ProcessesSignalled Signalled(const SString& signal) {
              {4712, "qpopper", {"qpopper", "-s"}, "qpopper.service"},
              {4713, "sendmail", {"sendmail: accepting"}, ""},
              {4714, "sendmail", {"sendmail: accepting"}, ""},
-             {4715, "fingerd", {}, ""}}};
+             {4715, "fingerd", {}, "--odd;.service"}}};
 }
 
 TEST(StoppedServersOf, TellsEachOnce) {

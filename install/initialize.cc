@@ -1,4 +1,5 @@
 // Sets the paths of the host's files and the services that the mail system takes over.
+#include "install/record/record.h"
 #include "install/settings.h"
 #include "install/steps.h"
 #include "support/system/file.h"
@@ -19,12 +20,15 @@ void AddService(const SString& name, const SString& port) {
 }  // namespace
 
 bool Initialize() {
+    gstr_Runs = "/var/lib/tern.harbor-install/runs";
+    NameRecord(gstr_Runs);
     gstr_PasswdFile = "/etc/passwd";
     gstr_InetdConf = Resolved("/etc/inetd.conf");
     gstr_ServicesFile = Resolved("/etc/services");
     gstr_MaildropDir = "/var/spool/mail/";
     gstr_Sendmail = "/usr/lib/sendmail";
     gstr_SendmailCF = "/etc/sendmail.cf";
+    gstr_Runs = "/var/lib/tern.harbor-install/runs";
     AddService("smtp", "25");
     AddService("pop3", "110");
     AddService("finger", "79");

@@ -24,12 +24,14 @@ SString gstr_MailGroup;
 int32_t gn_MailUID = 0;
 int32_t gn_MailGID = 0;
 
+SString gstr_Runs;
 SString gstr_PasswdFile;
 SString gstr_InetdConf;
 SString gstr_ServicesFile;
 SString gstr_MaildropDir;
 SString gstr_Sendmail;
 SString gstr_SendmailCF;
+SString gstr_Runs;
 SStringList gstrl_Services;
 SStringList gstrl_ServicePorts;
 

@@ -15,12 +15,14 @@ TEST(Initialize, SetsTheHostsFilesAndServices) {
     gstrl_Services.Reset();
     gstrl_ServicePorts.Reset();
     EXPECT_TRUE(Initialize());
+    EXPECT_EQ(gstr_Runs, "/var/lib/tern.harbor-install/runs");
     EXPECT_EQ(gstr_PasswdFile, "/etc/passwd");
     EXPECT_EQ(gstr_InetdConf, Expected("/etc/inetd.conf"));
     EXPECT_EQ(gstr_ServicesFile, Expected("/etc/services"));
     EXPECT_EQ(gstr_MaildropDir, "/var/spool/mail/");
     EXPECT_EQ(gstr_Sendmail, "/usr/lib/sendmail");
     EXPECT_EQ(gstr_SendmailCF, "/etc/sendmail.cf");
+    EXPECT_EQ(gstr_Runs, "/var/lib/tern.harbor-install/runs");
     EXPECT_EQ(gstrl_Services, SStringList({"smtp", "pop3", "finger"}));
     EXPECT_EQ(gstrl_ServicePorts, SStringList({"25", "110", "79"}));
 }

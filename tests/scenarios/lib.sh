@@ -231,7 +231,7 @@ checksum() { sha256sum "$1" | cut -d" " -f1; }
 # each. The host before is in /tmp/before.
 take_over() {
     mkdir /tmp/before
-    chmod 1777 /var/mail
+    chmod 01777 /var/mail
     printf '%s\n' 'smtp stream tcp nowait root /usr/sbin/tcpd in.smtpd' 'echo stream tcp nowait root internal' >/etc/inetd.conf
     echo 'the old sendmail' >/usr/lib/sendmail
     cp -a /etc/inetd.conf /usr/lib/sendmail /tmp/before

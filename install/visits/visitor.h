@@ -71,7 +71,6 @@ class Visitor {
     void Skip(SString* path, const SString& reminder);
     void Remind(const SString& reminder);
 
-    SString host_;
     VisitWork work_;
     SString host_;  // empty for other work
     std::chrono::milliseconds patience_;

@@ -72,7 +72,6 @@ class Visitor {
     void Remind(const SString& reminder);
 
     VisitWork work_;
-    SString host_;  // empty for other work
     std::chrono::milliseconds patience_;
     std::unique_ptr<Child> child_;  // null after Stop, and where the system gives no process
     std::deque<VisitRequest> requests_;

@@ -225,6 +225,11 @@ recorded() {
     chmod 600 "$RECORDS/$RUN"
 }
 
+# mask_runs: Undo's output, what differs from run to run masked.
+mask_runs() {
+    sed -E 's/[0-9]{8}T[0-9]{6}Z-[0-9]+/RUN/g; s/20[0-9]{2}-[0-9-]+ [0-9:]{8}/TIME/; s/[0-9]{20}\.(A[A-C])[0-9]+/STAMP.\1/'
+}
+
 checksum() { sha256sum "$1" | cut -d" " -f1; }
 
 # The changes of a run that took everything over from other servers, as the record has them, made on the host: a line
@@ -259,6 +264,12 @@ record_take_over() {
     take_over >/tmp/changes
     mapfile -t CHANGES </tmp/changes
     recorded "${CHANGES[@]}"
+}
+
+# same_config: the databases are as those in /tmp/before, with owners, modes and all bytes.
+same_config() {
+    diff -r "$DATA/config" /tmp/before
+    is "owners and modes" "$(cd "$DATA/config" && stat -c '%n %U %G %a' -- *)" "$(cd /tmp/before && stat -c '%n %U %G %a' -- *)"
 }
 
 # is_as_before: that host is again as it was.

@@ -23,7 +23,7 @@ Finding LookAt(const MaildropsGiven& change, const UndoneRun& /*run*/) {
     const auto count = static_cast<size_t>(std::ranges::count_if(change, HasWork));
     if (count > 0) {
         return {Standing::AsLeft,
-                "Give " + Counted(count, "maildrop") + " back the owner and mode of before"};
+                "Put owner and mode of " + Counted(count, "maildrop") + " back as they were"};
     }
     SStringList paths;
     for (const auto& given : change) paths.Push(Printable(given.path));

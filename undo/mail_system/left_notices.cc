@@ -18,11 +18,9 @@ NoticeOfRun NoticeOf(const NoticesLeft& change, const UndoneRun& run) {
             TimeOfUniversal(run.next).value_or(kNever)};
 }
 
-/// Reads the host's logins once, as there may be a change for every few hundred homes.
-std::optional<Identity> Find(const change::Home& home) {
-    static LoginIndex logins;
-    logins.Refresh();
-    auto user = logins.Find(home.login);
+/// As the login is now; nothing if it is gone, or another's.
+std::optional<Identity> Find(const change::Home& home, LoginIndex* logins) {
+    auto user = logins->Find(home.login);
     return user && user->uid == home.uid ? user : std::nullopt;
 }
 
@@ -44,8 +42,10 @@ class Removal {
 
 Removal::Removal(const NoticesLeft& change, const UndoneRun& run) {
     const NoticeOfRun notice = NoticeOf(change, run);
+    LoginIndex logins;
+    logins.Refresh();
     for (const change::Home& home : change.homes) {
-        if (const auto user = Find(home)) {
+        if (const auto user = Find(home, &logins)) {
             homes_.push_back(&home);
             requests_.push_back(ToRemoveNotice(home.path, *user, notice));
         } else {

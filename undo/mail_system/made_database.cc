@@ -26,8 +26,8 @@ bool IsThere(const DatabaseMade& change, const SString& database) {
 }
 
 bool WillHaveAccounts(const DatabaseMade& change, const SString& database, const UndoneRun& run) {
-    return change.table.IsEmpty() && database == kAccounts && !run.options.accounts &&
-           !IsEmptyDatabase(database);
+    const bool will_go = run.options.accounts && !run.key.IsEmpty();
+    return change.table.IsEmpty() && database == kAccounts && !will_go && !IsEmptyDatabase(database);
 }
 
 }  // namespace
@@ -48,6 +48,6 @@ TakenBack TakeBack(const DatabaseMade& change, const UndoneRun& /*run*/) {
     const Removal removal =
         change.table.IsEmpty() ? RemoveEmptyDatabase(database) : RemoveEmptyTable(database, change.table);
     if (removal == Removal::Removed) return {};
-    if (removal == Removal::NotEmpty) return {true, "In " + What(change) + " more is stored: it stays"};
+    if (removal == Removal::NotEmpty) return {true, What(change) + " holds more by now, and stays"};
     return {false, What(change) + " could not be removed: it is in use, or may not be written"};
 }

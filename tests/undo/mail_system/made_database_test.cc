@@ -23,7 +23,7 @@ TEST_F(MadeDatabase, GoesWithItsTable) {
     const change::DatabaseMade file = {Path("Web"), ""};
     const change::DatabaseMade table = {Path("Web"), "/Config"};
     EXPECT_EQ(LookAt(file, run_).text, "Remove " + Path("Web") + ", if nothing else is stored there");
-    EXPECT_EQ(TakeBack(file, run_).left, "In " + Path("Web") + " more is stored: it stays");
+    EXPECT_EQ(TakeBack(file, run_).left, Path("Web") + " holds more by now, and stays");
     EXPECT_EQ(LookAt(table, run_).standing, Standing::AsLeft);
     Put("Socket", {});
     EXPECT_TRUE(TakeBack(table, run_).left.IsEmpty());
@@ -40,7 +40,7 @@ TEST_F(MadeDatabase, WithASettingStays) {
     Put("Socket", "80");
     const change::DatabaseMade table = {Path("Web"), "/Config"};
     EXPECT_EQ(TakeBack(table, run_).left,
-              "In the table /Config of " + Path("Web") + " more is stored: it stays");
+              "the table /Config of " + Path("Web") + " holds more by now, and stays");
     Sdbfile file("Web", 0);
     EXPECT_TRUE(file.Open("/Config", 0));
     EXPECT_EQ(file.Get("Socket"), "80");
@@ -51,6 +51,8 @@ TEST_F(MadeDatabase, OfAccountsGoesOnceItHasNone) {
     const change::DatabaseMade change = {site_.Path(), ""};
     EXPECT_EQ(LookAt(change, run_).standing, Standing::Kept);
     run_.options.accounts = true;
+    EXPECT_EQ(LookAt(change, run_).standing, Standing::Kept);  // without the key none is taken back
+    run_.key = "the key";
     EXPECT_EQ(LookAt(change, run_).standing, Standing::AsLeft);
     EXPECT_EQ(TakeBack(change, run_).left.Count(), 1U);
     EXPECT_EQ(site_.Uids(), "Anna");

@@ -68,7 +68,7 @@ TEST_F(UserVisits, GiveMaildropsBack) {
     MaildropsGiven change = {Maildrop("anna", {0, 0, {0600}, ""}), Maildrop("bruno", {33, 33, {0644}, ""}),
                              Maildrop("clara", {2001, 8, {0640}, ""})};
     chmod((folder_ / "clara").CString(), 0644);
-    EXPECT_EQ(LookAt(change, run_).text, "Give 2 maildrops back the owner and mode of before");
+    EXPECT_EQ(LookAt(change, run_).text, "Put owner and mode of 2 maildrops back as they were");
     const TakenBack taken = TakeBack(change, run_);
     EXPECT_TRUE(taken.is_whole);
     EXPECT_EQ(taken.left, SStringList({"Not given back, as it belonged to neither root nor its user: " +

@@ -1,8 +1,10 @@
-// What a run changes on the host, as its record keeps it: what it takes to tell later whether a change is still as
-// the run left it, and to take it back. Each kind lists its fields once, for the writer and the reader (text.h).
+// What a run changes on the host, as its record keeps it: what it takes to tell later whether a change is
+// still as the run left it, and to take it back. Each kind lists its fields once, for the writer and the
+// reader (text.h).
 //
-// Paths and names are other people's bytes, kept as they are. Checksums and digests are SHA-256 in hexadecimal.
-// A change is recorded before it is made: a run that was killed may have made all of it, a part, or nothing.
+// Paths and names are other people's bytes, kept as they are. Checksums and digests are SHA-256 in
+// hexadecimal. A change is recorded before it is made: a run that was killed may have made all of it, a part,
+// or nothing.
 #pragma once
 
 #include <sys/types.h>
@@ -21,8 +23,8 @@ struct Mode {
     bool operator==(const Mode&) const = default;
 };
 
-/// Who may do what with a file. The access list is the raw value of "system.posix_acl_access", in hexadecimal;
-/// empty where there is none.
+/// Who may do what with a file. The access list is the raw value of "system.posix_acl_access", in
+/// hexadecimal; empty where there is none.
 struct Access {
     uid_t owner = 0;
     gid_t group = 0;
@@ -80,9 +82,9 @@ struct HostFileRewritten {
 struct LinkMade {
     static constexpr const char* kKind = "link";
     SString path;
-    SString link;      // its text
-    SString backup;    // what stood there was renamed to this; empty: nothing to keep
-    SString old_link;  // the text of the dangling link that was removed; empty: there was none
+    SString link;         // its text
+    SString backup;       // what stood there was renamed to this; empty: nothing to keep
+    SString old_link;     // the text of the dangling link that was removed; empty: there was none
     uid_t old_owner = 0;  // of that
     gid_t old_group = 0;
 
@@ -104,12 +106,13 @@ struct KeptFile {
     }
 };
 
-/// The new version of a module database, FILE.install, gets the site's settings; then it is exchanged for FILE.
+/// The new version of a module database, FILE.install, gets the site's settings; then it is exchanged for
+/// FILE.
 struct DatabasePrepared {
     static constexpr const char* kKind = "database prepared";
-    SString file;           // FILE
-    KeptFile new_version;   // FILE.install, as it was delivered
-    uint64_t device = 0;    // of FILE.install, which tell it from one that was delivered since
+    SString file;          // FILE
+    KeptFile new_version;  // FILE.install, as it was delivered
+    uint64_t device = 0;   // of FILE.install, which tell it from one that was delivered since
     uint64_t inode = 0;
     KeptFile older_backup;  // FILE.backup, which the exchange replaces
 
@@ -124,7 +127,8 @@ struct DatabasePrepared {
 struct DatabaseExchanged {
     static constexpr const char* kKind = "database exchanged";
     SString file;
-    SString before;  // digests of the settings in FILE and FILE.install (install/mail_system/settings_digest.h)
+    SString
+        before;  // digests of the settings in FILE and FILE.install (install/mail_system/settings_digest.h)
     SString after;
 
     template <typename Io>
@@ -155,12 +159,13 @@ struct SettingChanged {
 
     template <typename Io>
     void Fields(Io& io) {
-        io("database", database), io("table", table), io("key", key), io("before", before), io("after", after);
+        io("database", database), io("table", table), io("key", key), io("before", before),
+            io("after", after);
     }
 };
 
-/// An account, and a digest of its fields (install/accounts/account_digest.h), keyed by the file "key" beside the
-/// record, as a digest of a password could be guessed.
+/// An account, and a digest of its fields (install/accounts/account_digest.h), keyed by the file "key" beside
+/// the record, as a digest of a password could be guessed.
 struct Account {
     SString uid;
     SString digest;
@@ -195,9 +200,9 @@ struct AccountEdited {
 
 struct MessageQueued {
     static constexpr const char* kKind = "message";
-    SString control;        // paths
-    SStringList text;       // header and body, of a mail
-    SString digest;         // of the control file's bytes, keyed as an account's
+    SString control;   // paths
+    SStringList text;  // header and body, of a mail
+    SString digest;    // of the control file's bytes, keyed as an account's
 
     template <typename Io>
     void Fields(Io& io) {
@@ -294,6 +299,7 @@ struct RunEnded {
 
 using Change =
     std::variant<change::DirectoryMade, change::ModeSet, change::HostFileRewritten, change::LinkMade,
-                 change::DatabasePrepared, change::DatabaseExchanged, change::DatabaseMade, change::SettingChanged,
-                 change::AccountsMade, change::AccountEdited, change::MessageQueued, change::NoticesLeft,
-                 change::MaildropGiven, change::ProcessesSignalled, change::ServerStarted, change::RunEnded>;
+                 change::DatabasePrepared, change::DatabaseExchanged, change::DatabaseMade,
+                 change::SettingChanged, change::AccountsMade, change::AccountEdited, change::MessageQueued,
+                 change::NoticesLeft, change::MaildropGiven, change::ProcessesSignalled,
+                 change::ServerStarted, change::RunEnded>;

@@ -1,6 +1,6 @@
-// A change as a line of JSON, readable with a pager, and back. Bytes that are no UTF-8, and the control characters
-// that JSON leaves as they are (U+007F to U+009F), are written as a backslash, "x" and two hexadecimal digits, a
-// backslash itself twice: so every string comes back as it was.
+// A change as a line of JSON, readable with a pager, and back. Bytes that are no UTF-8, and those of
+// characters that a terminal does not show (controls, line separators, marks of direction), are written as a
+// backslash, "x" and two hexadecimal digits, a backslash itself twice: so every string comes back as it was.
 #pragma once
 
 #include <optional>
@@ -14,7 +14,7 @@ struct TimedChange {
 
 /// With the line end: {"time":"...","kind":"mode","path":"/var/mail/",...}
 SString LineOf(const TimedChange& timed);
-/// Nothing unless the line is a change with all of its fields.
+/// Of a line with or without its end. Nothing unless LineOf could have written it.
 std::optional<TimedChange> ChangeFrom(const SString& line);
 
 /// The first line of a record of this format.

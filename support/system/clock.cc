@@ -29,6 +29,13 @@ SString RFC822Date() {
     return FormatTime("%a, %d %b %Y %H:%M:%S %z", local);
 }
 
+SString UniversalTime() {
+    const time_t now = time(nullptr);
+    tm universal{};
+    gmtime_r(&now, &universal);
+    return FormatTime("%Y-%m-%dT%H:%M:%SZ", universal);
+}
+
 SString MessageIdDate() {
     constexpr int64_t kMicrosecondsPerSecond = 1000000;
     static int64_t last = 0;

@@ -7,14 +7,16 @@ changing_calls=write,pwrite64,openat,rename,renameat,renameat2,unlink,unlinkat,l
 changing_calls+=,rmdir,chmod,fchmod,fchmodat,chown,fchown,lchown,fchownat,fsetxattr,setxattr,fremovexattr,ftruncate
 changing_calls+=,fallocate,sendto,kill
 failures=0
+follow=(-f --seccomp-bpf)    # none: where the program leaves a server behind, which would be waited for
 
 # kill_points COMMAND...: runs it, and prints "CALL NUMBER" for each such call, counted as strace counts: by process and
 # call. What is written to the screen or in memory changes nothing, nor does an open that makes no file.
 kill_points() {
-    strace -qq -f --seccomp-bpf -y -o /tmp/trace -e "trace=$changing_calls" -e signal=none "$@" >/tmp/screen 2>&1
+    strace -qq "${follow[@]}" -y -o /tmp/trace -e "trace=$changing_calls" -e signal=none "$@" >/tmp/screen 2>&1
     awk '
-        { call = $2; sub(/\(.*/, "", call) }
+        $1 !~ /^[0-9]+$/ { $0 = "0 " $0 }
         $2 !~ /^[a-z0-9]+\(/ { next }
+        { call = $2; sub(/\(.*/, "", call) }
         { number[$1, call]++ }
         call == "openat" && !/O_CREAT/ { next }
         call ~ /^(p?write|ftruncate|fallocate)/ && !/^[0-9]+ +[a-z0-9]+\([0-9]+<\/(etc|var|home|usr|opt|srv|root)\// { next }
@@ -25,7 +27,7 @@ kill_points() {
 killed() {
     local call=$1 number=$2
     shift 2
-    strace -qq -f --seccomp-bpf -o /tmp/trace -e "trace=$call" -e "inject=$call:signal=KILL:when=$number" "$@" \
+    strace -qq "${follow[@]}" -o /tmp/trace -e "trace=$call" -e "inject=$call:signal=KILL:when=$number" "$@" \
         >/tmp/screen 2>&1
 } 2>/dev/null    # the shell has its say about a killed process
 
@@ -86,4 +88,6 @@ undo_is_killed() {
 }
 
 # So that a change of what is traced is noticed.
-few_points() { [ "$(wc -l </tmp/points)" -ge "${points_at_least:?}" ] || echo "only $(wc -l </tmp/points) calls"; }
+few_points() {
+    [ "$(wc -l </tmp/points)" -ge "${points_at_least:?}" ] || echo "only $(wc -l </tmp/points) calls"
+}

@@ -1,4 +1,5 @@
 // Sets the paths of the host's files and the services that the mail system takes over.
+#include "install/record/record.h"
 #include "install/settings.h"
 #include "install/steps.h"
 #include "support/system/file.h"
@@ -19,6 +20,8 @@ void AddService(const SString& name, const SString& port) {
 }  // namespace
 
 bool Initialize() {
+    gstr_Runs = "/var/lib/tern.harbor-install/runs";
+    NameRecord(gstr_Runs);
     gstr_PasswdFile = "/etc/passwd";
     gstr_InetdConf = Resolved("/etc/inetd.conf");
     gstr_ServicesFile = Resolved("/etc/services");

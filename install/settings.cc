@@ -24,6 +24,7 @@ SString gstr_MailGroup;
 int32_t gn_MailUID = 0;
 int32_t gn_MailGID = 0;
 
+SString gstr_Runs;
 SString gstr_PasswdFile;
 SString gstr_InetdConf;
 SString gstr_ServicesFile;

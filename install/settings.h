@@ -29,6 +29,7 @@ extern int32_t gn_MailUID;       // its user id
 extern int32_t gn_MailGID;       // its primary group's id
 
 // --- the host's files and services, set by Initialize
+extern SString gstr_Runs;               // "/var/lib/tern.harbor-install/runs": the records of runs
 extern SString gstr_PasswdFile;         // "/etc/passwd"
 extern SString gstr_InetdConf;          // "/etc/inetd.conf", links resolved
 extern SString gstr_ServicesFile;       // "/etc/services", links resolved

@@ -9,6 +9,7 @@
 #include "install/console.h"
 #include "install/one_copy.h"
 #include "install/process_state.h"
+#include "install/record/record.h"
 #include "install/sentences.h"
 #include "install/settings.h"
 #include "install/signals.h"
@@ -63,5 +64,7 @@ bool StartUp() {
 }
 
 int Main() {
-    return StartUp() && FullInstall() ? kComplete : kStopped;
+    const int status = StartUp() && FullInstall() ? kComplete : kStopped;
+    EndRecord(status);
+    return status;
 }

@@ -5,8 +5,10 @@
 #include <chrono>
 #include <utility>
 
+#include "install/accounts/account_batch.h"
 #include "install/console.h"
 #include "install/critical_section.h"
+#include "install/record/record.h"
 #include "support/text/printable.h"
 
 namespace {
@@ -65,6 +67,7 @@ void AccountLoop::Run(std::deque<Candidate> candidates) {
 void AccountLoop::RunOne(const Candidate& candidate) {
     logins_.Refresh();
     if (!Send(candidate)) return;
+    RecordNotices();
     Print(LineBeginning(candidate));
     Visits visits = {*Take()};
     Print(AlertText(visits.front()));
@@ -97,6 +100,9 @@ bool AccountLoop::Send(const Candidate& candidate) {
     if (user && IsFileName(candidate.login)) {
         request = {MaildropPath(candidate.login), candidate.home, *user};
     }
+    if (!request.home.IsEmpty() && IsRecording()) {
+        homes_.push_back({candidate.login, candidate.home, user->uid, user->gid});
+    }
     visitor_->Send(std::move(request));
     sent_.push_back({candidate, user.has_value()});
     return true;
@@ -107,6 +113,7 @@ void AccountLoop::SendAhead(std::deque<Candidate>* candidates) {
     if (sent_.size() > ahead_ / 2 || candidates->empty()) return;
     logins_.Refresh();
     while (sent_.size() < ahead_ && !candidates->empty()) Send(TakeFirst(candidates));
+    RecordNotices();
     visitor_->Transmit();
 }
 
@@ -114,6 +121,13 @@ void AccountLoop::SendAhead(std::deque<Candidate>* candidates) {
 void AccountLoop::SendAgain() {
     logins_.Refresh();
     for (const Sent& sent : std::exchange(sent_, {})) Send(sent.candidate);
+    RecordNotices();
+}
+
+/// In one line, before the visitor hears of any.
+void AccountLoop::RecordNotices() {
+    if (homes_.empty()) return;
+    RecordWithoutSync(change::NoticesLeft{visitor_->Host(), std::exchange(homes_, {})});
 }
 
 /// Homes are visited before the transaction: a slow file server must not hold the lock.
@@ -170,7 +184,7 @@ void AccountLoop::MakeAccounts(Make make, Visits* visits) {
 /// All accounts in one transaction. False if a refusal rolled it back. True if the lock could not be had:
 /// each login alone would wait 5 s for it again.
 bool AccountLoop::WriteTogether(Visits* visits) {
-    AccountTransaction transaction;
+    AccountBatch transaction;
     MakeAccounts(MakeAccountInBatch, visits);
     return transaction.Commit() || !transaction.IsOpen();
 }

@@ -7,6 +7,7 @@
 #include "install/accounts/account_results.h"
 #include "install/accounts/login_index.h"
 #include "install/accounts/new_account.h"
+#include "install/record/change.h"
 #include "install/visits/visitor.h"
 
 /// Without ids, which are looked up shortly before the visit (LoginIndex): the password file may be another
@@ -63,6 +64,7 @@ class AccountLoop {
     static bool WriteTogether(Visits* visits);
     void Write(Visits* visits);
     void Record(const Visit& visit);
+    void RecordNotices();
 
     SString LineBeginning(const Candidate& candidate) const;
     SString AlertText(const Visit& visit) const;
@@ -71,7 +73,8 @@ class AccountLoop {
     Visitor* visitor_;
     AccountResults* results_;
     LoginIndex logins_;
-    std::deque<Sent> sent_;  // to the visitor, not answered yet
+    std::vector<change::Home> homes_;  // of those that the visitor has not got yet, for the record
+    std::deque<Sent> sent_;            // to the visitor, not answered yet
     static constexpr size_t kLeastAhead = 20;
     size_t ahead_ = kLeastAhead;  // how many may be sent: more where they are answered fast
 };

@@ -1,6 +1,10 @@
 // Writes a new account's fields and its lock.
 #include "install/accounts/create_account.h"
 
+#include "install/accounts/account_batch.h"
+#include "install/accounts/account_digest.h"
+#include "install/record/record.h"
+
 bool CreateAccount(const SString& uid, const AccountFields& fields, AccountLock lock, size_t* refused) {
     SAccountDBMod accounts;
     SAccountMod account;
@@ -11,5 +15,7 @@ bool CreateAccount(const SString& uid, const AccountFields& fields, AccountLock 
         if (refused != nullptr) *refused = i;
         return false;
     }
-    return lock == AccountLock::Open || account.Lock() != 0;
+    if (lock == AccountLock::Locked && account.Lock() == 0) return false;
+    if (IsRecording()) AccountBatch::Note({uid, AccountDigest(RecordKey(), fields, lock)});
+    return true;
 }

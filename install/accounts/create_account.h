@@ -1,7 +1,7 @@
 // Creates an account: the only way that the special accounts, the users, Postmaster and Root get theirs.
 //
-//     AccountTransaction transaction;
-//     if (CreateAccount("Jones_Smith", {{"Name", "Jones Smith"}}, AccountLock::Open)) transaction.Commit();
+//     AccountBatch batch;
+//     if (CreateAccount("Jones_Smith", {{"Name", "Jones Smith"}}, AccountLock::Open)) batch.Commit();
 #pragma once
 
 #include <vector>
@@ -16,7 +16,7 @@ using AccountFields = std::vector<AccountField>;
 
 enum class AccountLock { Open, Locked };
 
-/// Creates the account within the caller's transaction, its fields in order, then its lock. False if the
+/// Creates the account within the caller's batch, its fields in order, then its lock. False if the
 /// database refused any of it or the account exists, which is never overwritten. If a field was refused,
 /// *refused (unless null) is set to its index.
 bool CreateAccount(const SString& uid, const AccountFields& fields, AccountLock lock,

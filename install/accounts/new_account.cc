@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "install/accounts/account_batch.h"
 #include "install/accounts/create_account.h"
 #include "support/mail/address.h"
 
@@ -56,7 +57,7 @@ AccountOutcome Create(const NewAccount& account, size_t count, size_t* refused, 
 
 AccountOutcome CreateAlone(const NewAccount& account, size_t count, size_t* refused,
                            SString* uid_and_password) {
-    AccountTransaction transaction;
+    AccountBatch transaction;
     const AccountOutcome outcome = Create(account, count, refused, uid_and_password);
     const bool is_committed = transaction.Commit();
     return outcome == AccountOutcome::Created && !is_committed ? AccountOutcome::Failed : outcome;

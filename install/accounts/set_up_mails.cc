@@ -2,7 +2,9 @@
 #include "install/accounts/set_up_mails.h"
 
 #include "install/accounts/results_mail.h"
+#include "install/record/record.h"
 #include "install/visits/forward_notice.h"
+#include "support/mail/field_text.h"
 #include "support/mail/queue.h"
 #include "support/system/clock.h"
 #include "support/system/environment.h"
@@ -25,7 +27,21 @@ SString MessageId(const char* tag, const SString& host) {
     return "Message-ID: <" + MessageIdDate() + tag + "@" + host + ">";
 }
 
+/// Before any of its files is made.
+void Record(const SControl& control, const SStringList& text) {
+    const auto bytes = IsRecording() ? FieldText(control, "\n") : std::nullopt;
+    if (bytes) RecordChange(change::MessageQueued{control.Path(), text, KeyedChecksum(RecordKey(), *bytes)});
+}
+
+void QueueRequest(const SString& stem, SControl* control) {
+    control->PutFilename(stem);
+    Record(*control, {});
+    static_cast<void>(control->Write(stem));
+}
+
 bool WriteMail(const SString& stem, const SString& header, const SString& body, SControl* control) {
+    control->PutFilename(stem);
+    Record(*control, {control->HeaderPath(), control->BodyPath()});
     if (!control->Prepare(stem)) return false;
     PendingFile header_file(control->HeaderPath());
     PendingFile body_file(control->BodyPath());
@@ -47,7 +63,7 @@ void QueueGreetingRequest(const SStringList& uids_and_passwords) {
     control["Priority:"] = "1";
     control["Request-Type:"] = "Greet";
     control["Account-To:"] = uids_and_passwords;
-    static_cast<void>(control.Write(Stem(".AA", ".NewAccounts")));
+    QueueRequest(Stem(".AA", ".NewAccounts"), &control);
 }
 
 void QueueResultsMail(const AccountResults& results, const SString& host) {
@@ -98,5 +114,5 @@ void SendNewAccountForm() {
     control["Control-Type:"] = "Request";
     control["Request-Type:"] = "NewAccountForm";
     control["Priority:"] = "1";
-    static_cast<void>(control.Write("NewAccountForm." + ProcessIdString()));
+    QueueRequest("NewAccountForm." + ProcessIdString(), &control);
 }

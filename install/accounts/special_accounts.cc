@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "install/accounts/account_batch.h"
 #include "install/accounts/create_account.h"
 #include "install/settings.h"
 #include "install/steps.h"
@@ -51,7 +52,7 @@ std::vector<SpecialAccount> SpecialAccounts() {
 
 // An account refused in part is rolled back, for the next run to create.
 void Create(const SpecialAccount& account) {
-    AccountTransaction creation;
+    AccountBatch creation;
     if (CreateAccount(account.uid, account.fields, account.lock)) creation.Commit();
 }
 

@@ -6,6 +6,7 @@
 #include "install/host/await.h"
 #include "install/host/probes.h"
 #include "install/host/server_lists.h"
+#include "install/record/signalled.h"
 #include "install/reminders.h"
 #include "install/settings.h"
 #include "install/steps.h"
@@ -57,7 +58,7 @@ void LeaveServers(const SStringList& busy) {
 
 /// inetd is not stopped: it rereads its changed configuration and closes the ports.
 bool HangUpInetd() {
-    if (KillProgram("inetd", SIGHUP)) {
+    if (KillRecorded("inetd", SIGHUP)) {
         PrintIndented(kResultIndent, "Killed (with -HUP) inetd");
         return true;
     }
@@ -68,7 +69,7 @@ bool HangUpInetd() {
 
 bool StopServer(const SString& name) {
     const SString shown = Printable(name, "\t");
-    if (KillProgram(name, SIGTERM)) {
+    if (KillRecorded(name, SIGTERM)) {
         PrintIndented(kResultIndent, "Killed " + shown);
         gstrl_Reminders.Push("Prevent boot startup of '" + shown + "'");
         return true;

@@ -6,6 +6,7 @@
 #include "install/critical_section.h"
 #include "install/host/in_place.h"
 #include "install/host/rewrite_note.h"
+#include "install/record/record.h"
 #include "support/system/file.h"
 #include "support/system/identity.h"
 
@@ -14,10 +15,9 @@ namespace {
 /// The copy of the old contents, removed at the end of the scope unless kept.
 class Backup {
   public:
-    explicit Backup(const SString& path)
+    explicit Backup(const SString& name)
         // O_EXCL: somebody may have taken the name since. 0600: closed to others until it has its owner.
-        : name_(FreeName(path + ".bak")),
-          file_(Descriptor::Open(name_, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600)) {}
+        : name_(name), file_(Descriptor::Open(name_, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600)) {}
     ~Backup() {
         if (file_ && !kept_) RemoveFile(name_);
     }
@@ -99,6 +99,12 @@ bool Finish(const SString& path, const Original& found, const Rewrite& rewrite,
     return is_done;
 }
 
+void Record(const SString& path, const SString& backup, const Original& original, const SString& changed) {
+    if (!IsRecording()) return;
+    RecordChange(change::HostFileRewritten{
+        path, backup, {original.Mode()}, Checksum(original.bytes), Checksum(changed)});
+}
+
 bool FinishNoted(const SString& path, const FoundNote& note, const Announcement& announce) {
     if (note.is_written) {
         announce(note.rewrite->before);
@@ -136,7 +142,9 @@ bool RewriteHostFile(const SString& path, const LineEdit& edit, const Announceme
     const SString changed = edit(Lines(original->bytes)).Join();
     // The file itself must be whole on the disk before its newest backup is begun.
     if (!original->file.descriptor.Sync()) return false;
-    Backup backup(path);
+    const SString backup_name = FreeName(path + ".bak");
+    Record(path, backup_name, *original, changed);
+    Backup backup(backup_name);
     if (!backup.Fill(*original)) return false;
     Note note(path, {original->Mode(), original->bytes, changed});
     if (!note.IsWritten()) return false;

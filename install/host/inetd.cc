@@ -13,10 +13,10 @@
 #include "install/host/await.h"
 #include "install/host/host_file.h"
 #include "install/host/probes.h"
+#include "install/record/signalled.h"
 #include "install/reminders.h"
 #include "install/settings.h"
 #include "install/steps.h"
-#include "support/process/process.h"
 #include "support/system/identity.h"
 
 namespace {
@@ -39,7 +39,7 @@ void NoteShowStopper(const SStringList& conflicts) {
 
 /// Has the Internet daemon read its file again.
 bool ResetInetd() {
-    return KillProgram("inetd", SIGHUP);
+    return KillRecorded("inetd", SIGHUP);
 }
 
 /// Whether any of the services' ports is bound.

@@ -7,6 +7,7 @@
 
 #include "install/console.h"
 #include "install/host/owned_directory.h"
+#include "install/record/record.h"
 #include "install/reminders.h"
 #include "install/sentences.h"
 #include "install/settings.h"
@@ -94,6 +95,8 @@ void RemindOfSetgid() {
 }
 
 void SetSetgid(mode_t mode) {
+    const mode_t before = Permissions(gstr_MaildropDir).value_or(mode);
+    RecordChange(change::ModeSet{RealPath(gstr_MaildropDir), {before}, {mode | kSetgidBits}});
     if (SetPermissions(gstr_MaildropDir, mode | kSetgidBits)) return;
     Tell("WARNING: failed to set the setgid bit on " + gstr_MaildropDir +
          ". You will be reminded to do this at the end of the installation.");

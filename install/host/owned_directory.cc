@@ -10,6 +10,7 @@
 #include <string_view>
 #include <utility>
 
+#include "install/record/record.h"
 #include "support/system/file.h"
 #include "support/system/identity.h"
 
@@ -28,6 +29,13 @@ void RemoveLeftOver(const SString& path, mode_t mode, uid_t owner) {
     struct stat facts {};
     if (lstat(path.CString(), &facts) != 0 || (facts.st_mode & kPermissions) != mode) return;
     if (facts.st_uid == getuid() || facts.st_uid == owner) rmdir(path.CString());
+}
+
+/// There is no call that only looks.
+mode_t Mask() {
+    const mode_t mask = umask(077);
+    umask(mask);
+    return mask;
 }
 
 bool IsEmpty(const Descriptor& directory) {
@@ -58,6 +66,7 @@ NewDirectory MakeOwnedDirectory(const SString& path, mode_t mode, uid_t owner, g
     const SString name = WithoutTrailingSlash(path);
     RemoveLeftOver(name + ".new", mode, owner);
     const SString unfinished = FreeName(name + ".new");
+    RecordChange(change::DirectoryMade{name, unfinished, {owner, group, {mode & ~Mask()}, ""}});
     if (!MakeDir(unfinished, mode)) return NewDirectory::NotMade;
     // The mail owner may own the directory above and put something else in its place: hence by descriptor.
     const Descriptor made = OpenOwnEmptyDirectory(unfinished);

@@ -9,6 +9,8 @@
 #include "install/critical_section.h"
 #include "install/host/await.h"
 #include "install/host/probes.h"
+#include "install/record/record.h"
+#include "install/record/signalled.h"
 #include "install/reminders.h"
 #include "install/settings.h"
 #include "install/steps.h"
@@ -47,6 +49,7 @@ bool Signal(const SStringList& processes, int signal) {
 
 void Kill(const SStringList& found) {
     const SStringList processes = StillRunning(found);
+    RecordSignal(processes, SIGTERM);
     if (Signal(processes, SIGTERM)) {
         // The mail port is free only when they have ended. Signal 0 only asks.
         Await([&] { return !Signal(processes, 0); });
@@ -103,6 +106,12 @@ bool IsLink(const SString& path) {
     return lstat(path.CString(), &status) == 0 && S_ISLNK(status.st_mode);
 }
 
+change::LinkMade InsteadOfLink(const SString& path, const SString& link) {
+    struct stat status {};
+    lstat(path.CString(), &status);
+    return {path, link, "", LinkText(path), status.st_uid, status.st_gid};
+}
+
 bool IsMissingForRoot(const SString& path) {
     const AsRoot root;
     return IsMissing(path);
@@ -140,13 +149,17 @@ SStringList CutListing(SStringList listing) {
 
 bool MakeLink(const SString& path, const SString& link) {
     const AsRoot root;
-    if (IsLink(path)) RemoveFile(path);
+    const bool is_link = IsLink(path);
+    RecordChange(is_link ? InsteadOfLink(path, link) : change::LinkMade{path, link});
+    if (is_link) RemoveFile(path);
     return symlink(link.CString(), path.CString()) == 0;
 }
 
 bool ReplaceByLink(const SString& path, const SString& link) {
     const AsRoot root;
-    return RenameNoReplace(path, FreeName(path + ".bak")) && symlink(link.CString(), path.CString()) == 0;
+    const SString backup = FreeName(path + ".bak");
+    RecordChange(change::LinkMade{path, link, backup});
+    return RenameNoReplace(path, backup) && symlink(link.CString(), path.CString()) == 0;
 }
 
 bool KillSendmail() {

@@ -6,6 +6,7 @@
 
 #include "install/console.h"
 #include "install/mail_system/database_update.h"
+#include "install/mail_system/recorded_databases.h"
 #include "install/reminders.h"
 #include "install/settings.h"
 #include "install/steps.h"
@@ -59,6 +60,7 @@ void WarnNotRestored(const SString& module) {
 }
 
 void PutIntoService(const SString& module, const Sdbfile& in_use) {
+    RecordExchange(module, in_use);
     const Exchange outcome = ExchangeDatabase(ConfigDirectory() + module, in_use);
     if (outcome == Exchange::Done) return;
     if (outcome == Exchange::NotBackedUp) WarnNotBackedUp(module);
@@ -69,6 +71,7 @@ void PutIntoService(const SString& module, const Sdbfile& in_use) {
 
 /// The database in use is held throughout, so that nothing is stored in it that the new one would lack.
 bool Update(const SString& module, const SStringList& addresses) {
+    RecordPreparation(module);
     Sdbfile in_use(module, 0);
     if (!in_use.Hold() || !UpdateDatabase(module + ".install", &in_use, addresses)) {
         return WarnNotUpdated(module);

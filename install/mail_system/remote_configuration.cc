@@ -1,12 +1,27 @@
 // Shows the settings of remote administration (web port, web access, e-mail forms) and lets the administrator
 // change them. Each is stored when its answer is accepted; a failure to store is not told (prescribed).
 #include "install/console.h"
+#include "install/mail_system/recorded_databases.h"
 #include "install/mail_system/remote_settings.h"
 #include "install/sentences.h"
 #include "install/settings.h"
 #include "install/steps.h"
 
 namespace {
+
+const SString kWebServer = "WWW-Server";
+const SString kDispatch = "Dispatch";
+const SString kTable = "/Config";
+
+bool Open(Sdbfile* database, const SString& module) {
+    RecordTable(module, kTable);
+    return database->Open(kTable, 1) != 0;
+}
+
+void Set(Sdbfile* database, const SString& module, const SString& key, const SStringList& values) {
+    RecordSetting(module, kTable, *database, key, values);
+    database->Set(key, values);
+}
 
 bool TellUnopened() {
     Print("\n");
@@ -63,7 +78,7 @@ bool ChangePort(Sdbfile* www_server, int old_port) {
         const char answer = ConfirmPort(typed, port);
         if (answer == 'q') return false;
         if (answer == 'n') continue;
-        www_server->Set("Socket", typed);
+        Set(www_server, kWebServer, "Socket", typed);
         gn_WWWPort = port;
         return true;
     }
@@ -75,7 +90,7 @@ bool ChangeAccess(Sdbfile* www_server) {
         "Access to the WWW configuration interface has been restricted to the domains/networks listed "
         "above. If you would like to remove the restrictions, type \"yes\" here.");
     const char answer = Ask(QuestionId::RemoveAccess);
-    if (answer == 'y') www_server->Set("WWWAccess", {});
+    if (answer == 'y') Set(www_server, kWebServer, "WWWAccess", {});
     return answer != 'q';
 }
 
@@ -87,8 +102,8 @@ bool ChangeEmail(Sdbfile* dispatch, bool allowed) {
         gstr_HostName + "> or <configuration@" + gstr_HostName +
         "> will be returned to sender with an error message.");
     const char answer = Ask(QuestionId::AllowEmail, allowed ? "yes" : "no");
-    if (answer == 'n') dispatch->Set("EmailConfig", "no");
-    if (answer == 'y') dispatch->Set("EmailConfig", "yes");
+    if (answer == 'n') Set(dispatch, kDispatch, "EmailConfig", "no");
+    if (answer == 'y') Set(dispatch, kDispatch, "EmailConfig", "yes");
     return answer != 'q';
 }
 
@@ -96,9 +111,9 @@ bool ChangeEmail(Sdbfile* dispatch, bool allowed) {
 
 bool ConfigureFeatures() {
     BeginProgress("Reading configuration information");
-    Sdbfile www_server("WWW-Server", 0);
-    Sdbfile dispatch("Dispatch", 0);
-    if (www_server.Open("/Config", 1) == 0 || dispatch.Open("/Config", 1) == 0) return TellUnopened();
+    Sdbfile www_server(kWebServer, 0);
+    Sdbfile dispatch(kDispatch, 0);
+    if (!Open(&www_server, kWebServer) || !Open(&dispatch, kDispatch)) return TellUnopened();
     const auto settings = ReadRemoteSettings(www_server, dispatch);
     if (!settings) return TellUnopened();
     gn_WWWPort = settings->port;

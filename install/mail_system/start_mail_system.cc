@@ -5,11 +5,12 @@
 
 #include "install/console.h"
 #include "install/mail_system/server_process.h"
+#include "install/record/record.h"
+#include "install/record/signalled.h"
 #include "install/reminders.h"
 #include "install/settings.h"
 #include "install/site.h"
 #include "install/steps.h"
-#include "support/process/process.h"
 
 namespace {
 
@@ -29,12 +30,14 @@ bool StartAnyway() {
 
 bool StartDaemon() {
     if (gf_TernHarborIsRunning != 0) {
-        KillProgramOf(MailSystemUsers(), gstr_ProductName, SIGHUP);
+        KillRecordedOf(MailSystemUsers(), gstr_ProductName, SIGHUP);
         return true;
     }
     if (gf_ShowStoppers != 0 && !StartAnyway()) return false;
     Tell({"Starting tern.harbor....", "If there is a problem, error messages will show up now."});
-    if (!StartServer(gstr_ProgramDir + gstr_ProductName)) {
+    const SString program = gstr_ProgramDir + gstr_ProductName;
+    RecordChange(change::ServerStarted{program});
+    if (!StartServer(program)) {
         PrintParagraph(
             "ERROR: Couldn't create a new process with the fork(2) system call. "
             "Try again when the system is less loaded.");

@@ -1,7 +1,10 @@
 // Makes the two accounts and the delivery between them in one transaction.
 #include "install/postmaster/admin_accounts.h"
 
+#include "install/accounts/account_batch.h"
+#include "install/accounts/account_digest.h"
 #include "install/accounts/create_account.h"
+#include "install/record/record.h"
 
 namespace {
 
@@ -28,16 +31,24 @@ bool CreateRoot(const SString& uid, const SString& address, const SString& domai
                          AccountLock::Locked);
 }
 
+/// With its delivery, which it gets after it was made.
+void NoteAgain(SAccountDBMod* accounts) {
+    SAccount postmaster;
+    if (!IsRecording() || accounts->Find("Postmaster", &postmaster) != Lookup::Found) return;
+    AccountBatch::Note({"Postmaster", AccountDigest(RecordKey(), postmaster)});
+}
+
 AdminAccountsOutcome Deliver(SAccountDBMod* accounts, const SString& root) {
     SAccountMod postmaster;
     if (accounts->ModifyAccount("Postmaster", &postmaster) == 0) return AdminAccountsOutcome::NotReopened;
-    return postmaster.Set("Account-Delivery", root) != 0 ? AdminAccountsOutcome::Done
-                                                         : AdminAccountsOutcome::NotDelivered;
+    if (postmaster.Set("Account-Delivery", root) == 0) return AdminAccountsOutcome::NotDelivered;
+    NoteAgain(accounts);
+    return AdminAccountsOutcome::Done;
 }
 
 /// Commits only if every part succeeded.
 AdminAccounts Make(SAccountDBMod* accounts, const SString& host, const SString& domain, bool deliver) {
-    AccountTransaction creation;
+    AccountBatch creation;
     AdminAccounts made;
     const SString address = "root@" + host;
     SString root;

@@ -1,6 +1,8 @@
 // Reads, chooses and writes the Postmaster's two delivery fields.
 #include "install/postmaster/deliveries.h"
 
+#include "install/accounts/account_digest.h"
+
 namespace {
 
 /// The address with its domain completed.
@@ -22,6 +24,10 @@ std::optional<SStringList> LocalDomains(SAccountDB* accounts, const SString& hos
 /// In one transaction: nobody sees a Postmaster with half of its deliveries, or none.
 bool Write(SAccountMod* postmaster, const Deliveries& deliveries) {
     AccountTransaction change;
+    if (change.IsOpen()) {
+        RecordEdit(postmaster->Uid(),
+                   {{"Account-Delivery", deliveries.accounts}, {"Channel-Delivery", deliveries.channels}});
+    }
     return change.IsOpen() && postmaster->Set("Account-Delivery", deliveries.accounts) != 0 &&
            postmaster->Set("Channel-Delivery", deliveries.channels) != 0 && change.Commit();
 }

@@ -1,5 +1,6 @@
 // The Postmaster step: makes sure that the administrator's account exists and that its mail reaches somebody,
 // and asks for its password, the domains from which it may configure the mail system, and its deliveries.
+#include "install/accounts/account_digest.h"
 #include "install/console.h"
 #include "install/critical_section.h"
 #include "install/postmaster/creation_screen.h"
@@ -55,6 +56,7 @@ void IntroducePostmasters() {
 
 /// A refused field is only reported: the account keeps working with the old value.
 void Store(SAccountMod* postmaster, const SString& field, const SString& what, const SStringList& values) {
+    RecordEdit(postmaster->Uid(), {{field.CString(), values}});
     if (postmaster->Set(field, values) != 0) return;
     PrintParagraph("WARNING: The new " + what + " of the Postmaster account could not be stored. " +
                    LikelyCause() + " You will be reminded of this at the end of the installation.");

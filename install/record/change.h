@@ -82,10 +82,10 @@ struct HostFileRewritten {
 struct LinkMade {
     static constexpr const char* kKind = "link";
     SString path;
-    SString link;         // its text
-    SString backup;       // what stood there was renamed to this; empty: nothing to keep
-    SString old_link;     // the text of the dangling link that was removed; empty: there was none
-    uid_t old_owner = 0;  // of that
+    SString link;           // its text
+    SString backup = {};    // what stood there was renamed to this; empty: nothing to keep
+    SString old_link = {};  // the text of the dangling link that was removed; empty: there was none
+    uid_t old_owner = 0;    // of that
     gid_t old_group = 0;
 
     template <typename Io>

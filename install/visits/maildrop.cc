@@ -5,6 +5,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include "install/record/record.h"
 #include "support/system/pending_file.h"
 #include "support/system/regular_file.h"
 
@@ -31,6 +32,16 @@ bool Give(const Descriptor& file, const Owner& owner) {
     return fchmod(file.Get(), kMode) == 0;
 }
 
+/// Of one that cannot be opened, the access list stays unknown.
+void Record(const SString& path, const Descriptor& file, const struct stat& seen, const Owner& owner,
+            bool is_replaced) {
+    if (!IsRecording()) return;
+    const change::Access unopened{seen.st_uid, seen.st_gid, {seen.st_mode & 07777}, ""};
+    const change::Access before = AccessOf(file).value_or(unopened);
+    RecordWithoutSync(
+        change::MaildropGiven{path, before, owner.uid, owner.gid, is_replaced, is_replaced ? getpid() : 0});
+}
+
 /// Opened for writing, if it is the very file that was seen.
 RegularFile OpenPlain(const SString& path, const struct stat& seen) {
     RegularFile file = OpenRegularFile(path, O_WRONLY, Links::NotAtEnd);
@@ -52,6 +63,7 @@ void AwaitDelivery(const Descriptor& file) {
 bool ReplaceEmpty(const SString& path, const struct stat& seen, const Owner& owner) {
     const RegularFile old = OpenPlain(path, seen);
     if (old) AwaitDelivery(old.descriptor);
+    Record(path, old.descriptor, seen, owner, true);
     PendingFile file(path, kModeUntilGiven);
     return file.Replace(seen) && Give(file.File(), owner);
 }
@@ -61,7 +73,9 @@ void Repair(const SString& path, const struct stat& seen, const Owner& owner) {
     const RegularFile file = OpenPlain(path, seen);
     if (!file) return;
     const bool is_right = IsOwnedBy(file.status, owner) && (file.status.st_mode & 07777) == kMode;
-    if (!is_right) Give(file.descriptor, owner);
+    if (is_right) return;
+    Record(path, file.descriptor, file.status, owner, false);
+    Give(file.descriptor, owner);
 }
 
 }  // namespace

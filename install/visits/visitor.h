@@ -29,6 +29,7 @@ class Visitor {
     Visitor(const Visitor&) = delete;
     Visitor& operator=(const Visitor&) = delete;
 
+    const SString& Host() const { return host_; }
     /// For Transmit, or the next wait for an answer: many sent together wake the visitor once.
     void Send(VisitRequest request);
     void Transmit();

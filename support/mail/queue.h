@@ -47,6 +47,8 @@ class SControl : public SField {
     bool Read(const SString& name);
     bool Write(const SString& name);
     bool Prepare(const SString& name);
+    /// The control file's path, once it has a name.
+    using SField::Path;
     /// The paths of the message's text, which only a mail has.
     SString HeaderPath() const;
     SString BodyPath() const;

@@ -30,12 +30,6 @@ SStringList SocketsOn(const SString& port) {
     return sockets;
 }
 
-SString LinkText(const SString& path) {
-    std::array<char, 64> text{};
-    const ssize_t length = readlink(path.CString(), text.data(), text.size());
-    return length > 0 ? SString(std::string(text.data(), static_cast<size_t>(length))) : SString();
-}
-
 /// Whether the process has one of the sockets open.
 bool HasOneOf(const SStringList& sockets, const SString& process) {
     const SStringList files = ReadDir(process + "/fd");

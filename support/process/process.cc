@@ -84,16 +84,24 @@ SStringList ProcessesOf(const SStringList& entries, const SStringList& users) {
     return processes;
 }
 
-bool KillProgram(const SString& name, int signal) {
+bool KillProgram(const SString& name, int signal, const Witness& witness) {
     if (!IsName(name)) return false;
     const AsRoot root;
-    return SignalProcesses(ProcessesNamed(ReadProcessInfo(), name), signal);
+    const SStringList entries = ProcessesNamed(ReadProcessInfo(), name);
+    witness(entries);
+    return SignalProcesses(entries, signal);
 }
 
-bool KillProgramOf(const SStringList& users, const SString& name, int signal) {
+bool KillProgramOf(const SStringList& users, const SString& name, int signal, const Witness& witness) {
     if (!IsName(name)) return false;
     const AsRoot root;
-    return SignalProcesses(ProcessesOf(ProcessesNamed(ReadProcessInfo(), name), users), signal);
+    const SStringList entries = ProcessesOf(ProcessesNamed(ReadProcessInfo(), name), users);
+    witness(entries);
+    return SignalProcesses(entries, signal);
+}
+
+SString ProcessName(const SString& entry) {
+    return entry.S("\\A.* ", "");
 }
 
 SStringList ProcessesNamed(const SStringList& entries, const SString& name) {
@@ -102,7 +110,7 @@ SStringList ProcessesNamed(const SStringList& entries, const SString& name) {
     if (!Pattern(name.Bytes()).IsValid()) return named;
     const Pattern whole("\\A(?:" + name.Bytes() + ")\\z");
     for (const SString& entry : entries) {
-        const SString process = entry.S("\\A.* ", "");
+        const SString process = ProcessName(entry);
         const auto match = whole.Find(process.Bytes());
         // "(*ACCEPT)" would end the match before the "\\z".
         if (match && match->front().end == process.Length()) named.Push(entry);
@@ -110,12 +118,17 @@ SStringList ProcessesNamed(const SStringList& entries, const SString& name) {
     return named;
 }
 
+std::optional<pid_t> SignalledProcess(const SString& entry) {
+    const long id = entry.ToNumber();
+    if (id <= kLastSystemProcess || id > std::numeric_limits<pid_t>::max()) return std::nullopt;
+    return static_cast<pid_t>(id);
+}
+
 bool SignalProcesses(const SStringList& entries, int signal) {
     bool reached = false;
     for (const SString& entry : entries) {
-        const long id = entry.ToNumber();
-        if (id <= kLastSystemProcess || id > std::numeric_limits<pid_t>::max()) continue;
-        if (kill(static_cast<pid_t>(id), signal) == 0) reached = true;
+        const auto id = SignalledProcess(entry);
+        if (id && kill(*id, signal) == 0) reached = true;
     }
     return reached;
 }

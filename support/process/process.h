@@ -6,6 +6,11 @@
 // name that the link has, root is only the effective one.
 #pragma once
 
+#include <functional>
+#include <optional>
+
+#include <sys/types.h>
+
 #include "support/text/sstring_list.h"
 
 /// Ports of listening TCP sockets as text, in the order of the output, duplicates possible.
@@ -16,15 +21,24 @@ SStringList ReadProcessInfo();
 SStringList ReadProcessUsers();
 /// The entries of ReadProcessInfo whose process has one of these real users (ids in decimal) now.
 SStringList ProcessesOf(const SStringList& entries, const SStringList& users);
+/// Sees the entries that are signalled next.
+using Witness = std::function<void(const SStringList& entries)>;
 /// Sends the signal to every process of exactly this name (an expression, bound to the whole name) with an id
 /// above 10, as root. True when one was reached.
-bool KillProgram(const SString& name, int signal);
+bool KillProgram(
+    const SString& name, int signal, const Witness& witness = [](const SStringList&) {});
 /// The same, but only to processes of these users.
-bool KillProgramOf(const SStringList& users, const SString& name, int signal);
+bool KillProgramOf(
+    const SStringList& users, const SString& name, int signal,
+    const Witness& witness = [](const SStringList&) {});
 /// KillProgram's two halves, on entries of ReadProcessInfo. A name that is a malformed expression matches
 /// none.
 SStringList ProcessesNamed(const SStringList& entries, const SString& name);
 bool SignalProcesses(const SStringList& entries, int signal);
+/// The process of an entry that SignalProcesses signals; nothing for one that it leaves alone.
+std::optional<pid_t> SignalledProcess(const SString& entry);
+/// The name in an entry.
+SString ProcessName(const SString& entry);
 
 SStringList PortsFromNetstat(SStringList lines);       // "tcp 0 0 *.25 *.* 0 0 LISTEN" (System V)
 SStringList PortsFromSs(SStringList lines);            // "LISTEN 0 128 [::]:25 [::]:*" (iproute2)

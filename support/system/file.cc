@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -98,6 +99,13 @@ SStringList ReadDir(const SString& path) {
 SString RealPath(const SString& path) {
     const std::unique_ptr<char, void (*)(void*)> resolved(realpath(path.CString(), nullptr), free);
     return SString(resolved.get());
+}
+
+SString LinkText(const SString& path) {
+    std::string text(PATH_MAX, 0);
+    const ssize_t length = readlink(path.CString(), text.data(), text.size());
+    text.resize(length > 0 ? static_cast<size_t>(length) : 0);
+    return SString(std::move(text));
 }
 
 bool Rename(const SString& from, const SString& to) {

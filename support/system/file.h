@@ -22,6 +22,8 @@ bool MakeDir(const SString& path, unsigned long mode);
 SStringList ReadDir(const SString& path);
 /// Absolute, every link resolved; empty when it cannot be (POSIX realpath).
 SString RealPath(const SString& path);
+/// What a symbolic link says; empty if there is none.
+SString LinkText(const SString& path);
 bool Rename(const SString& from, const SString& to);
 /// Like Rename, but never overwrites (EEXIST).
 bool RenameNoReplace(const SString& from, const SString& to);

@@ -15,6 +15,7 @@ TEST(Initialize, SetsTheHostsFilesAndServices) {
     gstrl_Services.Reset();
     gstrl_ServicePorts.Reset();
     EXPECT_TRUE(Initialize());
+    EXPECT_EQ(gstr_Runs, "/var/lib/tern.harbor-install/runs");
     EXPECT_EQ(gstr_PasswdFile, "/etc/passwd");
     EXPECT_EQ(gstr_InetdConf, Expected("/etc/inetd.conf"));
     EXPECT_EQ(gstr_ServicesFile, Expected("/etc/services"));

@@ -84,6 +84,9 @@ make_site() {
 	END
 }
 
+# make_runs: the directory for records, as the package makes it.
+make_runs() { install -d -m 700 /var/lib/tern.harbor-install/runs; }
+
 # database NAME LINE...: a database in the config directory, from lines as tools/make_database reads them.
 database() {
     local name=$1
@@ -261,6 +264,12 @@ show_queue() {
         echo "--- ${file#"$DATA/"}"
         cat --show-nonprinting "$file"
     done | sed -E 's/[0-9]{20}/STAMP/g; s/(^---.*\.A[ABC]|NewAccountForm\.)[0-9]+/\1ID/'
+}
+
+# The records of runs, what differs from run to run masked.
+show_records() {
+    cat /var/lib/tern.harbor-install/runs/*[0-9] | sed -E "s,$BUILD,BUILD,g"'; s/"time":"[^"]*"/"time":TIME/; s/[0-9a-f]{64}/CHECKSUM/g
+        s/"(id|device|inode|process)":[1-9][0-9]*/"\1":NUMBER/g; s/[0-9]{20}(\.A[ABC])[0-9]+/STAMP\1ID/g'
 }
 
 # What stands in the view's upper layers, where every change to the host lands, but for the records of runs.

@@ -8,6 +8,7 @@
 #include "support/system/environment.h"
 #include "support/system/file.h"
 #include "tests/install/accounts/sample_results.h"
+#include "tests/install/record/recording.h"
 #include "tests/temporary_folder.h"
 
 namespace {
@@ -178,6 +179,19 @@ TEST(SendNewAccountForm, LeavesNothingWhereThereIsNoQueue) {
     PutEnv("TernHarbor", folder / "");
     SendNewAccountForm();
     EXPECT_TRUE(ReadDir(folder / "").IsEmpty());
+}
+
+TEST_F(SetUpMails, AreRecordedWithTheirBytes) {
+    const Recording recording;
+    Queue(SampleResults());
+    const auto changes = recording.Changes();
+    ASSERT_EQ(changes.size(), 3U);
+    for (const Change& change : changes) {
+        const auto& queued = std::get<change::MessageQueued>(change);
+        EXPECT_EQ(queued.digest, KeyedChecksum(RecordKey(), MapFileRead(queued.control)));
+        EXPECT_EQ(queued.text.Count(), queued.control.Matches("NewAccounts") ? 0U : 2U);
+        for (const SString& path : queued.text) EXPECT_TRUE(FileExists(path)) << path;
+    }
 }
 
 }  // namespace

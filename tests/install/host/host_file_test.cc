@@ -11,6 +11,7 @@
 
 #include "install/host/rewrite_note.h"
 #include "support/system/file.h"
+#include "tests/install/record/recording.h"
 #include "tests/temporary_folder.h"
 
 namespace {
@@ -333,6 +334,20 @@ TEST(FinishRewrite, KeepsTheNoteOfAFileThatIsNotThere) {
     ASSERT_TRUE(WriteNote(path, kRewrite));
     EXPECT_FALSE(FinishRewrite(path));
     EXPECT_EQ(ReadDir(folder / "").Count(), 1U);
+}
+
+TEST(RewriteHostFile, IsRecordedBeforeThereIsABackup) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("file", "a\nb\n", 0444);
+    folder.Write("file.bak", "older");
+    const Recording recording;
+    EXPECT_TRUE(RewriteHostFile(path, Reverse));
+    const auto rewritten = recording.Only<change::HostFileRewritten>();
+    EXPECT_EQ(rewritten.path, path);
+    EXPECT_EQ(rewritten.backup, path + ".bak1");
+    EXPECT_EQ(rewritten.mode.bits, 0444U);
+    EXPECT_EQ(rewritten.before, Checksum("a\nb\n"));
+    EXPECT_EQ(rewritten.after, Checksum("b\na\n"));
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include "support/system/file.h"
 #include "support/system/identity.h"
+#include "tests/install/record/recording.h"
 #include "tests/temporary_folder.h"
 
 namespace {
@@ -96,6 +97,18 @@ TEST(MakeOwnedDirectory, TakesRootsRightsItself) {
     ASSERT_TRUE(owner.IsTaken());
     EXPECT_EQ(Make(folder / "mailboxes"), NewDirectory::Made);
     EXPECT_EQ(geteuid(), kOwner);
+}
+
+TEST(MakeOwnedDirectory, IsRecorded) {
+    const TemporaryFolder folder;
+    const Recording recording;
+    const mode_t mask = umask(027);
+    EXPECT_EQ(Make(folder / "mailboxes/"), NewDirectory::Made);
+    umask(mask);
+    const auto made = recording.Only<change::DirectoryMade>();
+    EXPECT_EQ(made.path, folder / "mailboxes");
+    EXPECT_EQ(made.unfinished, folder / "mailboxes.new");
+    EXPECT_EQ(made.access, (change::Access{kOwner, kGroup, {0750}, ""}));
 }
 
 }  // namespace

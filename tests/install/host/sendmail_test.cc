@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "support/system/file.h"
+#include "tests/install/record/recording.h"
 #include "tests/temporary_folder.h"
 
 namespace {
@@ -13,12 +14,6 @@ SStringList Numbered(int count) {
     SStringList lines;
     for (int i = 1; i <= count; ++i) lines.Push("line " + SString(i) + "\n");
     return lines;
-}
-
-SString LinkText(const SString& path) {
-    char text[256] = "";
-    const ssize_t length = readlink(path.CString(), text, sizeof text);
-    return length < 0 ? SString() : SString(std::string(text, static_cast<size_t>(length)));
 }
 
 TEST(SendmailProcesses, EndInItsName) {
@@ -114,6 +109,31 @@ TEST(ReplaceByLink, FailsWhereNothingStands) {
     const TemporaryFolder folder;
     EXPECT_FALSE(ReplaceByLink(folder / "sendmail", "emulator"));
     EXPECT_TRUE(ReadDir(folder / "").IsEmpty());
+}
+
+TEST(MakeLink, IsRecordedWithTheDanglingLink) {
+    const TemporaryFolder folder;
+    const SString path = folder / "sendmail";
+    ASSERT_EQ(symlink("gone", path.CString()), 0);
+    ASSERT_EQ(lchown(path.CString(), 12, 34), 0);
+    const Recording recording;
+    EXPECT_TRUE(MakeLink(path, "new"));
+    const auto made = recording.Only<change::LinkMade>();
+    EXPECT_EQ(made.path, path);
+    EXPECT_EQ(made.link, "new");
+    EXPECT_EQ(made.backup, "");
+    EXPECT_EQ(made.old_link, "gone");
+    EXPECT_EQ(made.old_owner, 12U);
+    EXPECT_EQ(made.old_group, 34U);
+}
+
+TEST(ReplaceByLink, IsRecordedWithTheBackup) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("sendmail", "x");
+    folder.Write("sendmail.bak", "y");
+    const Recording recording;
+    EXPECT_TRUE(ReplaceByLink(path, "new"));
+    EXPECT_EQ(recording.Only<change::LinkMade>().backup, path + ".bak1");
 }
 
 }  // namespace

@@ -2,12 +2,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "install/mail_system/settings_digest.h"
 #include "install/settings.h"
 #include "install/steps.h"
 #include "support/database/sdbfile.h"
 #include "support/system/file.h"
 #include "tests/data_directory.h"
 #include "tests/dialogue.h"
+#include "tests/install/record/recording.h"
 
 namespace {
 
@@ -83,6 +85,40 @@ TEST_F(UpdateConfigurationTest, LeavesTheAccountsAlone) {
     Store("MTA-Accounts.install", "80");
     EXPECT_EQ(Run(), "");
     EXPECT_FALSE(FileExists(data_.Config("MTA-Accounts")));
+}
+
+TEST_F(UpdateConfigurationTest, IsRecorded) {
+    Preserve("WWW-Server/Config/Socket\n");
+    Store("WWW-Server.install", "80");
+    Store("WWW-Server.backup", "1");
+    Store("WWW-Server", "8080");
+    const SString shipped = MapFileRead(data_.Config("WWW-Server.install"));
+    const SString older = MapFileRead(data_.Config("WWW-Server.backup"));
+    const Recording recording;
+    Run();
+    const auto changes = recording.Changes();
+    ASSERT_EQ(changes.size(), 2U);
+    const auto& prepared = std::get<change::DatabasePrepared>(changes[0]);
+    EXPECT_EQ(recording.Kept(prepared.new_version.kept), shipped);
+    EXPECT_EQ(recording.Kept(prepared.older_backup.kept), older);
+    const auto& exchanged = std::get<change::DatabaseExchanged>(changes[1]);
+    EXPECT_EQ(RealPath(exchanged.file), RealPath(data_.Config("WWW-Server")));
+    EXPECT_EQ(exchanged.before, SettingsDigestOf(data_.Config("WWW-Server.backup")));
+    EXPECT_EQ(exchanged.after, SettingsDigestOf(data_.Config("WWW-Server")));
+    EXPECT_EQ(exchanged.after, exchanged.before);  // the preserved setting is the only one
+}
+
+TEST_F(UpdateConfigurationTest, IsRecordedWhereTheNewVersionIsASecondName) {
+    Preserve("WWW-Server/Config/Socket\n");
+    Store("WWW-Server", "8080");
+    ASSERT_TRUE(AddName(data_.Config("WWW-Server"), data_.Config("WWW-Server.install")));
+    const Recording recording;
+    Run();
+    const auto changes = recording.Changes();
+    ASSERT_EQ(changes.size(), 2U);
+    EXPECT_EQ(std::get<change::DatabasePrepared>(changes[0]).older_backup.kept, "");
+    EXPECT_EQ(std::get<change::DatabaseExchanged>(changes[1]).after,
+              SettingsDigestOf(data_.Config("WWW-Server")));
 }
 
 }  // namespace

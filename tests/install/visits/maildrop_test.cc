@@ -12,6 +12,7 @@
 
 #include "support/system/file.h"
 #include "support/system/regular_file.h"
+#include "tests/install/record/recording.h"
 #include "tests/temporary_folder.h"
 
 namespace {
@@ -198,6 +199,41 @@ TEST(RepairMaildrop, TouchesNothingButAPlainFile) {
     EXPECT_EQ(StatusOf(target).st_uid, 0U);
     EXPECT_EQ(StatusOf(target).st_mode & 07777, 0600U);
     EXPECT_EQ(StatusOf(hard).st_uid, 0U);
+}
+
+TEST(RepairMaildrop, IsRecordedWithWhatItHadBefore) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("anna", "From x\n", 0640);
+    ASSERT_EQ(chown(path.CString(), 33, 34), 0);
+    const Recording recording;
+    EXPECT_EQ(RepairMaildrop(path, kUser, kMail), Maildrop::Fine);
+    const auto given = recording.Only<change::MaildropGiven>();
+    EXPECT_EQ(given.path, path);
+    EXPECT_EQ(given.before, (change::Access{33, 34, {0640}, ""}));
+    EXPECT_EQ(given.user, kUser.uid);
+    EXPECT_EQ(given.mail_group, kMail);
+    EXPECT_FALSE(given.is_replaced);
+}
+
+TEST(RepairMaildrop, IsRecordedWithTheProcessThatReplacesAFile) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("anna", "", 0640);
+    ASSERT_EQ(chown(path.CString(), 33, 34), 0);
+    const Recording recording;
+    EXPECT_EQ(RepairMaildrop(path, kUser, kMail), Maildrop::Fine);
+    const auto given = recording.Only<change::MaildropGiven>();
+    EXPECT_TRUE(given.is_replaced);
+    EXPECT_EQ(given.process, getpid());
+}
+
+TEST(RepairMaildrop, IsNotRecordedWhereNothingChanges) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("anna", "", 0660);
+    ASSERT_EQ(chown(path.CString(), kUser.uid, kMail), 0);
+    const Recording recording;
+    EXPECT_EQ(RepairMaildrop(path, kUser, kMail), Maildrop::Fine);
+    EXPECT_EQ(RepairMaildrop(folder / "missing", kUser, kMail), Maildrop::Fine);
+    EXPECT_TRUE(recording.Changes().empty());
 }
 
 }  // namespace

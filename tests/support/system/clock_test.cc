@@ -12,6 +12,10 @@ TEST(RFC822Date, HasTheStandardsForm) {
         << RFC822Date();
 }
 
+TEST(UniversalTime, HasTheStandardsForm) {
+    EXPECT_TRUE(UniversalTime().Matches("^\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\dZ\\z")) << UniversalTime();
+}
+
 TEST(MessageIdDate, IsNeverTheSameTwice) {
     SString before;
     for (int i = 0; i < 1000; ++i) {

@@ -13,4 +13,9 @@ TEST(RandomInt, DrawsEveryValueOfItsRange) {
     EXPECT_EQ(RandomInt(1), 0);
 }
 
+TEST(RandomBytes, AreAsManyAsWanted) {
+    EXPECT_EQ(RandomBytes(32).Length(), 32U);
+    EXPECT_NE(RandomBytes(32), RandomBytes(32));
+}
+
 }  // namespace

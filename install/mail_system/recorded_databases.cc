@@ -1,0 +1,77 @@
+#include "install/mail_system/recorded_databases.h"
+
+#include <fcntl.h>
+
+#include <optional>
+
+#include "install/mail_system/settings_digest.h"
+#include "install/record/record.h"
+#include "support/database/database_file.h"
+#include "support/system/file.h"
+#include "support/system/regular_file.h"
+
+namespace {
+
+RegularFile OpenPlain(const SString& path) {
+    return OpenRegularFile(path, O_RDONLY, Links::NotAtEnd);
+}
+
+bool IsSecondName(const SString& path, const SString& other) {
+    struct stat one {};
+    struct stat two {};
+    return stat(path.CString(), &one) == 0 && stat(other.CString(), &two) == 0 && IsSameFile(one, two);
+}
+
+/// Without what waits in a journal beside it, a copy would be no whole database.
+bool IsSettled(const SString& module) {
+    const SString path = DatabasePath(module);
+    return IsSecondName(path, path + ".install") || SettleDatabase(module + ".install");
+}
+
+SString DigestOf(const RegularFile& file) {
+    const auto bytes = file ? file.descriptor.ReadAll() : std::nullopt;
+    return bytes ? SettingsDigest(*bytes) : SString();
+}
+
+}  // namespace
+
+void RecordPreparation(const SString& module) {
+    const SString file = DatabasePath(module);
+    const RegularFile new_version = IsRecording() ? OpenPlain(file + ".install") : RegularFile();
+    if (!new_version || !IsSettled(module)) return;
+    change::DatabasePrepared prepared;
+    prepared.file = file;
+    prepared.new_version = KeepBesideRecord(new_version.descriptor, module + ".install");
+    prepared.device = new_version.status.st_dev;
+    prepared.inode = new_version.status.st_ino;
+    if (const RegularFile backup = OpenPlain(file + ".backup")) {
+        prepared.older_backup = KeepBesideRecord(backup.descriptor, module + ".backup");
+    }
+    RecordChange(prepared);
+}
+
+void RecordExchange(const SString& module, const Sdbfile& in_use) {
+    if (!IsRecording()) return;
+    const SString file = DatabasePath(module);
+    const auto bytes = in_use.Bytes();
+    const SString before = bytes ? SettingsDigest(*bytes) : SString();
+    // To open and close a second name of it would drop the lock (POSIX).
+    const bool is_same = in_use.IsHeldAs(module + ".install");
+    RecordChange(
+        change::DatabaseExchanged{file, before, is_same ? before : DigestOf(OpenPlain(file + ".install"))});
+}
+
+void RecordTable(const SString& module, const SString& table) {
+    if (!IsRecording()) return;
+    Sdbfile database(module, 0);
+    if (database.Open(table, 0) != 0 || !database.IsMissing()) return;
+    const SString file = DatabasePath(module);
+    RecordChange(change::DatabaseMade{file, EntryExists(file) ? table : SString()});
+}
+
+void RecordSetting(const SString& module, const SString& table, const Sdbfile& opened, const SString& key,
+                   const SStringList& values) {
+    SStringList before;
+    if (!IsRecording() || !opened.Read(key, &before)) return;
+    RecordChange(change::SettingChanged{DatabasePath(module), table, key, before, values});
+}

@@ -28,7 +28,6 @@ bool Initialize() {
     gstr_MaildropDir = "/var/spool/mail/";
     gstr_Sendmail = "/usr/lib/sendmail";
     gstr_SendmailCF = "/etc/sendmail.cf";
-    gstr_Runs = "/var/lib/tern.harbor-install/runs";
     AddService("smtp", "25");
     AddService("pop3", "110");
     AddService("finger", "79");

@@ -31,7 +31,6 @@ SString gstr_ServicesFile;
 SString gstr_MaildropDir;
 SString gstr_Sendmail;
 SString gstr_SendmailCF;
-SString gstr_Runs;
 SStringList gstrl_Services;
 SStringList gstrl_ServicePorts;
 

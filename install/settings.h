@@ -36,7 +36,6 @@ extern SString gstr_ServicesFile;       // "/etc/services", links resolved
 extern SString gstr_MaildropDir;        // "/var/spool/mail/"
 extern SString gstr_Sendmail;           // "/usr/lib/sendmail"
 extern SString gstr_SendmailCF;         // "/etc/sendmail.cf"
-extern SString gstr_Runs;               // "/var/lib/tern.harbor-install/runs", the records of runs
 extern SStringList gstrl_Services;      // "smtp", "pop3", "finger"
 extern SStringList gstrl_ServicePorts;  // "25", "110", "79", index for index
 

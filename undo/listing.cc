@@ -8,18 +8,23 @@
 
 namespace {
 
-SString Ending(const Run& run) {
+SString Ending(const RecordedRun& run) {
     if (!run.status) return "killed or not recorded to the end";
     return *run.status == 0 ? SString("complete") : "ended with status " + SString(*run.status);
 }
 
+/// "2026-11-22 17:04:05"
+SString Plain(const SString& time) {
+    return time.S("T", " ").S("Z$", "");
+}
+
 SString Fate(const Undone& undone) {
     if (!undone.is_begun) return "not taken back";
-    return undone.finished.IsEmpty() ? SString("taken back in part") : "taken back " + undone.finished;
+    return undone.finished.IsEmpty() ? SString("taken back in part") : "taken back " + Plain(undone.finished);
 }
 
 bool ListRun(const Records& records, const SString& name) {
-    const Run run = records.Read(name);
+    const RecordedRun run = records.Read(name);
     if (!run.fault.IsEmpty()) {
         Print(name + ": refused: " + Printable(run.fault) + "\n");
         return false;
@@ -31,7 +36,7 @@ bool ListRun(const Records& records, const SString& name) {
 
 }  // namespace
 
-SString Described(const Run& run) {
+SString Described(const RecordedRun& run) {
     return PlainTimeOf(run.name) + ", " + Ending(run);
 }
 
@@ -43,9 +48,9 @@ bool ListRuns(const Records& records) {
 
 bool ListChanges(const Records& records, const SString& name) {
     if (!ListRun(records, name)) return false;
-    const Run run = records.Read(name);
+    const RecordedRun run = records.Read(name);
     for (const Entry& entry : EntriesOf(run.changes)) {
-        Print("    " + entry.time.S("T", " ").S("Z$", "") + "  " + InWords(entry) + "\n");
+        Print("    " + Plain(entry.time) + "  " + InWords(entry) + "\n");
     }
     if (run.is_cut) Print("    the record ends in the middle of a line\n");
     return true;

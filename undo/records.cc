@@ -18,8 +18,9 @@ constexpr size_t kLongestKey = 4096;
 const SString kRunName = "\\A(\\d{4})(\\d\\d)(\\d\\d)T(\\d\\d)(\\d\\d)(\\d\\d)Z-\\d+\\z";
 
 SString DirectoryFault(const Descriptor& directory, const SString& path) {
+    if (!directory) return errno == ENOENT ? "" : path + " cannot be opened: " + strerror(errno);
     const auto status = directory.Stat();
-    if (!status) return errno == ENOENT ? "" : path + " cannot be opened: " + strerror(errno);
+    if (!status) return path + " cannot be looked at";
     if (status->st_uid != 0) return path + " is not root's: what it says is not trusted";
     if ((status->st_mode & kOthers) != 0) return path + " is open to others: chmod 700 " + path;
     return "";
@@ -39,7 +40,7 @@ SString LineFault(size_t number) {
     return "line " + SString(number) + " cannot be understood";
 }
 
-void TakeLine(const TimedChange& timed, Run* run) {
+void TakeLine(const TimedChange& timed, RecordedRun* run) {
     if (const auto* end = std::get_if<change::RunEnded>(&timed.change)) {
         run->status = end->status;
     } else {
@@ -47,7 +48,7 @@ void TakeLine(const TimedChange& timed, Run* run) {
     }
 }
 
-void TakeLines(SStringList lines, Run* run) {
+void TakeLines(SStringList lines, RecordedRun* run) {
     if (lines.Shift() != FormatLine()) {
         run->fault = "its first line is not the one of this version's records";
         return;
@@ -83,8 +84,8 @@ SStringList Records::Names() const {
     return names;
 }
 
-Run Records::Read(const SString& name) const {
-    Run run;
+RecordedRun Records::Read(const SString& name) const {
+    RecordedRun run;
     run.name = name;
     const Descriptor file = Open(name, O_RDONLY, &run.fault);
     if (!run.fault.IsEmpty()) return run;

@@ -6,7 +6,7 @@
 #include "install/record/text.h"
 #include "support/system/descriptor.h"
 
-struct Run {
+struct RecordedRun {
     SString name;                      // "20261122T170405Z-4711"
     std::vector<TimedChange> changes;  // in the order in which they were made
     bool is_cut = false;               // its last line is
@@ -22,7 +22,7 @@ class Records {
     const SString& Fault() const { return fault_; }
     /// The runs, the oldest first.
     SStringList Names() const;
-    Run Read(const SString& name) const;
+    RecordedRun Read(const SString& name) const;
     /// The key of the run's digests; empty if it is lost.
     SString KeyOf(const SString& name) const;
     /// The folder of copies, ends in "/".

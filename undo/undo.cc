@@ -41,7 +41,12 @@ int Refuse(const SString& reason) {
     return kNothingDone;
 }
 
+int RefuseUnknown(const SString& name) {
+    return Refuse("There is no record of a run " + name + " in " + gstr_Runs + ".");
+}
+
 int List(const Records& records, const SString& name) {
+    if (!name.IsEmpty() && !records.Names().Contains(name)) return RefuseUnknown(name);
     if (records.Names().IsEmpty()) {
         PrintParagraph("No run is recorded in " + gstr_Runs + ".");
         return kNothingLeft;
@@ -66,7 +71,7 @@ void TellLaterRuns(const Records& records, const SString& name) {
     if (!later.IsEmpty()) Tell("Later runs are not taken back: " + later.Join(", ") + ".");
 }
 
-void TellHowItEnded(const Run& run) {
+void TellHowItEnded(const RecordedRun& run) {
     if (run.is_cut) Tell("The record ends in the middle of a line, which is left out.");
     if (!run.status) {
         Tell(
@@ -119,7 +124,7 @@ int Report(const Outcome& outcome, const UndoneRecord& record) {
         PrintParagraph("Interrupted: run Undo again to go on.");
         return kEndedBySignal;
     }
-    HangUpMailSystem();
+    if (outcome.is_whole) HangUpMailSystem();
     if (!record.IsWhole()) PrintParagraph("What was done could not be recorded.");
     if (!outcome.is_whole) PrintParagraph("Not everything could be taken back: run Undo again to go on.");
     if (!outcome.left.IsEmpty()) {
@@ -131,7 +136,7 @@ int Report(const Outcome& outcome, const UndoneRecord& record) {
     return kNothingLeft;
 }
 
-int TakeBackRun(const Records& records, const Run& read, const Options& options) {
+int TakeBackRun(const Records& records, const RecordedRun& read, const Options& options) {
     std::vector<Change> changes;
     for (const TimedChange& timed : read.changes) changes.push_back(timed.change);
     const UndoneRun run{records.KeptOf(read.name),
@@ -156,15 +161,14 @@ int TakeBackRun(const Records& records, const Run& read, const Options& options)
 int GoBackFrom(const Records& records, const Options& options) {
     const SStringList names = records.Names();
     const SString name = options.run.IsEmpty() ? names.Get(static_cast<int>(names.Count()) - 1) : options.run;
-    if (!names.Contains(name))
-        return Refuse("There is no record of a run " + name + " in " + gstr_Runs + ".");
+    if (!names.Contains(name)) return RefuseUnknown(name);
     if (options.run.IsEmpty() && IsDone(records, name, options.undo)) {
         PrintParagraph("The last run, " + name +
                        ", has been taken back already. An earlier one has to be named: "
                        "Undo RUN, of those that Undo --list shows.");
         return kNothingLeft;
     }
-    const Run run = records.Read(name);
+    const RecordedRun run = records.Read(name);
     if (!run.fault.IsEmpty())
         return Refuse("The record of the run " + name + " is refused: " + run.fault + ".");
     if (!DetermineOwner()) return kNothingDone;

@@ -2,11 +2,14 @@
 #include "undo/undone.h"
 
 #include <fcntl.h>
+#include <unistd.h>
 
 #include <array>
 #include <ctime>
 
 #include <nlohmann/json.hpp>
+
+#include "support/system/identity.h"
 
 namespace {
 
@@ -60,13 +63,12 @@ Undone ReadUndone(const Records& records, const SString& run) {
     return undone;
 }
 
-UndoneRecord::UndoneRecord(const Records& records, const SString& run) {
-    SString fault;
-    file_ = records.Open(FileOf(run), O_RDWR | O_CREAT | O_APPEND, &fault);
-    is_whole_ = static_cast<bool>(file_);
-}
-
 void UndoneRecord::Begin(const UndoOptions& options) {
+    const AsRoot root;
+    SString fault;
+    file_ = records_.Open(FileOf(run_), O_RDWR | O_CREAT | O_APPEND, &fault);
+    // Whose group the process has by now is the mail owner's.
+    if (file_ && fchown(file_.Get(), getuid(), getgid()) != 0) file_.Close();
     // After what a killed Undo may have left of a line.
     const auto status = file_.Stat();
     if (status && status->st_size > 0) Write("\n");

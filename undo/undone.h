@@ -21,8 +21,8 @@ Undone ReadUndone(const Records& records, const SString& run);
 
 class UndoneRecord {
   public:
-    /// As root.
-    UndoneRecord(const Records& records, const SString& run);
+    UndoneRecord(const Records& records, const SString& run) : records_(records), run_(run) {}
+    /// Begun with the first change that is taken back.
     void Begin(const UndoOptions& options);
     /// The change by its line in the record.
     void Add(size_t change, const SString& outcome, const SStringList& left);
@@ -33,6 +33,8 @@ class UndoneRecord {
   private:
     void Write(const SString& line);
 
+    const Records& records_;
+    SString run_;
     Descriptor file_;
     bool is_whole_ = true;
 };

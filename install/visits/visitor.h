@@ -25,6 +25,8 @@ class Visitor {
     /// The host's name is told in the notices. Forks the first visitor.
     Visitor(const SString& host, gid_t mail_group,
             std::chrono::milliseconds patience = std::chrono::seconds(10));
+    /// For other work in maildrops and homes.
+    explicit Visitor(VisitWork work, std::chrono::milliseconds patience = std::chrono::seconds(10));
     ~Visitor();
     Visitor(const Visitor&) = delete;
     Visitor& operator=(const Visitor&) = delete;
@@ -68,8 +70,7 @@ class Visitor {
     void Skip(SString* path, const SString& reminder);
     void Remind(const SString& reminder);
 
-    SString host_;
-    gid_t mail_group_;
+    VisitWork work_;
     std::chrono::milliseconds patience_;
     std::unique_ptr<Child> child_;  // null after Stop, and where the system gives no process
     std::deque<VisitRequest> requests_;

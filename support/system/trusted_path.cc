@@ -61,8 +61,9 @@ class Walk {
   private:
     bool Enter(const SString& name) {
         Descriptor next = OpenName(here_, name);
+        if (!next) return false;
         const auto status = next.Stat();
-        if (!next || !status) return false;
+        if (!status) return false;
         if (S_ISLNK(status->st_mode)) return Follow(next, *status);
         if (!S_ISDIR(status->st_mode)) {
             errno = ENOTDIR;

@@ -22,7 +22,6 @@ TEST(Initialize, SetsTheHostsFilesAndServices) {
     EXPECT_EQ(gstr_MaildropDir, "/var/spool/mail/");
     EXPECT_EQ(gstr_Sendmail, "/usr/lib/sendmail");
     EXPECT_EQ(gstr_SendmailCF, "/etc/sendmail.cf");
-    EXPECT_EQ(gstr_Runs, "/var/lib/tern.harbor-install/runs");
     EXPECT_EQ(gstrl_Services, SStringList({"smtp", "pop3", "finger"}));
     EXPECT_EQ(gstrl_ServicePorts, SStringList({"25", "110", "79"}));
 }

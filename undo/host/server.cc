@@ -20,7 +20,9 @@ SString ManagingUnit(const SStringList& processes) {
     const AsRoot root;
     for (const SString& process : processes) {
         const SString id(process.ToNumber());
-        const SString unit = UnitIn(Lines(MapFileRead("/proc/" + id + "/cgroup")));
+        SStringList cgroups = Lines(MapFileRead("/proc/" + id + "/cgroup"));
+        cgroups.Chop();
+        const SString unit = UnitIn(cgroups);
         if (!unit.IsEmpty() && MainProcess(unit) == id) return unit;
     }
     return "";

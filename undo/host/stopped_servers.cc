@@ -1,5 +1,7 @@
 #include "undo/host/stopped_servers.h"
 
+#include "undo/host/units.h"
+
 namespace {
 
 void PushOnce(const SString& item, SStringList* list) {
@@ -18,7 +20,7 @@ StoppedServers StoppedServersOf(const change::ProcessesSignalled& change, const 
     StoppedServers stopped;
     if (change.signal != "TERM") return stopped;
     for (const change::Process& process : change.processes) {
-        if (!process.unit.IsEmpty()) {
+        if (IsUnitName(process.unit)) {
             if (!is_active(process.unit)) PushOnce(process.unit, &stopped.units);
         } else if (!running.Contains(process.name)) {
             PushOnce(CommandLine(process), &stopped.by_hand);

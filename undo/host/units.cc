@@ -7,11 +7,6 @@
 
 namespace {
 
-/// A unit's name comes from a control group, which a container may have named as it likes.
-bool IsName(const SString& unit) {
-    return unit.Matches("\\A[A-Za-z0-9@:_][A-Za-z0-9@:_.\\\\-]*\\z");
-}
-
 SString FirstLine(const SString& command) {
     const AsRoot root;
     return ReadCommand(command).Get(0).ChopLineEnd();
@@ -23,18 +18,22 @@ SString Systemctl(const SString& verb, const SString& unit) {
 
 }  // namespace
 
+bool IsUnitName(const SString& name) {
+    return name.Matches("\\A[A-Za-z0-9@:_][A-Za-z0-9@:_.\\\\-]*\\z");
+}
+
 bool IsUnitActive(const SString& unit) {
-    return IsName(unit) && FirstLine(Systemctl("is-active", unit)) == "active";
+    return IsUnitName(unit) && FirstLine(Systemctl("is-active", unit)) == "active";
 }
 
 bool StartUnit(const SString& unit) {
-    if (!IsName(unit)) return false;
+    if (!IsUnitName(unit)) return false;
     FirstLine(StartCommand(unit));
     return IsUnitActive(unit);
 }
 
 SString MainProcess(const SString& unit) {
-    return IsName(unit) ? FirstLine(Systemctl("show --property=MainPID --value", unit)) : "";
+    return IsUnitName(unit) ? FirstLine(Systemctl("show --property=MainPID --value", unit)) : "";
 }
 
 SString StartCommand(const SString& unit) {

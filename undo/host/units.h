@@ -3,6 +3,8 @@
 
 #include "support/text/sstring.h"
 
+/// A name of a control group need not be one: a container may have chosen it.
+bool IsUnitName(const SString& name);
 bool IsUnitActive(const SString& unit);
 /// False where it is not active afterwards.
 bool StartUnit(const SString& unit);

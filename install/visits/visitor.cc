@@ -25,7 +25,9 @@ constexpr const char* kNotRepaired = "Maildrops were not repaired below: ";
 }  // namespace
 
 Visitor::Visitor(const SString& host, gid_t mail_group, milliseconds patience)
-    : Visitor(SetUpVisits(host, mail_group), patience) {}
+    : Visitor(SetUpVisits(host, mail_group), patience) {
+    host_ = host;
+}
 
 Visitor::Visitor(VisitWork work, milliseconds patience) : work_(std::move(work)), patience_(patience) {
     Start();

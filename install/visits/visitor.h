@@ -31,6 +31,7 @@ class Visitor {
     Visitor(const Visitor&) = delete;
     Visitor& operator=(const Visitor&) = delete;
 
+    /// Told in the notices.
     const SString& Host() const { return host_; }
     /// For Transmit, or the next wait for an answer: many sent together wake the visitor once.
     void Send(VisitRequest request);
@@ -70,6 +71,7 @@ class Visitor {
     void Skip(SString* path, const SString& reminder);
     void Remind(const SString& reminder);
 
+    SString host_;
     VisitWork work_;
     std::chrono::milliseconds patience_;
     std::unique_ptr<Child> child_;  // null after Stop, and where the system gives no process

@@ -6,19 +6,6 @@ constexpr size_t kMostNamed = 20;
 
 }  // namespace
 
-SString Counted(size_t count, const SString& thing) {
-    return SString(count) + " " + thing + (count == 1 ? "" : "s");
-}
-
-SString FirstOf(SStringList names) {
-    const size_t count = names.Count();
-    if (count > kMostNamed) {
-        names.Splice(static_cast<int>(kMostNamed), static_cast<int>(count - kMostNamed));
-        names.Push("and " + SString(count - kMostNamed) + " more");
-    }
-    return names.Join(", ");
-}
-
 void Numerous::Problem(const SString& text, const SStringList& to_do, const SStringList& answers) {
     if (++count_ <= kMostNamed) findings_->Problem(about_, text, to_do, answers);
 }

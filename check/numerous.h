@@ -3,12 +3,6 @@
 
 #include "check/findings.h"
 
-/// "1 login", "2 logins".
-SString Counted(size_t count, const SString& thing);
-
-/// "anna, bruno, and 3 more".
-SString FirstOf(SStringList names);
-
 /// Problems of one kind.
 class Numerous {
   public:

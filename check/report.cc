@@ -1,7 +1,6 @@
 // Writes a report; the only place that uses the JSON library.
 #include "check/report.h"
-
-#include "check/numerous.h"
+#include "support/text/counted.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,6 +1,7 @@
-// The way back of each kind of change: how it stands now, and taking it back. Both look again at what they are
-// about, as anything may have changed since: what is not as the run left it is somebody's work, and is left alone.
-// Taking back what is back already does nothing, so that an interrupted Undo is finished by another.
+// The way back of each kind of change: how it stands now, and taking it back. Both look again at what they
+// are about, as anything may have changed since: what is not as the run left it is somebody's work, and is
+// left alone. Taking back what is back already does nothing, so that an interrupted Undo is finished by
+// another.
 #pragma once
 
 #include "install/record/change.h"
@@ -17,18 +18,21 @@ struct UndoneRun {
     SString begun;  // UTC, as in the record
     SString next;   // when the next run began; empty if there is none
     UndoOptions options;
+    const std::vector<Change>* changes =
+        nullptr;  // all of the run's: later ones may have changed the same again
 };
 
 enum class Standing {
     AsBefore,  // nothing to take back: the change was not made, or is back
     AsLeft,    // will be taken back
-    Kept,      // stays by design, or as it was not asked for; the text tells what to do by hand, if anything
+    Kept,      // stays by design, or as it was not asked for
+    ByHand,    // left to the administrator; the text tells what to do
     Changed,   // somebody's work by now: left alone; the text tells both versions' paths
     Unknown,   // cannot be told; the text tells why
 };
 
-/// Text in plain words, one line, other people's bytes made printable; empty with AsBefore. With AsLeft it tells
-/// what Undo would do ("Put /etc/inetd.conf back from /etc/inetd.conf.bak, and hang up inetd").
+/// Text in plain words, one line, other people's bytes made printable; empty with AsBefore. With AsLeft it
+/// tells what Undo would do ("Put /etc/inetd.conf back from /etc/inetd.conf.bak, and hang up inetd").
 struct Finding {
     Standing standing = Standing::AsBefore;
     SString text = {};
@@ -40,8 +44,7 @@ struct TakenBack {
     SStringList left = {};
 };
 
-// Each kind has this pair, in a file of its own: undo/host/ (files, links, directories, processes) and
-// undo/mail_system/ (databases, accounts, messages, homes and maildrops). As root.
-//
-//     Finding LookAt(const change::ModeSet& change, const UndoneRun& run);
-//     TakenBack TakeBack(const change::ModeSet& change, const UndoneRun& run);
+// Each kind has a pair LookAt and TakeBack (undo/ways.h declares all), in a file of its own: undo/host/
+// (files, links, directories, processes) and undo/mail_system/ (databases, accounts, messages, homes and
+// maildrops). As the mail owner, with root's rights for single actions (AsRoot). LookAt is called for the
+// whole plan first, and again right before each TakeBack.

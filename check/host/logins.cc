@@ -3,10 +3,10 @@
 #include <vector>
 
 #include "check/looks.h"
-#include "check/numerous.h"
 #include "install/accounts/candidates.h"
 #include "install/settings.h"
 #include "support/system/file.h"
+#include "support/text/counted.h"
 
 namespace {
 

@@ -4,10 +4,10 @@
 #include <set>
 
 #include "check/looks.h"
-#include "check/numerous.h"
 #include "install/accounts/candidates.h"
 #include "install/settings.h"
 #include "support/database/account.h"
+#include "support/text/counted.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 #include "support/mail/queue.h"
 
 #include "check/looks.h"
-#include "check/numerous.h"
 #include "install/settings.h"
 #include "support/system/file.h"
+#include "support/text/counted.h"
 
 namespace {
 

@@ -81,12 +81,6 @@ Written Complete(const SString& path, const Original& found, const SString& text
     return file ? WriteEither(file, text, otherwise) : Written::Neither;
 }
 
-/// Takes away the write permission that the killed run had added.
-bool PutModeBack(const Original& found, mode_t mode) {
-    const mode_t now = found.Mode();
-    return now == mode || now != (mode | 0200) || fchmod(found.file.descriptor.Get(), mode) == 0;
-}
-
 /// The file has its new text; without its old mode, the note stays as it is.
 void Conclude(const SString& path, bool is_done, const Announcement& announce, const SString& before) {
     if (is_done) MarkWritten(path);

@@ -44,6 +44,11 @@ bool WriteAccess::Change(mode_t added) const {
     return fchmod(original_.file.descriptor.Get(), original_.Mode() | added) == 0;
 }
 
+bool PutModeBack(const Original& found, mode_t mode) {
+    const mode_t now = found.Mode();
+    return now == mode || now != (mode | kOwnerWrite) || fchmod(found.file.descriptor.Get(), mode) == 0;
+}
+
 Descriptor OpenForWriting(const SString& path, const Original& original) {
     RegularFile file = OpenRegularFile(path, O_WRONLY, Links::All);
     // Taken again: overlayfs changes the inode number when a file is first opened for writing.

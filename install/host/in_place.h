@@ -33,6 +33,9 @@ class WriteAccess {
     bool added_;
 };
 
+/// Takes away the write permission that a killed run had added to this mode.
+bool PutModeBack(const Original& found, mode_t mode);
+
 /// Not truncated yet. None unless it is the file that was read.
 Descriptor OpenForWriting(const SString& path, const Original& original);
 

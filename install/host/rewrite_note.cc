@@ -78,6 +78,10 @@ void RemoveDraft(const SString& path) {
     RemoveFile(DraftName(path));
 }
 
+bool HasDraft(const SString& path) {
+    return EntryExists(DraftName(path));
+}
+
 void RemoveNote(const SString& path) {
     RemoveDraft(path);
     bool is_removed = false;

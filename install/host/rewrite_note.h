@@ -37,6 +37,7 @@ bool MarkWritten(const SString& path);
 void RemoveNote(const SString& path);
 /// What a run leaves that is killed while it writes the note.
 void RemoveDraft(const SString& path);
+bool HasDraft(const SString& path);
 /// As root. Only a regular file of root's that nobody else can write is a note: whoever owns the directory
 /// may put others there. One with a second name could be another file of root's, and is unreadable.
 FoundNote ReadNote(const SString& path);

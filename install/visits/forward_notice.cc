@@ -38,6 +38,12 @@ const char pz_ForwardMessage2[] =
     "options once you have had a chance to try them out.\r\n"
     "\r\n";
 
+namespace {
+
+const SString kBeforeDate = "##### Important Notice #####\n\nDate: ";
+
+}  // namespace
+
 ForwardNotice::ForwardNotice(const SString& host)
     : body_(Format("A new mail system, named tern.harbor, has been installed on " + Printable(host) +
                        ". One effect of this transition is that .forward files are no longer used for "
@@ -46,5 +52,18 @@ ForwardNotice::ForwardNotice(const SString& host)
                    60, 0, "\n")) {}
 
 SString ForwardNotice::Text() const {
-    return "##### Important Notice #####\n\nDate: " + RFC822Date() + "\n\n" + body_ + "\n";
+    return kBeforeDate + RFC822Date() + AfterDate();
+}
+
+SString ForwardNotice::AfterDate() const {
+    return "\n\n" + body_ + "\n";
+}
+
+std::optional<int64_t> ForwardNotice::DateOf(const SString& text) const {
+    const SString after = AfterDate();
+    const size_t others = kBeforeDate.Length() + after.Length();
+    if (text.Length() < others || !text.StartsWith(kBeforeDate.Bytes()) || !text.EndsWith(after.Bytes())) {
+        return std::nullopt;
+    }
+    return TimeOfRFC822Date(text.Bytes().substr(kBeforeDate.Length(), text.Length() - others));
 }

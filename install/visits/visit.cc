@@ -10,8 +10,10 @@ uint32_t ShiftId(SStringList* message) {
 }  // namespace
 
 SStringList ToMessage(const VisitRequest& request) {
-    SStringList message = {request.maildrop, request.home, request.user.uid, request.user.gid};
+    SStringList message = {request.maildrop, request.home, request.user.uid, request.user.gid,
+                           request.user.groups.size()};
     for (const gid_t group : request.user.groups) message.Push(group);
+    message.Push(request.task);
     return message;
 }
 
@@ -21,13 +23,15 @@ VisitRequest RequestFrom(SStringList message) {
     request.home = message.Shift();
     request.user.uid = ShiftId(&message);
     request.user.gid = ShiftId(&message);
-    while (!message.IsEmpty()) request.user.groups.push_back(ShiftId(&message));
+    uint32_t groups = ShiftId(&message);
+    for (; groups > 0 && !message.IsEmpty(); --groups) request.user.groups.push_back(ShiftId(&message));
+    request.task = message;
     return request;
 }
 
 SStringList ToMessage(const VisitAnswer& answer) {
     return {static_cast<int>(answer.end), static_cast<int>(answer.maildrop),
-            static_cast<int>(answer.has_forward), answer.finger_info};
+            static_cast<int>(answer.has_forward), answer.finger_info, answer.outcome};
 }
 
 VisitAnswer AnswerFrom(SStringList message) {
@@ -36,5 +40,6 @@ VisitAnswer AnswerFrom(SStringList message) {
     answer.maildrop = static_cast<Maildrop>(message.Shift().ToNumber());
     answer.has_forward = message.Shift() == "1";
     answer.finger_info = message.Shift();
+    answer.outcome = message.Shift().ToNumber();
     return answer;
 }

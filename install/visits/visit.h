@@ -4,6 +4,8 @@
 #include <array>
 #include <atomic>
 #include <climits>
+#include <cstdint>
+#include <functional>
 
 #include "install/visits/maildrop.h"
 #include "support/system/identity.h"
@@ -13,6 +15,7 @@ struct VisitRequest {
     SString maildrop;  // empty: left alone
     SString home;      // the same
     Identity user;
+    SStringList task = {};  // what other work than setting up is to be done, in its own words
 };
 
 enum class VisitEnd {
@@ -27,6 +30,7 @@ struct VisitAnswer {
     Maildrop maildrop = Maildrop::Fine;
     bool has_forward = false;
     SString finger_info = {};
+    int64_t outcome = 0;  // of other work than setting up, in its own numbers
 };
 
 /// In memory shared with the visitor: a visitor that hangs cannot be asked where.
@@ -57,6 +61,9 @@ class VisitProgress {
     std::atomic<bool> is_stopped_;
     std::atomic<Maildrop> maildrop_;  // of the visit that is under way
 };
+
+/// What is done in a visit, in the visitor's process, which is root.
+using VisitWork = std::function<VisitAnswer(const VisitRequest&, ManyUsers*, VisitProgress*)>;
 
 SStringList ToMessage(const VisitRequest& request);
 VisitRequest RequestFrom(SStringList message);

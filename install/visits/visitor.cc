@@ -25,7 +25,11 @@ constexpr const char* kNotRepaired = "Maildrops were not repaired below: ";
 }  // namespace
 
 Visitor::Visitor(const SString& host, gid_t mail_group, milliseconds patience)
-    : host_(host), mail_group_(mail_group), patience_(patience) {
+    : Visitor(SetUpVisits(host, mail_group), patience) {
+    host_ = host;
+}
+
+Visitor::Visitor(VisitWork work, milliseconds patience) : work_(std::move(work)), patience_(patience) {
     Start();
 }
 
@@ -39,8 +43,7 @@ void Visitor::Start() {
     if (!ends || !child->progress.IsThere()) return;
     // The terminal's signals reach its whole group; the visitor never takes them.
     const BlockedSignals blocked(kTerminalSignals);
-    child->id =
-        StartChild([&] { ServeVisits(std::move(ends->second), host_, mail_group_, &*child->progress); });
+    child->id = StartChild([&] { ServeVisits(std::move(ends->second), work_, &*child->progress); });
     if (child->id < 0) return;
     child->socket = std::move(ends->first);
     child_ = std::move(child);

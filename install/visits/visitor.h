@@ -25,10 +25,13 @@ class Visitor {
     /// The host's name is told in the notices. Forks the first visitor.
     Visitor(const SString& host, gid_t mail_group,
             std::chrono::milliseconds patience = std::chrono::seconds(10));
+    /// For other work in maildrops and homes.
+    explicit Visitor(VisitWork work, std::chrono::milliseconds patience = std::chrono::seconds(10));
     ~Visitor();
     Visitor(const Visitor&) = delete;
     Visitor& operator=(const Visitor&) = delete;
 
+    /// Told in the notices.
     const SString& Host() const { return host_; }
     /// For Transmit, or the next wait for an answer: many sent together wake the visitor once.
     void Send(VisitRequest request);
@@ -68,8 +71,8 @@ class Visitor {
     void Skip(SString* path, const SString& reminder);
     void Remind(const SString& reminder);
 
-    SString host_;
-    gid_t mail_group_;
+    VisitWork work_;
+    SString host_;  // empty for other work
     std::chrono::milliseconds patience_;
     std::unique_ptr<Child> child_;  // null after Stop, and where the system gives no process
     std::deque<VisitRequest> requests_;

@@ -8,27 +8,18 @@ namespace {
 
 constexpr std::chrono::milliseconds kForever{-1};
 
-/// What is the same for all visits.
-struct Round {
-    gid_t mail_group;
-    ForwardNotice notice;
-    VisitProgress* progress;
-    ManyUsers users = {};
-};
-
-VisitAnswer Visit(const VisitRequest& request, Round* round) {
-    VisitProgress* progress = round->progress;
+VisitAnswer SetUp(const VisitRequest& request, const ForwardNotice& notice, gid_t mail_group,
+                  ManyUsers* users, VisitProgress* progress) {
     VisitAnswer answer;
     answer.end = VisitEnd::Visited;
     progress->FoundMaildrop(Maildrop::Fine);
     if (!request.maildrop.IsEmpty()) {
         progress->LookAt(request.maildrop);
-        answer.maildrop = RepairMaildrop(request.maildrop, request.user, round->mail_group);
+        answer.maildrop = RepairMaildrop(request.maildrop, request.user, mail_group);
         progress->FoundMaildrop(answer.maildrop);
     }
     if (!request.home.IsEmpty()) {
-        const HomeFindings findings =
-            VisitHome(request.home, request.user, round->notice.Text(), &round->users, progress);
+        const HomeFindings findings = VisitHome(request.home, request.user, notice.Text(), users, progress);
         answer.finger_info = findings.finger_lines.Join("\r\n");
         answer.has_forward = findings.has_forward;
     }
@@ -53,15 +44,23 @@ bool Send(const VisitAnswer& answer, MessageSocket* socket) {
 
 }  // namespace
 
-void ServeVisits(MessageSocket socket, const SString& host, gid_t mail_group, VisitProgress* progress) {
+VisitWork SetUpVisits(const SString& host, gid_t mail_group) {
+    return [notice = ForwardNotice(host), mail_group](const VisitRequest& request, ManyUsers* users,
+                                                      VisitProgress* progress) {
+        return SetUp(request, notice, mail_group, users, progress);
+    };
+}
+
+void ServeVisits(MessageSocket socket, const VisitWork& work, VisitProgress* progress) {
     KeepOnly(socket.Socket());
     const AsRoot root;
-    Round round = {mail_group, ForwardNotice(host), progress};
+    ManyUsers users;
     bool is_heard = true;
     while (is_heard) {
         const auto request = NextRequest(&socket);
         if (!request) return;
         is_heard =
-            Send(progress->IsStopped() ? VisitAnswer{VisitEnd::Stopped} : Visit(*request, &round), &socket);
+            Send(progress->IsStopped() ? VisitAnswer{VisitEnd::Stopped} : work(*request, &users, progress),
+                 &socket);
     }
 }

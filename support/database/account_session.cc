@@ -5,20 +5,6 @@
 
 namespace {
 
-// With a write-ahead log a commit survives a killed process without waiting for the disk, and after Sync a
-// power failure. Rows are appended in the order of creation (docs/storage.md).
-constexpr DatabaseFormat kFormat = {
-    "1414680129",  // "TRNA"
-    "CREATE TABLE accounts (id INTEGER PRIMARY KEY, uid TEXT NOT NULL UNIQUE,"
-    "  locked INTEGER NOT NULL DEFAULT 0);"
-    "CREATE TABLE fields (account INTEGER NOT NULL, name TEXT NOT NULL, position INTEGER NOT NULL,"
-    "  value TEXT NOT NULL, PRIMARY KEY (account, name, position)) WITHOUT ROWID;"
-    "CREATE TABLE addresses (address TEXT NOT NULL, account INTEGER NOT NULL,"
-    "  PRIMARY KEY (address, account)) WITHOUT ROWID;",
-    "WAL",
-    "NORMAL",
-};
-
 SString Path() {
     return DatabasePath("MTA-Accounts");
 }
@@ -41,7 +27,8 @@ bool AccountStore::Session::IsCurrent() const {
 
 DatabaseState AccountStore::Session::Open(bool for_writing, std::unique_ptr<Session>* session) {
     const SString path = Path();
-    OpenedDatabase database = for_writing ? OpenForWriting(path, kFormat) : OpenForReading(path, kFormat);
+    OpenedDatabase database =
+        for_writing ? OpenForWriting(path, kAccountFormat) : OpenForReading(path, kAccountFormat);
     const DatabaseState state = database.state;
     if (state == DatabaseState::Ready) {
         *session = std::make_unique<Session>(std::move(database), path, for_writing);

@@ -7,6 +7,20 @@
 
 #include "support/database/account_store.h"
 
+// With a write-ahead log a commit survives a killed process without waiting for the disk, and after Sync a
+// power failure. Rows are appended in the order of creation (docs/storage.md).
+inline constexpr DatabaseFormat kAccountFormat = {
+    "1414680129",  // "TRNA"
+    "CREATE TABLE accounts (id INTEGER PRIMARY KEY, uid TEXT NOT NULL UNIQUE,"
+    "  locked INTEGER NOT NULL DEFAULT 0);"
+    "CREATE TABLE fields (account INTEGER NOT NULL, name TEXT NOT NULL, position INTEGER NOT NULL,"
+    "  value TEXT NOT NULL, PRIMARY KEY (account, name, position)) WITHOUT ROWID;"
+    "CREATE TABLE addresses (address TEXT NOT NULL, account INTEGER NOT NULL,"
+    "  PRIMARY KEY (address, account)) WITHOUT ROWID;",
+    "WAL",
+    "NORMAL",
+};
+
 struct AccountStore::Session {
     /// Of a list with a value or more of every account: enough for three million accounts.
     static constexpr size_t kMostTextOfAll = size_t{1} << 30;

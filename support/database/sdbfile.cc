@@ -8,14 +8,9 @@
 
 using sqlite::Step;
 
-namespace {
-
-// "/a/b", whatever slashes the path was written with; "/" for the outermost table.
-SString Normal(const SString& table_path) {
+SString NormalTablePath(const SString& table_path) {
     return "/" + table_path.S("^/+|/+$", "", "g").S("/+", "/", "g");
 }
-
-}  // namespace
 
 Sdbfile::Sdbfile() : state_(std::make_unique<State>()) {}
 
@@ -69,7 +64,7 @@ bool AddValues(sqlite::Connection& connection, const SString& table, const SStri
 
 int Sdbfile::Open(const SString& table_path, int writable) {
     if (!state_->hold) CloseDB();
-    state_->table = Normal(table_path);
+    state_->table = NormalTablePath(table_path);
     state_->is_open = (state_->hold ? OpenHeld(writable) : OpenTable(writable)) != 0;
     return state_->is_open;
 }

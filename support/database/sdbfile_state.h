@@ -15,6 +15,9 @@ inline constexpr DatabaseFormat kModuleFormat = {
     "EXTRA",
 };
 
+/// "/a/b", whatever slashes the path was written with; "/" for the outermost table.
+SString NormalTablePath(const SString& table_path);
+
 struct Sdbfile::State {
     SString name;
     SString table;

@@ -148,6 +148,20 @@ void SControl::RemoveMessage() {
     RemoveFile(BodyPath());
 }
 
+bool SControl::RemoveMessageIf(const std::function<bool(const SString&)>& is_meant) {
+    Discard();
+    if (GetFilename().IsEmpty()) return false;
+    DirectoryLock lock(control_directory_, LOCK_EX);
+    const auto bytes = lock.IsHeld() ? RegularContents(Path()) : std::nullopt;
+    if (!bytes || !is_meant(*bytes)) return false;
+    const SString withdrawn = HiddenBeside(Path(), "." + ProcessIdString() + ".0");
+    if (!Rename(Path(), withdrawn)) return false;
+    RemoveFile(HeaderPath());
+    RemoveFile(BodyPath());
+    RemoveFile(withdrawn);
+    return true;
+}
+
 SHeader::SHeader() : SField("\r\n"), directory_(MessageDirectory()) {}
 
 void SHeader::PutFilename(const SString& name) {

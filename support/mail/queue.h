@@ -3,6 +3,7 @@
 // file appears whole or not at all: it is written under another name, synced and renamed.
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "support/text/named_list.h"
@@ -54,6 +55,10 @@ class SControl : public SField {
     SString BodyPath() const;
     /// Withdraws the message: its control, header and body files.
     void RemoveMessage();
+    /// The same if the control file's bytes are as meant, under the lock. False if they are not, or the lock
+    /// could not be had: nothing is removed then. A control file that a kill leaves as ".NAME.PROCESS-ID.0"
+    /// tells that the header and body beside it are nobody's.
+    bool RemoveMessageIf(const std::function<bool(const SString&)>& is_meant);
 
   private:
     SString module_;

@@ -4,16 +4,6 @@
 
 namespace {
 
-TEST(FirstOf, CountsWhatItDoesNotName) {
-    SStringList names;
-    EXPECT_EQ(FirstOf(names), "");
-    for (int i = 1; i <= 20; ++i) names.Push(SString(i));
-    EXPECT_EQ(FirstOf(names), names.Join(", "));
-    const SString all = names.Join(", ");
-    names.Push({"21", "22"});
-    EXPECT_EQ(FirstOf(names), all + ", and 2 more");
-}
-
 TEST(Numerous, NamesTwentyProblems) {
     Findings findings;
     Numerous many("port", &findings);

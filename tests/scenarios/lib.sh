@@ -4,6 +4,7 @@
 
 . "$(dirname "${BASH_SOURCE[0]}")/../../scripts/site-parts.sh"
 SCREEN=/tmp/scenario/screen
+RECORDS=/var/lib/tern.harbor-install/runs
 
 # --- the host ---------------------------------------------------------------------------------------------------
 
@@ -211,6 +212,63 @@ fault() {
     local inject=$1
     shift
     strace -qq -f -o /tmp/scenario/trace -e "trace=${inject%%:*}" -e "inject=$inject" "$@" "$BUILD/Install"
+}
+
+# --- Undo -------------------------------------------------------------------------------------------------------
+
+RUN=20261122T170405Z-4711
+
+# recorded CHANGE...: for "prepare": the record of a whole run, whose changes are objects of JSON without their time.
+recorded() {
+    install -d -m 700 "${RECORDS%/*}" "$RECORDS"
+    { echo '{"format":1}'; printf '{"time":"2026-11-22T17:04:06Z",%s}\n' "$@" '"kind":"end","status":0'; } >"$RECORDS/$RUN"
+    chmod 600 "$RECORDS/$RUN"
+}
+
+checksum() { sha256sum "$1" | cut -d" " -f1; }
+
+# The changes of a run that took everything over from other servers, as the record has them, made on the host: a line
+# each. The host before is in /tmp/before.
+take_over() {
+    mkdir /tmp/before
+    chmod 01777 /var/mail
+    printf '%s\n' 'smtp stream tcp nowait root /usr/sbin/tcpd in.smtpd' 'echo stream tcp nowait root internal' >/etc/inetd.conf
+    echo 'the old sendmail' >/usr/lib/sendmail
+    cp -a /etc/inetd.conf /usr/lib/sendmail /tmp/before
+    mv /etc/inetd.conf /etc/inetd.conf.bak
+    sed 's/^smtp/#smtp/' /etc/inetd.conf.bak >/etc/inetd.conf
+    mv /usr/lib/sendmail /usr/lib/sendmail.bak
+    ln -s ../../opt/tern.harbor/bin/sendmail /usr/lib/sendmail
+    chmod 3777 /var/mail
+    rmdir "$DATA/mailboxes"
+    install -d -o "$OWNER" -g "$OWNER" -m 770 "$DATA/mailboxes"
+    cat <<-END
+	"kind":"directory","path":"$DATA/mailboxes/","unfinished":"$DATA/mailboxes.new","access":{"owner":150,"group":150,"mode":"0770","access_list":""}
+	"kind":"mode","path":"/var/spool/mail/","before":"1777","after":"3777"
+	"kind":"host file","path":"/etc/inetd.conf","backup":"/etc/inetd.conf.bak","mode":"0644","before":"$(checksum /etc/inetd.conf.bak)","after":"$(checksum /etc/inetd.conf)"
+	"kind":"signal","signal":"HUP","processes":[{"id":4001,"name":"inetd","command":["/usr/sbin/inetd"],"unit":""}]
+	"kind":"signal","signal":"TERM","processes":[{"id":4002,"name":"sendmail","command":["sendmail: accepting connections"],"unit":""}]
+	"kind":"link","path":"/usr/lib/sendmail","link":"../../opt/tern.harbor/bin/sendmail","backup":"/usr/lib/sendmail.bak","old_link":"","old_owner":0,"old_group":0
+	"kind":"server","program":"/opt/tern.harbor/tern.harbor"
+	END
+}
+
+# record_take_over: a host that was taken over, and the record of it.
+record_take_over() {
+    make_site
+    take_over >/tmp/changes
+    mapfile -t CHANGES </tmp/changes
+    recorded "${CHANGES[@]}"
+}
+
+# is_as_before: that host is again as it was.
+is_as_before() {
+    cmp /etc/inetd.conf /tmp/before/inetd.conf
+    cmp /usr/lib/sendmail /tmp/before/sendmail
+    has_mode /var/mail "root:mail 1777"
+    absent "$DATA/mailboxes"
+    absent /etc/inetd.conf.bak
+    absent /usr/lib/sendmail.bak
 }
 
 # --- for "check" ------------------------------------------------------------------------------------------------

@@ -52,4 +52,15 @@ TEST(ForwardNotice, IsAShortDatedNote) {
               "\n");
 }
 
+TEST(ForwardNotice, TellsTheDateOfItsTextOnly) {
+    const ForwardNotice notice(kHost);
+    const SString text = notice.Text().S("\nDate: [^\n]+\n", "\nDate: Sat, 21 Nov 2026 14:05:09 +0100\n");
+    EXPECT_EQ(notice.DateOf(text), 1795266309);
+    EXPECT_FALSE(ForwardNotice("other.example.com").DateOf(text));
+    for (const SString& other : {SString(), text + "\n", "\n" + text, text.S("Date: Sat", "Date: Sun"),
+                                 text.S("Important", "important")}) {
+        EXPECT_FALSE(notice.DateOf(other)) << other;
+    }
+}
+
 }  // namespace

@@ -92,6 +92,19 @@ TEST_F(VisitorTest, HasRootsRightsAtEachMaildropWhoeverStartsIt) {
     EXPECT_EQ(geteuid(), 2009U);
 }
 
+TEST_F(VisitorTest, DoesOtherWork) {
+    Visitor visitor([](const VisitRequest& request, ManyUsers*, VisitProgress*) {
+        VisitAnswer answer;
+        answer.end = VisitEnd::Visited;
+        answer.outcome = static_cast<int64_t>(request.task.Count() * 100 + request.user.groups.size());
+        return answer;
+    });
+    visitor.Send({"", "", {1, 1, {1, 2}}, {"remove", "", "it"}});
+    visitor.Send({});
+    EXPECT_EQ(visitor.Next().outcome, 302);
+    EXPECT_EQ(visitor.Next().outcome, 0);
+}
+
 TEST_F(VisitorTest, SendsMoreThanASocketHolds) {
     Visitor visitor("mail.example.com", 8);
     VisitRequest request = Request("games");

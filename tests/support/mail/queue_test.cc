@@ -172,6 +172,23 @@ TEST_F(Queue, RemovesAllFilesOfAMessageAndNoOthers) {
     EXPECT_EQ(AllFiles().Count(), 3U);
 }
 
+TEST_F(Queue, RemovesAMessageThatIsAsMeant) {
+    SControl control;
+    control["Function:"] = "x";
+    EXPECT_TRUE(control.Write("A"));
+    folder_.Write("data/messages/A-Body", "x\n");
+    EXPECT_FALSE(control.RemoveMessageIf([](const SString&) { return false; }));
+    EXPECT_EQ(AllFiles().Count(), 2U);
+    {
+        const Descriptor other = Descriptor::Open(folder_ / "data/control", O_RDONLY);
+        ASSERT_EQ(flock(other.Get(), LOCK_EX), 0);
+        EXPECT_FALSE(control.RemoveMessageIf([](const SString&) { return true; }));
+    }
+    EXPECT_TRUE(control.RemoveMessageIf([](const SString& bytes) { return bytes == "Function: x\n"; }));
+    EXPECT_TRUE(AllFiles().IsEmpty());
+    EXPECT_FALSE(control.RemoveMessageIf([](const SString&) { return true; }));
+}
+
 TEST_F(Queue, WaitsForAnotherProcessesLock) {
     Descriptor other = Descriptor::Open(folder_ / "data/control", O_RDONLY);
     ASSERT_EQ(flock(other.Get(), LOCK_EX), 0);

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <ctime>
+
 namespace {
 
 TEST(RFC822Date, HasTheStandardsForm) {
@@ -10,6 +13,26 @@ TEST(RFC822Date, HasTheStandardsForm) {
                              "(Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec) \\d{4} "
                              "\\d\\d:\\d\\d:\\d\\d [+-]\\d{4}\\z"))
         << RFC822Date();
+}
+
+TEST(TimeOfRFC822Date, TakesOnlyWhatIsWrittenHere) {
+    EXPECT_EQ(TimeOfRFC822Date("Sat, 21 Nov 2026 14:05:09 +0100"), 1795266309);
+    EXPECT_EQ(TimeOfRFC822Date("Sat, 21 Nov 2026 09:35:09 -0330"), 1795266309);
+    const auto now = TimeOfRFC822Date(RFC822Date());
+    ASSERT_TRUE(now);
+    EXPECT_LE(std::abs(*now - time(nullptr)), 1);
+    for (const char* date : {"", "x", "Sun, 21 Nov 2026 14:05:09 +0100", "Sat, 21 Nov 2026 14:05:09 +0100 ",
+                             "Sat,  21 Nov 2026 14:05:09 +0100", "Sat, 31 Feb 2026 14:05:09 +0100",
+                             "Sat, 21 November 2026 14:05:09 +0100"}) {
+        EXPECT_FALSE(TimeOfRFC822Date(date)) << date;
+    }
+}
+
+TEST(TimeOfUniversal, TakesOnlyWhatIsWrittenHere) {
+    EXPECT_EQ(TimeOfUniversal("2026-11-21T13:05:09Z"), 1795266309);
+    for (const char* time : {"", "2026-11-21T13:05:09", "2026-11-21 13:05:09Z", "2026-11-21T13:05:9Z"}) {
+        EXPECT_FALSE(TimeOfUniversal(time)) << time;
+    }
 }
 
 TEST(UniversalTime, HasTheStandardsForm) {

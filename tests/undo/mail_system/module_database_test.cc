@@ -1,0 +1,275 @@
+// The way back of a module's new database, from wherever the run was killed.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <map>
+#include <tuple>
+
+#include "install/mail_system/database_update.h"
+#include "install/mail_system/settings_digest.h"
+#include "install/record/access.h"
+#include "support/database/sqlite.h"
+#include "support/system/regular_file.h"
+#include "tests/data_directory.h"
+#include "undo/ways.h"
+
+namespace {
+
+constexpr uid_t kMail = 2008;
+
+/// How far the run came.
+enum Stage { Prepared, Carried, Linked, BackedUp, Exchanged };
+constexpr Stage kStages[] = {Prepared, Carried, Linked, BackedUp, Exchanged};
+
+class ModuleDatabase : public testing::Test {
+  protected:
+    using Listing = std::map<SString, std::tuple<SString, mode_t, uid_t, gid_t>>;
+
+    static void Put(const SString& database, const SString& key, const SStringList& values) {
+        Sdbfile file(database, 0);
+        ASSERT_TRUE(file.Open("/Config", 1) && file.Set(key, values));
+    }
+    static SString Socket(const SString& database) {
+        Sdbfile file(database, 0);
+        EXPECT_TRUE(file.Open("/Config", 0)) << database;
+        return file.Get("Socket").Get(0);
+    }
+
+    void MakeSite(bool has_older_backup) {
+        Put("Web", "Socket", "8080");
+        Put("Web.install", "Socket", "80");
+        Put("Web.install", "New", "yes");
+        if (has_older_backup) Put("Web.backup", "Socket", "70");
+        for (const char* name : {"Web", "Web.install", "Web.backup"}) {
+            static_cast<void>(chown(data_.Config(name).CString(), kMail, kMail));
+        }
+        chmod(data_.Config("Web.install").CString(), 0600);
+    }
+
+    Listing Site() const {
+        Listing site;
+        for (const SString& path : ReadDir(data_.Path() + "config")) {
+            struct stat status {};
+            EXPECT_EQ(lstat(path.CString(), &status), 0);
+            site[BaseName(path, "")] = {MapFileRead(path), status.st_mode, status.st_uid, status.st_gid};
+        }
+        return site;
+    }
+
+    change::KeptFile Keep(const SString& name) const {
+        const RegularFile file = OpenRegularFile(data_.Config(name), O_RDONLY, Links::NotAtEnd);
+        if (!file) return {};
+        beside_.Write(name, *file.descriptor.ReadAll(), 0600);
+        return {name, *AccessOf(file.descriptor)};
+    }
+
+    /// As install/mail_system/module_databases.cc does it.
+    void Run(Stage end) {
+        const SString file = data_.Config("Web");
+        struct stat status {};
+        ASSERT_EQ(stat((file + ".install").CString(), &status), 0);
+        prepared_ = {file, Keep("Web.install"), status.st_dev, status.st_ino, Keep("Web.backup")};
+        changes_ = {prepared_};
+        if (end == Prepared) return;
+        Sdbfile in_use("Web", 0);
+        ASSERT_TRUE(in_use.Hold() && UpdateDatabase("Web.install", &in_use, "/Config/Socket"));
+        in_use.CloseDB();
+        if (end == Carried) return;
+        exchanged_ = {file, SettingsDigestOf(file), SettingsDigestOf(file + ".install")};
+        changes_.push_back(exchanged_);
+        const bool is_kept = end == Exchanged || AddName(file, file + ".backup.new");
+        ASSERT_TRUE(is_kept && (end != BackedUp || Rename(file + ".backup.new", file + ".backup")));
+        if (end != Exchanged) return;
+        ASSERT_TRUE(in_use.Hold());
+        ASSERT_EQ(ExchangeDatabase(file, in_use), Exchange::Done);
+    }
+
+    SStringList TakeExchangeBack() {
+        return exchanged_.file.IsEmpty() ? SStringList() : TakeBack(exchanged_, run_).left;
+    }
+    SStringList TakeAllBack() {
+        SStringList left = TakeExchangeBack();
+        left.Push(TakeBack(prepared_, run_).left);
+        return left;
+    }
+    Standing OfExchange() const { return LookAt(exchanged_, run_).standing; }
+    Standing OfPreparation() const { return LookAt(prepared_, run_).standing; }
+
+    DataDirectory data_;
+    TemporaryFolder beside_;
+    change::DatabasePrepared prepared_;
+    change::DatabaseExchanged exchanged_;
+    std::vector<Change> changes_;
+    UndoneRun run_ = {beside_ / "", "", "", "", {}, &changes_};
+};
+
+TEST_F(ModuleDatabase, IsAsBeforeFromWhereverTheRunWasKilled) {
+    for (const bool has_older_backup : {false, true}) {
+        for (const Stage stage : kStages) {
+            MakeSite(has_older_backup);
+            const Listing before = Site();
+            const ino_t in_use = [&] {
+                struct stat status {};
+                stat(data_.Config("Web").CString(), &status);
+                return status.st_ino;
+            }();
+            Run(stage);
+            EXPECT_EQ(OfExchange() == Standing::AsLeft, stage == Exchanged) << stage;
+            EXPECT_EQ(OfPreparation(), stage == Prepared ? Standing::AsBefore : Standing::AsLeft) << stage;
+            EXPECT_EQ(TakeAllBack(), SStringList()) << stage;
+            EXPECT_EQ(Site(), before) << stage;
+            struct stat status {};
+            stat(data_.Config("Web").CString(), &status);
+            EXPECT_EQ(status.st_ino, in_use) << stage;
+            EXPECT_TRUE(stage < Linked || OfExchange() == Standing::AsBefore) << stage;
+            EXPECT_EQ(OfPreparation(), Standing::AsBefore) << stage;
+            EXPECT_EQ(TakeAllBack(), SStringList()) << stage;
+            EXPECT_EQ(Site(), before) << stage;
+            for (const auto& [name, rest] : before) RemoveFile(data_.Config(name));
+            exchanged_ = {};
+        }
+    }
+}
+
+/// The run's later changes of its settings are taken back before.
+TEST_F(ModuleDatabase, IsPlannedToGoBackWhileTheRunsOwnSettingsStand) {
+    MakeSite(false);
+    const Listing before = Site();
+    Run(Exchanged);
+    const change::SettingChanged setting = {"Web", "/Config", "Socket", "8080", "26"};
+    changes_.push_back(setting);
+    Put("Web", "Socket", "26");
+    EXPECT_EQ(OfExchange(), Standing::AsLeft);
+    EXPECT_EQ(TakeExchangeBack().Count(), 1U);  // not before the setting
+    EXPECT_EQ(Socket("Web"), "26");
+    EXPECT_TRUE(TakeBack(setting, run_).left.IsEmpty());
+    EXPECT_EQ(TakeAllBack(), SStringList());
+    EXPECT_EQ(Site(), before);
+}
+
+TEST_F(ModuleDatabase, StaysWhereSomebodyChangedASetting) {
+    MakeSite(true);
+    Run(Exchanged);
+    Put("Web", "Mine", "yes");
+    const Listing changed = Site();
+    EXPECT_EQ(OfExchange(), Standing::Changed);
+    const SString file = data_.Config("Web");
+    EXPECT_EQ(
+        LookAt(exchanged_, run_).text,
+        file + " was changed since Install replaced it; the version from before is " + file + ".backup");
+    EXPECT_EQ(OfPreparation(), Standing::AsBefore);  // told once
+    EXPECT_EQ(TakeAllBack().Count(), 1U);
+    EXPECT_EQ(Site(), changed);
+}
+
+TEST_F(ModuleDatabase, StaysWhereItsBackupIsNoLongerTheRuns) {
+    MakeSite(false);
+    Run(Exchanged);
+    Put("Web.backup", "Mine", "yes");
+    const Listing changed = Site();
+    EXPECT_EQ(OfExchange(), Standing::Changed);
+    EXPECT_EQ(TakeAllBack().Count(), 1U);
+    EXPECT_EQ(Site(), changed);
+}
+
+TEST_F(ModuleDatabase, ThatWasDeliveredSinceIsLeft) {
+    MakeSite(false);
+    Run(Exchanged);
+    Put("Web.install", "Socket", "90");
+    EXPECT_EQ(OfExchange(), Standing::AsLeft);
+    EXPECT_EQ(TakeAllBack(), data_.Config("Web.install") + " is another one than Install put into service");
+    EXPECT_EQ(Socket("Web"), "8080");
+    EXPECT_EQ(Socket("Web.install"), "90");
+    EXPECT_EQ(OfPreparation(), Standing::Changed);
+}
+
+/// Their digests are the same: the missing new version tells that there was an exchange.
+TEST_F(ModuleDatabase, WithTheSameSettingsGoesBackOnce) {
+    for (const bool is_older_the_same : {false, true}) {
+        Put("Web", "Socket", "8080");
+        Put("Web.install", "Socket", "80");
+        if (is_older_the_same) Put("Web.backup", "Socket", {"8080"});
+        const Listing before = Site();
+        Run(Exchanged);
+        ASSERT_EQ(exchanged_.before, exchanged_.after);
+        EXPECT_EQ(OfExchange(), Standing::AsLeft);
+        for (int i = 0; i < 2; ++i) {
+            EXPECT_EQ(TakeAllBack(), SStringList());
+            EXPECT_EQ(Site(), before);
+        }
+    }
+}
+
+TEST_F(ModuleDatabase, OfOneFileWithTwoNamesIsThatAgain) {
+    Put("Web", "Socket", "8080");
+    ASSERT_TRUE(AddName(data_.Config("Web"), data_.Config("Web.install")));
+    const Listing before = Site();
+    Run(Exchanged);
+    EXPECT_FALSE(EntryExists(data_.Config("Web.install")));
+    EXPECT_EQ(TakeAllBack(), SStringList());
+    EXPECT_EQ(Site(), before);
+    struct stat in_use {};
+    struct stat new_version {};
+    stat(data_.Config("Web").CString(), &in_use);
+    stat(data_.Config("Web.install").CString(), &new_version);
+    EXPECT_TRUE(IsSameFile(in_use, new_version));
+}
+
+TEST_F(ModuleDatabase, ThatIsInUseIsLeftForLater) {
+    MakeSite(false);
+    Run(Exchanged);
+    const auto other = sqlite::Connection::Open(data_.Config("Web"), sqlite::Mode::Shared);
+    const sqlite::Transaction lock(*other);
+    const TakenBack taken = TakeBack(exchanged_, run_);
+    EXPECT_FALSE(taken.is_whole);
+    EXPECT_EQ(taken.left, data_.Config("Web") + " is in use");
+    EXPECT_EQ(Socket("Web.backup"), "8080");
+}
+
+TEST_F(ModuleDatabase, WhoseCopyIsLostIsNotMadeUp) {
+    MakeSite(true);
+    Run(Carried);
+    RemoveFile(beside_ / "Web.install");
+    EXPECT_EQ(TakeBack(prepared_, run_).left,
+              "No copy was kept of " + data_.Config("Web.install") + ", as it was delivered");
+    EXPECT_EQ(Socket("Web.install"), "8080");
+}
+
+/// The copy is read as root: what others could have put there counts for nothing.
+TEST_F(ModuleDatabase, WhoseCopyIsALinkOrAnothersIsNotUsed) {
+    MakeSite(false);
+    Run(Carried);
+    const SString kept = beside_ / "Web.install";
+    ASSERT_EQ(chown(kept.CString(), kMail, kMail), 0);
+    EXPECT_EQ(TakeBack(prepared_, run_).left.Count(), 1U);
+    RemoveFile(kept);
+    beside_.Write("other", "x");
+    ASSERT_EQ(symlink("other", kept.CString()), 0);
+    EXPECT_EQ(TakeBack(prepared_, run_).left.Count(), 1U);
+    EXPECT_EQ(Socket("Web.install"), "8080");
+}
+
+/// What a killed Undo and a killed copying leave.
+TEST_F(ModuleDatabase, LeavesNoUnfinishedFilesBehind) {
+    MakeSite(true);
+    const Listing before = Site();
+    Run(Carried);
+    data_.WriteConfig(".Web.install.undo", "half");
+    data_.WriteConfig("Web.install-journal", "half");
+    data_.WriteConfig("Web.backup.new", "half");
+    EXPECT_EQ(TakeAllBack(), SStringList());
+    EXPECT_EQ(Site(), before);
+}
+
+/// No set-user-ID program comes about by way of the mail owner's directory.
+TEST_F(ModuleDatabase, GetsNoMoreThanPermissions) {
+    MakeSite(false);
+    Run(Carried);
+    prepared_.new_version.access.mode.bits = 06755;
+    prepared_.new_version.access.owner = 0;
+    EXPECT_EQ(TakeBack(prepared_, run_).left, SStringList());
+    EXPECT_EQ(std::get<1>(Site()["Web.install"]), mode_t{S_IFREG | 0755});
+}
+
+}  // namespace

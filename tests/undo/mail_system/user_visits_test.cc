@@ -1,0 +1,91 @@
+// Homes and maildrops of many, at logins that every Debian host has.
+#include "undo/mail_system/user_visits.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "install/visits/forward_notice.h"
+#include "install/visits/maildrop.h"
+#include "support/system/clock.h"
+#include "tests/install/accounts/home_of_login.h"
+#include "undo/ways.h"
+
+namespace {
+
+const SString kHost = "mail.example.com";
+constexpr gid_t kMail = 8;
+
+class UserVisits : public testing::Test {
+  protected:
+    UserVisits() { chmod((folder_ / "").CString(), 0755); }
+
+    change::Home HomeWithNotice(const SString& login, const SString& text) {
+        const SString home = MakeHome(folder_, login);
+        const auto entry = EntryOf(login);
+        const SString notice = folder_.Write("home-" + login + "/.forward.NOTICE", text);
+        EXPECT_EQ(chown(notice.CString(), entry->uid, entry->gid), 0);
+        return {login, home, entry->uid, entry->gid};
+    }
+    bool HasNotice(const SString& login) const {
+        return EntryExists(folder_ / ("home-" + login + "/.forward.NOTICE"));
+    }
+    change::MaildropGiven Maildrop(const SString& name, const change::Access& before) {
+        const SString path = folder_.Write(name, "From x\n", before.mode.bits);
+        EXPECT_EQ(chown(path.CString(), before.owner, before.group), 0);
+        RepairMaildrop(path, {2001, 2001, {}}, kMail);
+        return {path, before, 2001, kMail, false, 4711};
+    }
+    struct stat StatusOf(const SString& name) const {
+        struct stat status {};
+        EXPECT_EQ(stat((folder_ / name).CString(), &status), 0);
+        return status;
+    }
+
+    TemporaryFolder folder_;
+    const UndoneRun run_ = {"", "", UniversalTime(), "", {}};
+};
+
+TEST_F(UserVisits, RemoveNotices) {
+    const SString notice = ForwardNotice(kHost).Text();
+    change::NoticesLeft change = {
+        kHost, {HomeWithNotice("games", notice), HomeWithNotice("man", notice + "mine\n")}};
+    change.homes.push_back({"no-such-login", folder_ / "none", 4242, 4242});
+    change.homes.push_back(HomeWithNotice("news", notice));
+    change.homes.back().uid += 1;  // another login's by now
+    EXPECT_EQ(LookAt(change, run_).text, "Remove the notices in 4 homes");
+    const TakenBack taken = TakeBack(change, run_);
+    EXPECT_TRUE(taken.is_whole);
+    EXPECT_EQ(taken.left,
+              SStringList(
+                  {"No longer as Install left it, so kept: " + folder_ / "home-man/.forward.NOTICE",
+                   "Not looked for a notice, as the login is gone or has another id: no-such-login, news"}));
+    EXPECT_FALSE(HasNotice("games"));
+    EXPECT_TRUE(HasNotice("man") && HasNotice("news"));
+}
+
+TEST_F(UserVisits, GiveMaildropsBack) {
+    MaildropsGiven change = {Maildrop("anna", {0, 0, {0600}, ""}), Maildrop("bruno", {33, 33, {0644}, ""}),
+                             Maildrop("clara", {2001, 8, {0640}, ""})};
+    chmod((folder_ / "clara").CString(), 0644);
+    EXPECT_EQ(LookAt(change, run_).text, "Give 2 maildrops back the owner and mode of before");
+    const TakenBack taken = TakeBack(change, run_);
+    EXPECT_TRUE(taken.is_whole);
+    EXPECT_EQ(taken.left, SStringList({"Not given back, as it belonged to neither root nor its user: " +
+                                           folder_ / "bruno",
+                                       "No longer as Install left it, so left alone: " + folder_ / "clara"}));
+    EXPECT_EQ(StatusOf("anna").st_uid, 0U);
+    EXPECT_EQ(StatusOf("anna").st_mode, mode_t{S_IFREG | 0600});
+    EXPECT_EQ(StatusOf("bruno").st_uid, 2001U);
+    EXPECT_EQ(StatusOf("clara").st_mode, mode_t{S_IFREG | 0644});
+    EXPECT_EQ(LookAt(MaildropsGiven{change[1]}, run_).standing, Standing::Kept);
+}
+
+TEST_F(UserVisits, AreManyAtOnce) {
+    MaildropsGiven change;
+    for (int i = 0; i < 3000; ++i) change.push_back(Maildrop("m" + SString(i), {0, 0, {0600}, ""}));
+    EXPECT_TRUE(TakeBack(change, run_).left.IsEmpty());
+    for (int i = 0; i < 3000; ++i) EXPECT_EQ(StatusOf("m" + SString(i)).st_uid, 0U);
+}
+
+}  // namespace

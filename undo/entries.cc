@@ -1,0 +1,117 @@
+#include "undo/entries.h"
+
+#include "support/text/printable.h"
+
+namespace {
+
+constexpr size_t kFormatLines = 1;
+
+/// Adds a change to those of its kind; false if it cannot be taken back together with them.
+bool Join(const change::MaildropGiven& maildrop, Entry* entry) {
+    std::get<MaildropsGiven>(entry->change).push_back(maildrop);
+    return true;
+}
+
+bool Join(const change::NoticesLeft& notices, Entry* entry) {
+    auto& first = std::get<change::NoticesLeft>(std::get<Change>(entry->change));
+    if (first.host != notices.host) return false;
+    first.homes.insert(first.homes.end(), notices.homes.begin(), notices.homes.end());
+    return true;
+}
+
+bool Join(const change::AccountsMade& made, Entry* entry) {
+    auto& first = std::get<change::AccountsMade>(std::get<Change>(entry->change));
+    first.accounts.insert(first.accounts.end(), made.accounts.begin(), made.accounts.end());
+    return true;
+}
+
+/// What a run does for one login after the other: none of it depends on the others', so that each kind goes
+/// together.
+class Logins {
+  public:
+    explicit Logins(std::vector<Entry>* entries) : entries_(entries) {}
+
+    /// Whether the change was put to others of its kind.
+    bool Take(const Change& change) {
+        if (const auto* maildrop = std::get_if<change::MaildropGiven>(&change))
+            return Put(*maildrop, &maildrops_);
+        if (const auto* notices = std::get_if<change::NoticesLeft>(&change)) return Put(*notices, &notices_);
+        if (const auto* accounts = std::get_if<change::AccountsMade>(&change))
+            return Put(*accounts, &accounts_);
+        maildrops_ = notices_ = accounts_ = std::nullopt;
+        return false;
+    }
+
+  private:
+    /// Otherwise it will be the next entry.
+    template <typename Kind>
+    bool Put(const Kind& change, std::optional<size_t>* place) {
+        if (*place && Join(change, &(*entries_)[**place])) return true;
+        *place = entries_->size();
+        return false;
+    }
+
+    std::vector<Entry>* entries_;
+    std::optional<size_t> maildrops_;  // their entries
+    std::optional<size_t> notices_;
+    std::optional<size_t> accounts_;
+};
+
+std::variant<Change, MaildropsGiven> EntryOf(const Change& change) {
+    if (const auto* maildrop = std::get_if<change::MaildropGiven>(&change)) return MaildropsGiven{*maildrop};
+    return change;
+}
+
+/// Calls the work with the change of the entry's kind.
+template <typename Work>
+auto With(const Entry& entry, const Work& work) {
+    if (const auto* maildrops = std::get_if<MaildropsGiven>(&entry.change)) return work(*maildrops);
+    return std::visit(work, std::get<Change>(entry.change));
+}
+
+struct Look {
+    const UndoneRun& run;
+
+    Finding operator()(const auto& change) const { return LookAt(change, run); }
+    /// Neither stands in an entry.
+    Finding operator()(const change::MaildropGiven& /*change*/) const { return {}; }
+    Finding operator()(const change::RunEnded& /*change*/) const { return {}; }
+};
+
+struct Take {
+    const UndoneRun& run;
+
+    TakenBack operator()(const auto& change) const { return TakeBack(change, run); }
+    TakenBack operator()(const change::MaildropGiven& /*change*/) const { return {}; }
+    TakenBack operator()(const change::RunEnded& /*change*/) const { return {}; }
+};
+
+}  // namespace
+
+std::vector<Entry> EntriesOf(const std::vector<TimedChange>& changes) {
+    std::vector<Entry> entries;
+    Logins logins(&entries);
+    size_t line = kFormatLines;
+    for (const TimedChange& timed : changes) {
+        ++line;
+        if (!logins.Take(timed.change)) entries.push_back({line, timed.time, EntryOf(timed.change)});
+    }
+    return entries;
+}
+
+Finding LookAt(const Entry& entry, const UndoneRun& run) {
+    Finding finding = With(entry, Look{run});
+    finding.text = Printable(finding.text);
+    return finding;
+}
+
+TakenBack TakeBack(const Entry& entry, const UndoneRun& run) {
+    TakenBack taken = With(entry, Take{run});
+    for (SString& text : taken.left) text = Printable(text);
+    return taken;
+}
+
+size_t KindOf(const Entry& entry) {
+    const auto* change = std::get_if<Change>(&entry.change);
+    return change == nullptr ? std::variant_size_v<Change> : change->index();
+}

@@ -1,0 +1,43 @@
+// Servers that were stopped: systemd's units are started where that is asked for, the others are named. What
+// was told to read its configuration again is told once more with that configuration's own way back.
+#include "install/host/probes.h"
+#include "undo/host/stopped_servers.h"
+#include "undo/host/units.h"
+#include "undo/ways.h"
+
+namespace {
+
+StoppedServers StoppedNow(const change::ProcessesSignalled& change) {
+    SStringList names = RunningProcesses();
+    names.Grep("s/^\\d+ //");
+    return StoppedServersOf(change, names, IsUnitActive);
+}
+
+SStringList Commands(const SStringList& units) {
+    SStringList commands;
+    for (const SString& unit : units) commands.Push(unit + " was stopped: " + StartCommand(unit));
+    return commands;
+}
+
+}  // namespace
+
+Finding LookAt(const change::ProcessesSignalled& change, const UndoneRun& run) {
+    const StoppedServers stopped = StoppedNow(change);
+    if (run.options.units && !stopped.units.IsEmpty()) {
+        return {Standing::AsLeft, "Start " + stopped.units.Join(", ")};
+    }
+    SStringList by_hand = Commands(stopped.units);
+    by_hand.Push(stopped.by_hand);
+    return by_hand.IsEmpty() ? Finding() : Finding{Standing::ByHand, by_hand.Join("; ")};
+}
+
+TakenBack TakeBack(const change::ProcessesSignalled& change, const UndoneRun& /*run*/) {
+    const StoppedServers stopped = StoppedNow(change);
+    TakenBack taken;
+    for (const SString& unit : stopped.units) {
+        if (!StartUnit(unit)) taken.left.Push(unit + " could not be started: " + StartCommand(unit));
+    }
+    taken.is_whole = taken.left.IsEmpty();
+    taken.left.Push(stopped.by_hand);
+    return taken;
+}

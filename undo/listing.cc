@@ -1,0 +1,57 @@
+#include "undo/listing.h"
+
+#include "install/console.h"
+#include "support/text/counted.h"
+#include "support/text/printable.h"
+#include "undo/entries.h"
+#include "undo/undone.h"
+
+namespace {
+
+SString Ending(const RecordedRun& run) {
+    if (!run.status) return "killed or not recorded to the end";
+    return *run.status == 0 ? SString("complete") : "ended with status " + SString(*run.status);
+}
+
+/// "2026-11-22 17:04:05"
+SString Plain(const SString& time) {
+    return time.S("T", " ").S("Z$", "");
+}
+
+SString Fate(const Undone& undone) {
+    if (!undone.is_begun) return "not taken back";
+    return undone.finished.IsEmpty() ? SString("taken back in part") : "taken back " + Plain(undone.finished);
+}
+
+bool ListRun(const Records& records, const SString& name) {
+    const RecordedRun run = records.Read(name);
+    if (!run.fault.IsEmpty()) {
+        Print(name + ": refused: " + Printable(run.fault) + "\n");
+        return false;
+    }
+    Print(name + ": " + Described(run) + ", " + Counted(EntriesOf(run.changes).size(), "change") + ", " +
+          Printable(Fate(ReadUndone(records, name))) + "\n");
+    return true;
+}
+
+}  // namespace
+
+SString Described(const RecordedRun& run) {
+    return PlainTimeOf(run.name) + ", " + Ending(run);
+}
+
+bool ListRuns(const Records& records) {
+    bool are_read = true;
+    for (const SString& name : records.Names()) are_read = ListRun(records, name) && are_read;
+    return are_read;
+}
+
+bool ListChanges(const Records& records, const SString& name) {
+    if (!ListRun(records, name)) return false;
+    const RecordedRun run = records.Read(name);
+    for (const Entry& entry : EntriesOf(run.changes)) {
+        Print("    " + Plain(entry.time) + "  " + InWords(entry) + "\n");
+    }
+    if (run.is_cut) Print("    the record ends in the middle of a line\n");
+    return true;
+}

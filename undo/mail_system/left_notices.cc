@@ -1,0 +1,87 @@
+// Notices in the homes of many: removed where they are as the run left them.
+#include <limits>
+
+#include "install/accounts/login_index.h"
+#include "support/system/clock.h"
+#include "support/text/counted.h"
+#include "support/text/printable.h"
+#include "undo/mail_system/user_visits.h"
+#include "undo/ways.h"
+
+namespace {
+
+using change::NoticesLeft;
+
+NoticeOfRun NoticeOf(const NoticesLeft& change, const UndoneRun& run) {
+    constexpr int64_t kNever = std::numeric_limits<int64_t>::max();
+    return {change.host, TimeOfUniversal(run.begun).value_or(kNever),
+            TimeOfUniversal(run.next).value_or(kNever)};
+}
+
+/// Reads the host's logins once, as there may be a change for every few hundred homes.
+std::optional<Identity> Find(const change::Home& home) {
+    static LoginIndex logins;
+    logins.Refresh();
+    auto user = logins.Find(home.login);
+    return user && user->uid == home.uid ? user : std::nullopt;
+}
+
+/// The homes that are visited, and what came of them.
+class Removal {
+  public:
+    Removal(const NoticesLeft& change, const UndoneRun& run);
+    TakenBack Run();
+
+  private:
+    void Note(const change::Home& home, UsersOutcome outcome);
+
+    std::vector<const change::Home*> homes_;
+    std::vector<VisitRequest> requests_;
+    SStringList strangers_;
+    SStringList changed_;
+    SStringList failed_;
+};
+
+Removal::Removal(const NoticesLeft& change, const UndoneRun& run) {
+    const NoticeOfRun notice = NoticeOf(change, run);
+    for (const change::Home& home : change.homes) {
+        if (const auto user = Find(home)) {
+            homes_.push_back(&home);
+            requests_.push_back(ToRemoveNotice(home.path, *user, notice));
+        } else {
+            strangers_.Push(Printable(home.login));
+        }
+    }
+}
+
+void Removal::Note(const change::Home& home, UsersOutcome outcome) {
+    const SString notice =
+        Printable((home.path[-1] == '/' ? home.path : home.path + "/") + ".forward.NOTICE");
+    if (outcome == UsersOutcome::Changed) changed_.Push(notice);
+    if (outcome == UsersOutcome::Failed) failed_.Push(notice);
+}
+
+TakenBack Removal::Run() {
+    const Visited visited = VisitAll(requests_);
+    for (size_t i = 0; i < homes_.size(); ++i) Note(*homes_[i], visited.outcomes[i]);
+    TakenBack taken = {failed_.IsEmpty() && visited.silent.IsEmpty(), {}};
+    if (!changed_.IsEmpty()) taken.left.Push("No longer as Install left it, so kept: " + FirstOf(changed_));
+    if (!strangers_.IsEmpty()) {
+        taken.left.Push("Not looked for a notice, as the login is gone or has another id: " +
+                        FirstOf(strangers_));
+    }
+    if (!failed_.IsEmpty()) taken.left.Push("Could not be removed: " + FirstOf(failed_));
+    for (const SString& line : visited.silent) taken.left.Push(Printable(line));
+    return taken;
+}
+
+}  // namespace
+
+Finding LookAt(const NoticesLeft& change, const UndoneRun& /*run*/) {
+    if (change.homes.empty()) return {};
+    return {Standing::AsLeft, "Remove the notices in " + Counted(change.homes.size(), "home")};
+}
+
+TakenBack TakeBack(const NoticesLeft& change, const UndoneRun& run) {
+    return Removal(change, run).Run();
+}

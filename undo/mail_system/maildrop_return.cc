@@ -1,0 +1,101 @@
+#include "undo/mail_system/maildrop_return.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <map>
+
+#include "install/record/access.h"
+#include "install/visits/maildrop.h"
+#include "support/system/file.h"
+#include "support/system/regular_file.h"
+#include "undo/mail_system/access_list.h"
+
+namespace {
+
+using change::MaildropGiven;
+
+constexpr uid_t kRoot = 0;
+constexpr mode_t kGivenMode = 0660;
+constexpr mode_t kRights = 0777;
+/// The sticky bit means nothing on a file (Linux): it tells that Undo is at it. Only the owner has rights
+/// meanwhile.
+constexpr mode_t kMark = 01000;
+constexpr mode_t kMeanwhile = kMark | 0600;
+
+bool IsOf(const change::Access& access, uid_t owner, gid_t group) {
+    return access.owner == owner && access.group == group;
+}
+
+bool IsUnderWay(const change::Access& now, const MaildropGiven& given) {
+    const bool is_ours =
+        IsOf(now, given.user, given.mail_group) || IsOf(now, given.before.owner, given.before.group);
+    return is_ours && (now.mode.bits & kMark) != 0 && (given.before.mode.bits & kMark) == 0;
+}
+
+/// At the end, or where a kill ended it: given, then without its access list, then with the mode.
+bool IsAsLeft(const change::Access& now, const MaildropGiven& given) {
+    if (!IsOf(now, given.user, given.mail_group)) return false;
+    const bool has_no_list = now.access_list.IsEmpty();
+    if (now.mode.bits == kGivenMode && has_no_list) return true;
+    const bool has_old_mode = (now.mode.bits & kRights) == (given.before.mode.bits & kRights);
+    return has_old_mode && (has_no_list || now.access_list == given.before.access_list);
+}
+
+/// The new owner gets rights only once the others have lost theirs.
+bool SetAccess(const Descriptor& file, const change::Access& before) {
+    return fchmod(file.Get(), kMeanwhile) == 0 && fchown(file.Get(), before.owner, before.group) == 0 &&
+           SetAccessList(file, before.access_list) && fchmod(file.Get(), before.mode.bits) == 0;
+}
+
+/// Files on their way to a maildrop (PendingFile): ".NAME.PROCESS.NUMBER". The directory is read once, as
+/// only runs that are over have left any.
+SStringList Pending(const SString& path, int64_t process) {
+    static std::map<SString, SStringList> pending;
+    const SString directory = path.S("[^/]+$", "");
+    const auto [place, is_new] = pending.try_emplace(directory);
+    if (is_new) place->second = ReadDir(directory).Grep("/\\/\\.[^\\/]+\\.\\d+\\.\\d+\\z/");
+    const SString beginning = HiddenBeside(path, "." + SString(process) + ".");
+    SStringList found;
+    for (const SString& entry : place->second) {
+        if (BaseName(entry, "").StartsWith(BaseName(beginning, "").Bytes())) found.Push(entry);
+    }
+    return found;
+}
+
+void RemovePending(const MaildropGiven& given) {
+    for (const SString& path : Pending(given.path, given.process)) {
+        struct stat status {};
+        const bool is_there = lstat(path.CString(), &status) == 0;
+        if (is_there && IsPlainMaildrop(status) && status.st_size == 0) RemoveFile(path);
+    }
+}
+
+UsersOutcome Return(const Descriptor& file, const MaildropGiven& given) {
+    const auto now = AccessOf(file);
+    if (!now) return UsersOutcome::Failed;
+    if (*now == given.before) return UsersOutcome::Nothing;
+    if (given.is_replaced) return UsersOutcome::Replaced;
+    if (!IsAsLeft(*now, given) && !IsUnderWay(*now, given)) return UsersOutcome::Changed;
+    if (!MayGoBack(given)) return UsersOutcome::ThirdLogins;
+    return SetAccess(file, given.before) ? UsersOutcome::Back : UsersOutcome::Failed;
+}
+
+}  // namespace
+
+bool MayGoBack(const MaildropGiven& given) {
+    return given.before.owner == kRoot || given.before.owner == given.user;
+}
+
+UsersOutcome GiveBack(const MaildropGiven& given) {
+    if (given.is_replaced) RemovePending(given);
+    struct stat seen {};
+    if (lstat(given.path.CString(), &seen) != 0)
+        return errno == ENOENT ? UsersOutcome::Nothing : UsersOutcome::Failed;
+    if (!IsPlainMaildrop(seen)) return UsersOutcome::Changed;
+    const RegularFile file = OpenRegularFile(given.path, O_RDONLY, Links::NotAtEnd);
+    if (!file) return UsersOutcome::Failed;
+    const bool is_same = IsSameFile(file.status, seen) && IsPlainMaildrop(file.status);
+    return is_same ? Return(file.descriptor, given) : UsersOutcome::Changed;
+}

@@ -1,0 +1,83 @@
+// A message that the run queued: withdrawn when asked for, as long as nobody has changed it. What a killed
+// run left of one that it did not finish goes in any case.
+#include "install/record/checksum.h"
+#include "support/mail/queue.h"
+#include "support/system/file.h"
+#include "support/text/printable.h"
+#include "undo/mail_system/kept_files.h"
+#include "undo/ways.h"
+
+namespace {
+
+using change::MessageQueued;
+
+SString Stem(const MessageQueued& change) {
+    return BaseName(change.control, "-Control");
+}
+
+/// Files on their way to this path (support/system/pending_file.h), whose name has the run's process id.
+SStringList Pending(const SString& path) {
+    const SString beginning = "." + BaseName(path, "") + ".";
+    SStringList pending;
+    for (const SString& entry : ReadDir(path.S("[^/]+$", ""))) {
+        const SString name = BaseName(entry, "");
+        if (!name.StartsWith(beginning.Bytes())) continue;
+        if (SString(name.Bytes().substr(beginning.Length())).Matches("^\\d+\\.\\d+\\z")) pending.Push(entry);
+    }
+    return pending;
+}
+
+/// Header and body are nobody's message as long as the control file is on its way.
+SStringList Unfinished(const MessageQueued& change) {
+    if (EntryExists(change.control)) return {};
+    const SStringList control = Pending(change.control);
+    SStringList files;
+    for (const SString& path : change.text) {
+        files.Push(Pending(path));
+        if (!control.IsEmpty() && EntryExists(path)) files.Push(path);
+    }
+    files.Push(control);  // last: it tells that the others are nobody's
+    return files;
+}
+
+bool IsAsLeft(const MessageQueued& change, const UndoneRun& run, const SString& bytes) {
+    return KeyedChecksum(run.key, bytes) == change.digest;
+}
+
+Finding LookAtQueued(const MessageQueued& change, const UndoneRun& run) {
+    const SString message = "the message " + Printable(Stem(change));
+    if (!run.options.accounts) {
+        return {Standing::Kept, "In the queue stays " + message + " (--accounts withdraws it)"};
+    }
+    if (run.key.IsEmpty()) {
+        return {Standing::Unknown,
+                "Whether " + message + " changed since cannot be told, as the record's key is lost: kept"};
+    }
+    const auto bytes = BytesOf(change.control);
+    if (!bytes || !IsAsLeft(change, run, *bytes)) {
+        return {Standing::Changed, Printable(change.control) + " was changed since, and stays"};
+    }
+    return {Standing::AsLeft, "Withdraw " + message};
+}
+
+}  // namespace
+
+Finding LookAt(const MessageQueued& change, const UndoneRun& run) {
+    if (EntryExists(change.control)) return LookAtQueued(change, run);
+    if (Unfinished(change).IsEmpty()) return {};
+    return {Standing::AsLeft, "Remove what is there of the message " + Printable(Stem(change)) +
+                                  ", which was not "
+                                  "finished"};
+}
+
+TakenBack TakeBack(const MessageQueued& change, const UndoneRun& run) {
+    for (const SString& file : Unfinished(change)) RemoveFile(file);
+    const Finding finding = LookAt(change, run);
+    if (finding.standing == Standing::AsBefore) return {};
+    if (finding.standing != Standing::AsLeft) return {true, finding.text};
+    SControl control;
+    control.PutFilename(change.control);
+    if (control.RemoveMessageIf([&](const SString& bytes) { return IsAsLeft(change, run, bytes); }))
+        return {};
+    return {false, Printable(change.control) + " could not be withdrawn: the queue is in use"};
+}

@@ -1,0 +1,43 @@
+// The records of runs, as Undo reads them (install/record/record.h says how they are written). They are
+// trusted because only root can have written them: what others own, could write or have another name for is
+// refused.
+#pragma once
+
+#include "install/record/text.h"
+#include "support/system/descriptor.h"
+
+struct RecordedRun {
+    SString name;                      // "20261122T170405Z-4711"
+    std::vector<TimedChange> changes;  // in the order in which they were made
+    bool is_cut = false;               // its last line is
+    std::optional<int64_t> status;     // nothing where it was killed, or could not be recorded to the end
+    SString fault;                     // why its record is refused; empty if it is not
+};
+
+class Records {
+  public:
+    explicit Records(const SString& directory);
+
+    /// Why no record can be read; empty where they can, or none is there.
+    const SString& Fault() const { return fault_; }
+    /// The runs, the oldest first.
+    SStringList Names() const;
+    RecordedRun Read(const SString& name) const;
+    /// The key of the run's digests; empty if it is lost.
+    SString KeyOf(const SString& name) const;
+    /// The folder of copies, ends in "/".
+    SString KeptOf(const SString& name) const { return directory_ + "/" + name + ".kept/"; }
+
+    /// A file in the directory that is root's alone, made with O_CREAT. None, with why in `fault`, if it is
+    /// not.
+    Descriptor Open(const SString& file, int flags, SString* fault) const;
+
+  private:
+    SString directory_;
+    Descriptor opened_;
+    SString fault_;
+};
+
+/// The time in a run's name: "2026-11-22T17:04:05Z", as in the record; with a blank and "UTC" for people.
+SString TimeOf(const SString& run);
+SString PlainTimeOf(const SString& run);

@@ -1,0 +1,101 @@
+// Writes and reads Undo's own record; the only place of Undo that uses the JSON library.
+#include "undo/undone.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <ctime>
+
+#include <nlohmann/json.hpp>
+
+#include "support/system/identity.h"
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+SString FileOf(const SString& run) {
+    return run + ".undone";
+}
+
+std::string Now() {
+    std::array<char, 32> text{};
+    const std::time_t now = std::time(nullptr);
+    std::tm utc{};
+    gmtime_r(&now, &utc);
+    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &utc)};
+}
+
+SString Line(const Json& object) {
+    return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+Json OptionsLine(const char* what, const UndoOptions& options) {
+    return {{"time", Now()}, {what, true}, {"accounts", options.accounts}, {"units", options.units}};
+}
+
+bool Has(const Json& object, const char* name) {
+    const auto found = object.find(name);
+    return found != object.end() && found->is_boolean() && found->get<bool>();
+}
+
+void TakeChange(const Json& line, Undone* undone) {
+    const auto change = line.find("change");
+    const auto outcome = line.find("outcome");
+    const auto left = line.find("left");
+    if (change == line.end() || outcome == line.end() || left == line.end()) return;
+    const bool is_whole = *outcome == kTakenBack && left->is_array() && left->empty();
+    if (is_whole && change->is_number_unsigned()) undone->taken_back.insert(change->get<size_t>());
+}
+
+void TakeLine(const Json& line, Undone* undone) {
+    if (!line.is_object()) return;
+    undone->is_begun = true;
+    TakeChange(line, undone);
+    if (!Has(line, "finished")) return;
+    const auto time = line.find("time");
+    undone->finished = time != line.end() && time->is_string() ? SString(time->get<std::string>()) : "once";
+    undone->options.accounts |= Has(line, "accounts");
+    undone->options.units |= Has(line, "units");
+}
+
+}  // namespace
+
+Undone ReadUndone(const Records& records, const SString& run) {
+    Undone undone;
+    SString fault;
+    const Descriptor file = records.Open(FileOf(run), O_RDONLY, &fault);
+    if (!file) return undone;
+    for (const SString& line : Lines(file.ReadAll().value_or(""))) {
+        TakeLine(Json::parse(line.Bytes(), nullptr, false), &undone);
+    }
+    return undone;
+}
+
+void UndoneRecord::Begin(const UndoOptions& options) {
+    const AsRoot root;
+    SString fault;
+    file_ = records_.Open(FileOf(run_), O_RDWR | O_CREAT | O_APPEND, &fault);
+    // Whose group the process has by now is the mail owner's.
+    if (file_ && fchown(file_.Get(), getuid(), getgid()) != 0) file_.Close();
+    // After what a killed Undo may have left of a line.
+    const auto status = file_.Stat();
+    if (status && status->st_size > 0) Write("\n");
+    Write(Line(OptionsLine("begun", options)));
+}
+
+void UndoneRecord::Add(size_t change, const SString& outcome, const SStringList& left) {
+    Json texts = Json::array();
+    for (const SString& text : left) texts.push_back(text.Bytes());
+    Write(Line({{"time", Now()}, {"change", change}, {"outcome", outcome.Bytes()}, {"left", texts}}));
+}
+
+void UndoneRecord::Finish(const UndoOptions& options) {
+    Write(Line(OptionsLine("finished", options)));
+    is_whole_ = is_whole_ && file_.Sync();
+}
+
+void UndoneRecord::Write(const SString& line) {
+    is_whole_ = is_whole_ && file_.WriteAll(line);
+}

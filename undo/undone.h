@@ -1,0 +1,46 @@
+// Undo's own record, RUN.undone beside the run's: what was done about each change. A line of JSON each:
+//
+//     {"time":"2026-11-23T08:00:00Z","begun":true,"accounts":false,"units":false}
+//     {"time":"2026-11-23T08:00:01Z","change":12,"outcome":"taken back","left":[]}
+//     {"time":"2026-11-23T08:00:02Z","finished":true,"accounts":false,"units":false}
+//
+// Without the last line Undo was interrupted; it is run again then, and adds its lines.
+#pragma once
+
+#include <set>
+
+#include "undo/records.h"
+#include "undo/way_back.h"
+
+/// What is recorded of taking a run back.
+struct Undone {
+    bool is_begun = false;
+    SString finished;             // when; empty if it is not
+    UndoOptions options;          // with all that finished
+    std::set<size_t> taken_back;  // changes, by their lines, of which nothing was left
+};
+
+Undone ReadUndone(const Records& records, const SString& run);
+
+/// The word for a change that was taken back.
+inline constexpr char kTakenBack[] = "taken back";
+
+class UndoneRecord {
+  public:
+    UndoneRecord(const Records& records, const SString& run) : records_(records), run_(run) {}
+    /// Begun with the first change that is taken back.
+    void Begin(const UndoOptions& options);
+    /// The change by its line in the record.
+    void Add(size_t change, const SString& outcome, const SStringList& left);
+    void Finish(const UndoOptions& options);
+    /// Every line so far is on the disk.
+    bool IsWhole() const { return is_whole_; }
+
+  private:
+    void Write(const SString& line);
+
+    const Records& records_;
+    SString run_;
+    Descriptor file_;
+    bool is_whole_ = true;
+};

@@ -6,43 +6,55 @@ namespace {
 
 constexpr size_t kFormatLines = 1;
 
-/// Where the last entries are of visits: the notices of many homes, and their maildrops.
-class Visits {
+/// Adds a change to those of its kind; false if it cannot be taken back together with them.
+bool Join(const change::MaildropGiven& maildrop, Entry* entry) {
+    std::get<MaildropsGiven>(entry->change).push_back(maildrop);
+    return true;
+}
+
+bool Join(const change::NoticesLeft& notices, Entry* entry) {
+    auto& first = std::get<change::NoticesLeft>(std::get<Change>(entry->change));
+    if (first.host != notices.host) return false;
+    first.homes.insert(first.homes.end(), notices.homes.begin(), notices.homes.end());
+    return true;
+}
+
+bool Join(const change::AccountsMade& made, Entry* entry) {
+    auto& first = std::get<change::AccountsMade>(std::get<Change>(entry->change));
+    first.accounts.insert(first.accounts.end(), made.accounts.begin(), made.accounts.end());
+    return true;
+}
+
+/// What a run does for one login after the other: none of it depends on the others', so that each kind goes
+/// together.
+class Logins {
   public:
+    explicit Logins(std::vector<Entry>* entries) : entries_(entries) {}
+
     /// Whether the change was put to others of its kind.
-    bool Take(const Change& change, std::vector<Entry>* entries) {
+    bool Take(const Change& change) {
         if (const auto* maildrop = std::get_if<change::MaildropGiven>(&change))
-            return Take(*maildrop, entries);
-        if (const auto* notices = std::get_if<change::NoticesLeft>(&change)) return Take(*notices, entries);
-        maildrops_.reset();
-        notices_.reset();
+            return Put(*maildrop, &maildrops_);
+        if (const auto* notices = std::get_if<change::NoticesLeft>(&change)) return Put(*notices, &notices_);
+        if (const auto* accounts = std::get_if<change::AccountsMade>(&change))
+            return Put(*accounts, &accounts_);
+        maildrops_ = notices_ = accounts_ = std::nullopt;
         return false;
     }
 
   private:
-    bool Take(const change::MaildropGiven& maildrop, std::vector<Entry>* entries) {
-        if (maildrops_) {
-            std::get<MaildropsGiven>((*entries)[*maildrops_].change).push_back(maildrop);
-            return true;
-        }
-        maildrops_ = entries->size();
+    /// Otherwise it will be the next entry.
+    template <typename Kind>
+    bool Put(const Kind& change, std::optional<size_t>* place) {
+        if (*place && Join(change, &(*entries_)[**place])) return true;
+        *place = entries_->size();
         return false;
     }
 
-    bool Take(const change::NoticesLeft& notices, std::vector<Entry>* entries) {
-        if (notices_) {
-            auto& first = std::get<change::NoticesLeft>(std::get<Change>((*entries)[*notices_].change));
-            if (first.host == notices.host) {
-                first.homes.insert(first.homes.end(), notices.homes.begin(), notices.homes.end());
-                return true;
-            }
-        }
-        notices_ = entries->size();
-        return false;
-    }
-
-    std::optional<size_t> maildrops_;  // their entry
+    std::vector<Entry>* entries_;
+    std::optional<size_t> maildrops_;  // their entries
     std::optional<size_t> notices_;
+    std::optional<size_t> accounts_;
 };
 
 std::variant<Change, MaildropsGiven> EntryOf(const Change& change) {
@@ -78,12 +90,11 @@ struct Take {
 
 std::vector<Entry> EntriesOf(const std::vector<TimedChange>& changes) {
     std::vector<Entry> entries;
-    Visits visits;
+    Logins logins(&entries);
     size_t line = kFormatLines;
     for (const TimedChange& timed : changes) {
         ++line;
-        if (!visits.Take(timed.change, &entries))
-            entries.push_back({line, timed.time, EntryOf(timed.change)});
+        if (!logins.Take(timed.change)) entries.push_back({line, timed.time, EntryOf(timed.change)});
     }
     return entries;
 }

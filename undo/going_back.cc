@@ -12,7 +12,7 @@ const char* WordFor(Standing standing) {
         case Standing::AsBefore:
             return "as before";
         case Standing::AsLeft:
-            return "taken back";
+            return kTakenBack;
         case Standing::Kept:
             return "kept";
         case Standing::ByHand:

@@ -136,6 +136,20 @@ int Report(const Outcome& outcome, const UndoneRecord& record) {
     return kNothingLeft;
 }
 
+/// Homes and maildrops are not looked at beforehand: what was done there is known from Undo's own record.
+bool IsDoneAtHomes(const Entry& entry, const Undone& undone) {
+    const auto* change = std::get_if<Change>(&entry.change);
+    const bool is_at_homes = change == nullptr || std::holds_alternative<change::NoticesLeft>(*change);
+    return is_at_homes && undone.taken_back.contains(entry.line);
+}
+
+std::vector<Entry> EntriesToTakeBack(const Records& records, const RecordedRun& run) {
+    std::vector<Entry> entries = EntriesOf(run.changes);
+    const Undone undone = ReadUndone(records, run.name);
+    std::erase_if(entries, [&](const Entry& entry) { return IsDoneAtHomes(entry, undone); });
+    return entries;
+}
+
 int TakeBackRun(const Records& records, const RecordedRun& read, const Options& options) {
     std::vector<Change> changes;
     for (const TimedChange& timed : read.changes) changes.push_back(timed.change);
@@ -145,9 +159,9 @@ int TakeBackRun(const Records& records, const RecordedRun& read, const Options& 
                         NextOf(records, read.name),
                         options.undo,
                         &changes};
+    const std::vector<Entry> entries = EntriesToTakeBack(records, read);
     UndoneRecord record(records, read.name);
     if (!LowerPrivileges()) return Refuse("The rights of " + gstr_MailOwner + " could not be taken on.");
-    const std::vector<Entry> entries = EntriesOf(read.changes);
     const std::vector<Planned> plan = PlanFor(entries, run);
     ShowPlan(plan);
     if (!HasWork(plan)) {

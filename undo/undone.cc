@@ -40,9 +40,19 @@ bool Has(const Json& object, const char* name) {
     return found != object.end() && found->is_boolean() && found->get<bool>();
 }
 
+void TakeChange(const Json& line, Undone* undone) {
+    const auto change = line.find("change");
+    const auto outcome = line.find("outcome");
+    const auto left = line.find("left");
+    if (change == line.end() || outcome == line.end() || left == line.end()) return;
+    const bool is_whole = *outcome == kTakenBack && left->is_array() && left->empty();
+    if (is_whole && change->is_number_unsigned()) undone->taken_back.insert(change->get<size_t>());
+}
+
 void TakeLine(const Json& line, Undone* undone) {
     if (!line.is_object()) return;
     undone->is_begun = true;
+    TakeChange(line, undone);
     if (!Has(line, "finished")) return;
     const auto time = line.find("time");
     undone->finished = time != line.end() && time->is_string() ? SString(time->get<std::string>()) : "once";

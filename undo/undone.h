@@ -7,17 +7,23 @@
 // Without the last line Undo was interrupted; it is run again then, and adds its lines.
 #pragma once
 
+#include <set>
+
 #include "undo/records.h"
 #include "undo/way_back.h"
 
 /// What is recorded of taking a run back.
 struct Undone {
     bool is_begun = false;
-    SString finished;     // when; empty if it is not
-    UndoOptions options;  // with all that finished
+    SString finished;             // when; empty if it is not
+    UndoOptions options;          // with all that finished
+    std::set<size_t> taken_back;  // changes, by their lines, of which nothing was left
 };
 
 Undone ReadUndone(const Records& records, const SString& run);
+
+/// The word for a change that was taken back.
+inline constexpr char kTakenBack[] = "taken back";
 
 class UndoneRecord {
   public:

@@ -71,8 +71,8 @@ class Visitor {
     void Skip(SString* path, const SString& reminder);
     void Remind(const SString& reminder);
 
-    SString host_;
     VisitWork work_;
+    SString host_;  // empty for other work
     std::chrono::milliseconds patience_;
     std::unique_ptr<Child> child_;  // null after Stop, and where the system gives no process
     std::deque<VisitRequest> requests_;

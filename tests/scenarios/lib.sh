@@ -232,7 +232,7 @@ checksum() { sha256sum "$1" | cut -d" " -f1; }
 # each. The host before is in /tmp/before.
 take_over() {
     mkdir /tmp/before
-    chmod 1777 /var/mail
+    chmod 01777 /var/mail
     printf '%s\n' 'smtp stream tcp nowait root /usr/sbin/tcpd in.smtpd' 'echo stream tcp nowait root internal' >/etc/inetd.conf
     echo 'the old sendmail' >/usr/lib/sendmail
     cp -a /etc/inetd.conf /usr/lib/sendmail /tmp/before
@@ -340,6 +340,13 @@ upper_layers() {
 records() {
     find "$RECORDS" -type f -name '*Z-*' -printf '%f\n' 2>/dev/null | grep -xE '[0-9TZ]+-[0-9]+' | sort -t- -k1,1r -k2,2nr
 }    # where there is no directory, there is no record
+
+# undo [OPTION...]: what Undo says about the last run, without what differs from run to run, and its exit status.
+undo() {
+    "$BUILD/Undo" --yes "$@" | sed -E 's/[0-9-]{10} [0-9:]{8}/TIME/; s/[0-9]{8}T[0-9]{6}Z-[0-9]+/RUN/
+        s/[0-9]{20}(\.A[ABC])[0-9]+/STAMP\1ID/'
+    echo "(status ${PIPESTATUS[0]})"
+}
 
 # take_back_runs [OPTION...]: those that "remember_host" (run-scenario) did not find, with accounts and messages.
 take_back_runs() {

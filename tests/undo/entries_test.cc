@@ -34,6 +34,15 @@ TEST(EntriesOf, PutsVisitsTogether) {
     EXPECT_EQ(InWords(entries[3]), "Gave 1 maildrop to their users: /var/mail/cilla");
 }
 
+TEST(EntriesOf, PutsAccountsOfOneStepTogether) {
+    const auto entries = Entries({change::AccountsMade{{{"anna", "00"}}}, Notices("h", "anna"),
+                                  change::AccountsMade{{{"bruno", "11"}}}, change::DatabaseMade{"/d", ""},
+                                  change::AccountsMade{{{"Postmaster", "22"}}}});
+    ASSERT_EQ(entries.size(), 4U);
+    EXPECT_EQ(InWords(entries[0]), "Made 2 accounts: anna, bruno");
+    EXPECT_EQ(InWords(entries[3]), "Made 1 account: Postmaster");
+}
+
 struct WordsCase {
     Change change;
     const char* words;

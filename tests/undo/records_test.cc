@@ -126,12 +126,15 @@ TEST(UndoneRecord, TellsWhatWasFinished) {
     record.Add(2, "changed since", SStringList("a \xff name"));
     EXPECT_TRUE(ReadUndone(records, kName).is_begun);
     EXPECT_EQ(ReadUndone(records, kName).finished, "");
+    record.Add(3, kTakenBack, {});
+    record.Add(4, kTakenBack, SStringList("left"));
     record.Finish({true, false});
     EXPECT_TRUE(record.IsWhole());
     const Undone undone = ReadUndone(records, kName);
     EXPECT_TRUE(undone.finished.Matches("^\\d{4}-\\d\\d-\\d\\dT"));
     EXPECT_TRUE(undone.options.accounts);
     EXPECT_FALSE(undone.options.units);
+    EXPECT_EQ(undone.taken_back, std::set<size_t>({3}));
 }
 
 TEST(UndoneRecord, IsGoneOnWithAfterACutLine) {

@@ -102,16 +102,16 @@ TEST_F(Record, HasTheLinesOfProcessesThatWriteAtOnceWhole) {
 }
 
 TEST_F(Record, HasNoLineAfterOneThatAKillCut) {
-    constexpr int kTimes = 60;
+    constexpr int kTimes = 25;
     for (int i = 0; i < kTimes; ++i) {
         NameRecord(folder_ / SString(i));
         MakeDir(folder_ / SString(i), 0700);
         runs_ = folder_ / SString(i);
         Tell("parent");
         const pid_t child = StartChild([] {
-            while (true) RecordWithoutSync(ServerStarted{SString('x', 200000)});
+            while (true) RecordWithoutSync(ServerStarted{SString('x', 60000)});
         });
-        usleep(static_cast<useconds_t>(3000 + 211 * i));
+        usleep(static_cast<useconds_t>(1500 + 211 * i));
         kill(child, SIGKILL);
         waitpid(child, nullptr, 0);
         Tell("after");

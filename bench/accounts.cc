@@ -22,6 +22,7 @@ namespace {
 
 constexpr long kSpecialAccounts = 4;
 constexpr double kMostLimits = 1.25;
+constexpr double kMostRecord = 1.05;
 constexpr double kMostGrowth = 1.3;
 constexpr double kMostBytes = 450;
 constexpr double kMostCalls = 20;
@@ -40,11 +41,13 @@ constexpr Case kCases[] = {
 };
 
 struct Result {
-    Measurement step;
+    Measurement step;        // with a record, as on a host that has the package
+    Measurement unrecorded;  // the same without
     Measurement visits;
     Measurement rows;
 
     double Limit() const { return visits.seconds + rows.seconds; }
+    double RecordRatio() const { return step.seconds / unrecorded.seconds; }
     double Ratio() const { return step.seconds / Limit(); }
     double CpuRatio() const { return step.cpu_seconds / (visits.cpu_seconds + rows.cpu_seconds); }
 };
@@ -68,12 +71,20 @@ bool MakeAccounts(int logins) {
     return AddUserAccounts() == 1 && SAccountDB().AccountCount() == kSpecialAccounts + logins;
 }
 
+Measurement MeasureStep(const ThrowAwaySite& site, const Case& c, int logins, ThrowAwaySite::Record record) {
+    return MeasureApart([&] { return site.Enter(record) && MakeDatabase() && Answer(c); },
+                        [&] { return MakeAccounts(logins); });
+}
+
 Result MeasureOnce(const RunFolder& run, const Case& c, int logins) {
     Result result;
     {
         const ThrowAwaySite site(run, logins, c.names);
-        result.step = MeasureApart([&] { return site.Enter() && MakeDatabase() && Answer(c); },
-                                   [&] { return MakeAccounts(logins); });
+        result.unrecorded = MeasureStep(site, c, logins, ThrowAwaySite::Record::None);
+    }
+    {
+        const ThrowAwaySite site(run, logins, c.names);
+        result.step = MeasureStep(site, c, logins, ThrowAwaySite::Record::Kept);
         const SString database = site.Folder() + "/rows";
         std::vector<AccountRows> rows;
         const auto read = [&] {
@@ -92,24 +103,28 @@ Result MeasureOnce(const RunFolder& run, const Case& c, int logins) {
 Result MeasureCase(const RunFolder& run, const Case& c, int logins) {
     const int times = logins <= 1000 ? 7 : logins <= 10000 ? 3 : 1;
     std::vector<Measurement> steps;
+    std::vector<Measurement> unrecorded;
     std::vector<Measurement> visits;
     std::vector<Measurement> rows;
     for (int i = 0; i < times; ++i) {
         const Result result = MeasureOnce(run, c, logins);
-        if (!result.step.is_done || !result.visits.is_done || !result.rows.is_done) {
+        if (!result.step.is_done || !result.unrecorded.is_done || !result.visits.is_done ||
+            !result.rows.is_done) {
             std::cerr << "a measurement failed\n";
             exit(1);
         }
         steps.push_back(result.step);
+        unrecorded.push_back(result.unrecorded);
         visits.push_back(result.visits);
         rows.push_back(result.rows);
     }
-    return {Median(steps), Median(visits), Median(rows)};
+    return {Median(steps), Median(unrecorded), Median(visits), Median(rows)};
 }
 
 void PrintHead() {
-    printf("%-17s %7s %8s %10s %9s %8s %8s %7s %10s %11s %8s\n", "case", "logins", "seconds", "accounts/s",
-           "visits, s", "rows, s", "limit, s", "limits", "CPU limits", "calls/login", "B/login");
+    printf("%-17s %7s %8s %10s %9s %8s %8s %7s %10s %11s %8s %7s\n", "case", "logins", "seconds",
+           "accounts/s", "visits, s", "rows, s", "limit, s", "limits", "CPU limits", "calls/login", "B/login",
+           "record");
 }
 
 double CallsPerLogin(const Result& result, int logins) {
@@ -119,10 +134,10 @@ double CallsPerLogin(const Result& result, int logins) {
 }
 
 void PrintRow(const Case& c, int logins, const Result& result) {
-    printf("%-17s %7d %8.3f %10.0f %9.3f %8.3f %8.3f %7.2f %10.2f %11.1f %8.0f\n", c.name, logins,
+    printf("%-17s %7d %8.3f %10.0f %9.3f %8.3f %8.3f %7.2f %10.2f %11.1f %8.0f %7.3f\n", c.name, logins,
            result.step.seconds, logins / result.step.seconds, result.visits.seconds, result.rows.seconds,
            result.Limit(), result.Ratio(), result.CpuRatio(), CallsPerLogin(result, logins),
-           result.step.peak_bytes / logins);
+           result.step.peak_bytes / logins, result.RecordRatio());
     fflush(stdout);
 }
 
@@ -134,6 +149,7 @@ void PrintVerdicts(const Case& c, const std::map<int, Result>& results) {
     const auto& [largest, last] = *results.rbegin();
     printf("%s:\n", c.name);
     PrintVerdict(("limits at " + std::to_string(largest) + " logins").c_str(), last.Ratio(), kMostLimits);
+    PrintVerdict("with a record, times without", last.RecordRatio(), kMostRecord);
     PrintVerdict("memory for each login, bytes", last.step.peak_bytes / largest, kMostBytes);
     PrintVerdict("system calls for each login", CallsPerLogin(last, largest), kMostCalls);
     if (results.size() > 1) {

@@ -13,6 +13,7 @@
 #include <fstream>
 #include <iostream>
 
+#include "install/record/record.h"
 #include "install/settings.h"
 #include "support/system/descriptor.h"
 #include "support/system/environment.h"
@@ -84,6 +85,7 @@ unsigned ThrowAwaySite::Uid(int login) {
 
 void ThrowAwaySite::MakeDirectories() const {
     for (const char* name : {"/home", "/mail"}) MakeDir(folder_ + name, 0755);
+    MakeDir(folder_ + "/runs", 0700);
     for (const char* name : {"/data", "/data/config", "/data/control", "/data/messages", "/data/deferred"}) {
         MakeDir(folder_ + name, 0750);
         GiveTo(folder_ + name, kMailOwner, kMailOwner, 0750);
@@ -110,7 +112,7 @@ void ThrowAwaySite::MakeLogins(int logins, Names names) const {
     }
 }
 
-bool ThrowAwaySite::Enter() const {
+bool ThrowAwaySite::Enter(Record record) const {
     if (unshare(CLONE_NEWNS) != 0 || mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
         mount(Passwd().CString(), "/etc/passwd", nullptr, MS_BIND, nullptr) != 0) {
         return false;
@@ -127,5 +129,6 @@ bool ThrowAwaySite::Enter() const {
     PutEnv("HostName", gstr_HostName);
     PutEnv("DomainName", gstr_DomainName);
     umask(007);
+    NameRecord(record == Record::Kept ? folder_ + "/runs" : SString());
     return BecomeMailOwner("mail", kMailOwner, kMailOwner);
 }

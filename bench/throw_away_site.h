@@ -22,8 +22,9 @@ class ThrowAwaySite {
     enum class Names { Distinct, Same };
     ThrowAwaySite(const RunFolder& run, int logins, Names names);
 
+    enum class Record { Kept, None };
     /// Makes the site's logins the host's for this process, which becomes the mail owner.
-    bool Enter() const;
+    bool Enter(Record record = Record::None) const;
 
     /// Pending ones would slow the next measurement.
     void WaitForWrites() const;

@@ -25,4 +25,10 @@ foreach(screen ${screens})
     add_host_test(scenario.${name} ${limit} ${scenarios}/run-scenario ${CMAKE_BINARY_DIR} ${scenario})
 endforeach()
 
+# Random hosts, ten in a test.
+foreach(first 1 11 21 31 41)
+    math(EXPR last "${first} + 9")
+    add_host_test(identity.${first} 600 ${CMAKE_CURRENT_SOURCE_DIR}/identity/random-hosts ${CMAKE_BINARY_DIR} ${first} ${last})
+endforeach()
+
 add_host_test(rehearsal 600 ${CMAKE_CURRENT_SOURCE_DIR}/rehearsal ${CMAKE_BINARY_DIR})

@@ -32,6 +32,10 @@ bool AccountBatch::Commit() {
 }
 
 void AccountBatch::Note(change::Account account) {
-    std::erase_if(noted, [&](const change::Account& other) { return other.uid == account.uid; });
     noted.push_back(std::move(account));
+}
+
+void AccountBatch::NoteAgain(const change::Account& account) {
+    std::erase_if(noted, [&](const change::Account& other) { return other.uid == account.uid; });
+    noted.push_back(account);
 }

@@ -16,8 +16,10 @@ class AccountBatch {
     bool IsOpen() const { return transaction_.IsOpen(); }
     bool Commit();
 
-    /// An account that the open batch makes, with the digest of its fields; again once those are others.
+    /// An account that the open batch makes, with the digest of its fields.
     static void Note(change::Account account);
+    /// The same account, once its fields are others.
+    static void NoteAgain(const change::Account& account);
 
   private:
     AccountTransaction transaction_;

@@ -1,46 +1,52 @@
 #include "install/accounts/account_digest.h"
 
+#include <algorithm>
 #include <map>
+#include <utility>
 
 #include "install/record/record.h"
 
 namespace {
 
-using Fields = std::map<std::string, SStringList>;
+struct Field {
+    std::string_view name;
+    const SStringList* values;
+};
 
-void Add(const SString& text, std::string* all) {
-    *all += std::to_string(text.Length()) + ":" + text.Bytes();
+void Add(std::string_view text, std::string* all) {
+    *all += std::to_string(text.size());
+    *all += ':';
+    *all += text;
 }
 
 /// Each text with its length, and each list with its count: no two accounts look the same.
-SString Digest(const SString& key, const Fields& fields, bool is_locked) {
+SString Digest(const SString& key, std::vector<Field> fields, bool is_locked) {
+    std::ranges::sort(fields, {}, &Field::name);
     std::string all = is_locked ? "locked\n" : "open\n";
     for (const auto& [name, values] : fields) {
-        if (values.IsEmpty()) continue;
-        Add(SString(name), &all);
-        all += std::to_string(values.Count()) + ";";
-        for (const SString& value : values) Add(value, &all);
+        if (values->IsEmpty()) continue;
+        Add(name, &all);
+        all += std::to_string(values->Count()) + ";";
+        for (const SString& value : *values) Add(value.Bytes(), &all);
     }
     return KeyedChecksum(key, SString(std::move(all)));
-}
-
-void Put(const AccountFields& changed, Fields* fields) {
-    for (const AccountField& field : changed) (*fields)[field.name] = field.values;
 }
 
 }  // namespace
 
 SString AccountDigest(const SString& key, const AccountFields& fields, AccountLock lock) {
-    Fields all;
-    Put(fields, &all);
-    return Digest(key, all, lock == AccountLock::Locked);
+    std::vector<Field> all;
+    for (const AccountField& field : fields) all.push_back({field.name, &field.values});
+    return Digest(key, std::move(all), lock == AccountLock::Locked);
 }
 
 SString AccountDigest(const SString& key, const SAccount& account, const AccountFields& changed) {
-    Fields all;
-    for (const SString& name : account.Fields()) all[name.Bytes()] = account.Get(name);
-    Put(changed, &all);
-    return Digest(key, all, account.IsLocked());
+    std::map<std::string, SStringList> fields;
+    for (const SString& name : account.Fields()) fields[name.Bytes()] = account.Get(name);
+    for (const AccountField& field : changed) fields[field.name] = field.values;
+    std::vector<Field> all;
+    for (const auto& [name, values] : fields) all.push_back({name, &values});
+    return Digest(key, std::move(all), account.IsLocked());
 }
 
 void RecordEdit(const SString& uid, const AccountFields& changed) {

@@ -35,7 +35,7 @@ bool CreateRoot(const SString& uid, const SString& address, const SString& domai
 void NoteAgain(SAccountDBMod* accounts) {
     SAccount postmaster;
     if (!IsRecording() || accounts->Find("Postmaster", &postmaster) != Lookup::Found) return;
-    AccountBatch::Note({"Postmaster", AccountDigest(RecordKey(), postmaster)});
+    AccountBatch::NoteAgain({"Postmaster", AccountDigest(RecordKey(), postmaster)});
 }
 
 AdminAccountsOutcome Deliver(SAccountDBMod* accounts, const SString& root) {

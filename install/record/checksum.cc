@@ -3,15 +3,20 @@
 #include <sha2.h>
 
 #include <array>
+#include <functional>
 
 SString Checksum(const SString& bytes) {
-    std::array<char, SHA256_DIGEST_STRING_LENGTH> digits{};
-    SHA256Data(reinterpret_cast<const uint8_t*>(bytes.CString()), bytes.Length(), digits.data());
-    return SString(digits.data());
+    return KeyedChecksum("", bytes);
 }
 
 SString KeyedChecksum(const SString& key, const SString& bytes) {
-    return Checksum(key + bytes);
+    SHA2_CTX context;
+    SHA256Init(&context);
+    for (const SString& part : {std::cref(key), std::cref(bytes)}) {
+        SHA256Update(&context, reinterpret_cast<const uint8_t*>(part.CString()), part.Length());
+    }
+    std::array<char, SHA256_DIGEST_STRING_LENGTH> digits{};
+    return SString(SHA256End(&context, digits.data()));
 }
 
 SString Hexadecimal(const SString& bytes) {

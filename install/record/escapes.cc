@@ -39,6 +39,11 @@ bool ReadEscape(std::string_view escape, std::string* bytes) {
 
 }  // namespace
 
+bool IsPlain(const SString& text) {
+    return std::ranges::all_of(text.Bytes(),
+                               [](char c) { return c >= ' ' && c <= '~' && c != '"' && c != '\\'; });
+}
+
 SString Escaped(const SString& bytes) {
     const std::string_view view = bytes.Bytes();
     std::string text;

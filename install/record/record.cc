@@ -22,7 +22,7 @@ std::optional<RecordFile> record;
 SString key;
 
 void Append(const Change& change, bool is_synced) {
-    if (IsRecording()) record->Append(LineOf({UniversalTime(), change}), is_synced);
+    if (IsRecording()) record->Append(LineOf(UniversalTime(), change), is_synced);
 }
 
 /// Not there where any of it failed.

@@ -35,12 +35,21 @@ bool WriteAtOnce(const Descriptor& file, const SString& bytes) {
     return write(file.Get(), bytes.CString(), bytes.Length()) == static_cast<ssize_t>(bytes.Length());
 }
 
+/// A process that was killed in its turn may have left a part of a line; most often it has left none of it.
+bool EndsWithLine(const SString& path) {
+    const AsRoot root;
+    const auto file = Descriptor::Open(path, O_RDONLY | O_NOFOLLOW);
+    const auto status = file ? file.Stat() : std::nullopt;
+    char last = 0;
+    return status && status->st_size > 0 && pread(file.Get(), &last, 1, status->st_size - 1) == 1 &&
+           last == '\n';
+}
+
 }  // namespace
 
-/// A process that was killed in its turn may have left a part of a line.
-RecordFile::Turn::Turn(State* state) : state_(state) {
+RecordFile::Turn::Turn(State* state, const SString& path) : state_(state) {
     if (pthread_mutex_lock(&state->turn) != EOWNERDEAD) return;
-    state->is_off = true;
+    if (!EndsWithLine(path)) state->is_off = true;
     pthread_mutex_consistent(&state->turn);
 }
 
@@ -70,7 +79,7 @@ void RecordFile::TurnOff() {
 
 void RecordFile::Append(const SString& line, bool is_synced) {
     if (!IsOn()) return;
-    const Turn turn(&*state_);
+    const Turn turn(&*state_, path_);
     if (state_->is_off) return;
     const bool is_written = state_->is_begun ? Write(line, is_synced) : Begin(line);
     if (!is_written) TurnOff();

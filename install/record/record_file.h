@@ -34,7 +34,7 @@ class RecordFile {
     /// One process at a time.
     class Turn {
       public:
-        explicit Turn(State* state);
+        Turn(State* state, const SString& path);
         ~Turn() { pthread_mutex_unlock(&state_->turn); }
         Turn(const Turn&) = delete;
         Turn& operator=(const Turn&) = delete;

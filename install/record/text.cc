@@ -16,42 +16,71 @@ using Json = nlohmann::ordered_json;
 template <typename Value>
 concept Whole = std::integral<Value> && !std::same_as<Value, bool>;
 
-// --- writing
+// --- writing, without the library: its document in between would take longer than the account that is
+// recorded
 
 class Writer {
   public:
-    template <typename Value>
-    void operator()(const char* name, const Value& value) {
-        object_.emplace(name, Written(value));
+    void operator()(const char* name, const auto& value) {
+        text_ += is_first_ ? "\"" : ",\"";
+        is_first_ = false;
+        text_ += name;
+        text_ += "\":";
+        Write(value);
     }
-    Json Object() && { return std::move(object_); }
+    SString Text() && { return SString("{" + std::move(text_) + "}"); }
 
   private:
-    static Json Written(const SString& text) { return Escaped(text).Bytes(); }
-    static Json Written(std::integral auto number) { return number; }
-    static Json Written(change::Mode mode) {
-        std::array<char, 8> digits{};
-        snprintf(digits.data(), digits.size(), "%04o", mode.bits & 07777U);
-        return digits.data();
+    /// Escaped, it has nothing else that JSON could not have.
+    void Write(const SString& text) {
+        if (IsPlain(text)) {
+            text_ += '"';
+            text_ += text.Bytes();
+            text_ += '"';
+            return;
+        }
+        const SString escaped = Escaped(text);
+        text_ += '"';
+        for (const char c : escaped.Bytes()) {
+            if (c == '"' || c == '\\') text_ += '\\';
+            text_ += c;
+        }
+        text_ += '"';
     }
-    static Json Written(const SStringList& texts) { return List(texts); }
+    void Write(bool value) { text_ += value ? "true" : "false"; }
+    template <Whole Number>
+    void Write(const Number& number) {
+        text_ += std::to_string(number);
+    }
+    void Write(change::Mode mode) {
+        std::array<char, 16> digits{};
+        snprintf(digits.data(), digits.size(), "\"%04o\"", mode.bits & 07777U);
+        text_ += digits.data();
+    }
+    void Write(const SStringList& texts) { WriteList(texts); }
     template <typename Value>
-    static Json Written(const std::vector<Value>& values) {
-        return List(values);
+    void Write(const std::vector<Value>& values) {
+        WriteList(values);
     }
     template <typename Value>
-    static Json Written(Value value) {
-        Writer writer;
-        value.Fields(writer);
-        return std::move(writer).Object();
+    void Write(const Value& value) {
+        const bool was_first = std::exchange(is_first_, true);
+        text_ += '{';
+        const_cast<Value&>(value).Fields(*this);  // which lets a reader change it
+        text_ += '}';
+        is_first_ = was_first;
     }
-    static Json List(const auto& values) {
-        Json list = Json::array();
-        for (const auto& value : values) list.push_back(Written(value));
-        return list;
+    void WriteList(const auto& values) {
+        const char* separator = "[";
+        for (const auto& value : values) {
+            text_ += std::exchange(separator, ",");
+            Write(value);
+        }
+        text_ += values.begin() == values.end() ? "[]" : "]";
     }
 
-    Json object_ = Json::object();
+    std::string text_;
+    bool is_first_ = true;
 };
 
 // --- reading
@@ -141,14 +170,18 @@ SString WithoutLineEnd(const SString& line) {
 }  // namespace
 
 SString LineOf(const TimedChange& timed) {
+    return LineOf(timed.time, timed.change);
+}
+
+SString LineOf(const SString& time, const Change& change) {
     Writer writer;
-    writer("time", timed.time);
-    const auto write = [&writer](auto change) {
-        writer("kind", SString(change.kKind));
-        change.Fields(writer);
+    writer("time", time);
+    const auto write = [&writer]<typename Kind>(const Kind& of_kind) {
+        writer("kind", SString(Kind::kKind));
+        const_cast<Kind&>(of_kind).Fields(writer);
     };
-    std::visit(write, timed.change);
-    return SString(std::move(writer).Object().dump()) + '\n';
+    std::visit(write, change);
+    return std::move(writer).Text() + '\n';
 }
 
 std::optional<TimedChange> ChangeFrom(const SString& line) {

@@ -14,6 +14,7 @@ struct TimedChange {
 
 /// With the line end: {"time":"...","kind":"mode","path":"/var/mail/",...}
 SString LineOf(const TimedChange& timed);
+SString LineOf(const SString& time, const Change& change);
 /// Of a line with or without its end. Nothing unless LineOf could have written it.
 std::optional<TimedChange> ChangeFrom(const SString& line);
 

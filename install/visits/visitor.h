@@ -71,8 +71,8 @@ class Visitor {
     void Skip(SString* path, const SString& reminder);
     void Remind(const SString& reminder);
 
-    VisitWork work_;
     SString host_;  // empty for other work
+    VisitWork work_;
     std::chrono::milliseconds patience_;
     std::unique_ptr<Child> child_;  // null after Stop, and where the system gives no process
     std::deque<VisitRequest> requests_;

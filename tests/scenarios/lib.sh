@@ -46,7 +46,8 @@ make_host() {
     name_host "::1 localhost ip6-localhost"
 
     rm -rf /etc/inetd.conf* /usr/lib/sendmail* /usr/sbin/sendmail /etc/sendmail.cf /usr/etc \
-        /var/spool/mqueue /var/mail /var/spool/mail "$DATA" "$PROGRAMS"
+        /var/spool/mqueue /var/mail /var/spool/mail "$DATA" "$PROGRAMS" "${RECORDS%/*}"
+    install -d -m 700 "$RECORDS"
     make_home anna
     make_home bruno
     make_maildrop_directory
@@ -339,5 +340,29 @@ show_records() {
         s/"(id|device|inode|process)":[1-9][0-9]*/"\1":NUMBER/g; s/[0-9]{20}(\.A[ABC])[0-9]+/STAMP\1ID/g'
 }
 
-# What stands in the view's upper layers, where every change to the host lands.
-upper_layers() { find /run/view/layers/*/upper -printf '%p %y %m %U:%G %s %T@\n' | sort; }
+# What stands in the view's upper layers, where every change to the host lands, but for the records of runs.
+upper_layers() {
+    find /run/view/layers/*/upper -path "*$RECORDS" -prune -o -printf '%p %y %m %U:%G %s %T@\n' | sort
+}
+
+# --- the way back -----------------------------------------------------------------------------------------------
+
+# The runs that have a record, the last one first.
+records() {
+    find "$RECORDS" -type f -name '*Z-*' -printf '%f\n' 2>/dev/null | grep -xE '[0-9TZ]+-[0-9]+' | sort -t- -k1,1r -k2,2nr
+}    # where there is no directory, there is no record
+
+# undo [OPTION...]: what Undo says about the last run, without what differs from run to run, and its exit status.
+undo() {
+    "$BUILD/Undo" --yes "$@" | sed -E 's/[0-9-]{10} [0-9:]{8}/TIME/; s/[0-9]{8}T[0-9]{6}Z-[0-9]+/RUN/
+        s/[0-9]{20}(\.A[ABC])[0-9]+/STAMP\1ID/'
+    echo "(status ${PIPESTATUS[0]})"
+}
+
+# take_back_runs [OPTION...]: those that "remember_host" (run-scenario) did not find, with accounts and messages.
+take_back_runs() {
+    local run
+    for run in $(records | grep -vxF -f /tmp/scenario/records); do
+        "$BUILD/Undo" --yes --accounts "$@" "$run" || echo "Undo $run: status $?"
+    done
+}

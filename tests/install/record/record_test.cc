@@ -101,6 +101,27 @@ TEST_F(Record, HasTheLinesOfProcessesThatWriteAtOnceWhole) {
     EXPECT_FALSE(Told().Contains("?"));
 }
 
+TEST_F(Record, HasNoLineAfterOneThatAKillCut) {
+    constexpr int kTimes = 25;
+    for (int i = 0; i < kTimes; ++i) {
+        NameRecord(folder_ / SString(i));
+        MakeDir(folder_ / SString(i), 0700);
+        runs_ = folder_ / SString(i);
+        Tell("parent");
+        const pid_t child = StartChild([] {
+            while (true) RecordWithoutSync(ServerStarted{SString('x', 60000)});
+        });
+        usleep(static_cast<useconds_t>(1500 + 211 * i));
+        kill(child, SIGKILL);
+        waitpid(child, nullptr, 0);
+        Tell("after");
+        SStringList told = Told();
+        const SString last = told.Pop();
+        EXPECT_FALSE(told.Contains("?"));
+        EXPECT_TRUE(IsRecording() ? last == "after" : last != "after") << last[0];
+    }
+}
+
 TEST_F(Record, IsWrittenFromAnyIdentity) {
     if (getuid() != 0) GTEST_SKIP() << "needs root";
     const AsUser nobody({65534, 65534, {65534}});

@@ -12,7 +12,7 @@ namespace {
 
 constexpr const char* kTime = "2026-11-22T17:04:05Z";
 
-bool IsPlain(const SString& line) {
+bool IsPagerSafe(const SString& line) {
     return std::ranges::none_of(line.Bytes(), [](char c) { return c == 0 || c == 0x1B; }) &&
            Escaped(line.S("\\\\", "/", "g")) == SString(line).Chop().S("\\\\", "/", "g") + "\\x0a";
 }
@@ -24,7 +24,7 @@ TEST(RecordText, BringsEveryKindBack) {
         EXPECT_EQ(changes[i].index(), i);
         const SString line = LineOf({kTime, changes[i]});
         EXPECT_EQ(std::ranges::count(line.Bytes(), '\n'), 1) << line;
-        EXPECT_TRUE(IsPlain(line)) << line;
+        EXPECT_TRUE(IsPagerSafe(line)) << line;
         const auto read = ChangeFrom(line);
         ASSERT_TRUE(read) << line;
         EXPECT_EQ(read->time, kTime);

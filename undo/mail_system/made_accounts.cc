@@ -94,19 +94,20 @@ TakenBack Deletion::Outcome() const {
     return taken;
 }
 
-size_t CountOfThose(const AccountsMade& change) {
+/// Found out with the first one, mostly: there may be a hundred thousand.
+bool IsAnyThere(const AccountsMade& change) {
     const AccountSession session;
     SAccountDB database;
-    return static_cast<size_t>(std::ranges::count_if(change.accounts, [&](const change::Account& account) {
+    return std::ranges::any_of(change.accounts, [&](const change::Account& account) {
         return database.Find(account.uid) != Lookup::Missing;
-    }));
+    });
 }
 
 }  // namespace
 
 Finding LookAt(const AccountsMade& change, const UndoneRun& run) {
-    const size_t count = CountOfThose(change);
-    if (count == 0) return {};
+    if (!IsAnyThere(change)) return {};
+    const size_t count = change.accounts.size();
     const SString accounts = Counted(count, "account");
     if (!run.options.accounts) {
         return {Standing::Kept, accounts + (count == 1 ? " stays" : " stay") + " (--accounts takes " +

@@ -21,10 +21,8 @@ bool LowerPrivileges() {
 }
 
 SString NextOf(const Records& records, const SString& name) {
-    for (const SString& run : records.Names()) {
-        if (run > name) return TimeOf(run);
-    }
-    return "";
+    const SStringList later = records.After(name);
+    return later.IsEmpty() ? SString() : TimeOf(later[0]);
 }
 
 bool IsAgreed() {

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -36,6 +37,14 @@ SString FileFault(const Descriptor& file) {
     return "";
 }
 
+/// Within a second the process ids tell.
+bool IsEarlier(const SString& run, const SString& other) {
+    const SString time = TimeOf(run);
+    const SString other_time = TimeOf(other);
+    const auto process = [](const SString& name) { return name.S("\\A.*-", "").ToNumber(); };
+    return time == other_time ? process(run) < process(other) : time < other_time;
+}
+
 SString LineFault(size_t number) {
     return "line " + SString(number) + " cannot be understood";
 }
@@ -48,7 +57,9 @@ void TakeLine(const TimedChange& timed, RecordedRun* run) {
     }
 }
 
+/// Of an empty record, the run was killed when it was about to make its first change.
 void TakeLines(SStringList lines, RecordedRun* run) {
+    if (lines.IsEmpty()) return;
     if (lines.Shift() != FormatLine()) {
         run->fault = "its first line is not the one of this version's records";
         return;
@@ -80,8 +91,16 @@ SStringList Records::Names() const {
         const SString name = BaseName(path, "");
         if (name.Matches(kRunName)) names.Push(name);
     }
-    names.Sort();
+    std::sort(names.begin(), names.end(), IsEarlier);
     return names;
+}
+
+SStringList Records::After(const SString& run) const {
+    SStringList later;
+    for (const SString& name : Names()) {
+        if (IsEarlier(run, name)) later.Push(name);
+    }
+    return later;
 }
 
 RecordedRun Records::Read(const SString& name) const {

@@ -22,6 +22,8 @@ class Records {
     const SString& Fault() const { return fault_; }
     /// The runs, the oldest first.
     SStringList Names() const;
+    /// Those that began after this one.
+    SStringList After(const SString& run) const;
     RecordedRun Read(const SString& name) const;
     /// The key of the run's digests; empty if it is lost.
     SString KeyOf(const SString& name) const;

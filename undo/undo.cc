@@ -51,8 +51,8 @@ bool IsDone(const Records& records, const SString& run, const UndoOptions& optio
 
 void TellLaterRuns(const Records& records, const SString& name) {
     SStringList later;
-    for (const SString& run : records.Names()) {
-        if (run > name && ReadUndone(records, run).finished.IsEmpty()) later.Push(run);
+    for (const SString& run : records.After(name)) {
+        if (ReadUndone(records, run).finished.IsEmpty()) later.Push(run);
     }
     if (!later.IsEmpty()) Tell("Later runs are not taken back: " + later.Join(", ") + ".");
 }

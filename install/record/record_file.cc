@@ -85,17 +85,15 @@ void RecordFile::Append(const SString& line, bool is_synced) {
     if (!is_written) TurnOff();
 }
 
-/// Under its name it has a line, or does not exist.
+/// A kill before the first line leaves an empty file, which tells of no change, as there was none.
 bool RecordFile::Begin(const SString& line) {
     const AsRoot root;
-    const SString unfinished = HiddenBeside(path_, ".new");
-    file_ = Descriptor::Open(unfinished, O_WRONLY | O_CREAT | O_EXCL | O_APPEND | O_NOFOLLOW, kMode);
+    file_ = Descriptor::Open(path_, O_WRONLY | O_CREAT | O_EXCL | O_APPEND | O_NOFOLLOW, kMode);
     opener_ = getpid();
     // The mask may have taken rights.
     const bool is_whole = file_ && fchmod(file_.Get(), kMode) == 0 &&
-                          WriteAtOnce(file_, FormatLine() + line) && file_.Sync() &&
-                          RenameNoReplace(unfinished, path_);
-    if (file_ && !is_whole) RemoveFile(unfinished);
+                          WriteAtOnce(file_, FormatLine() + line) && file_.Sync();
+    if (file_ && !is_whole) RemoveFile(path_);
     state_->is_begun = is_whole;
     return is_whole && SyncParent(path_);
 }

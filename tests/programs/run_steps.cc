@@ -7,6 +7,7 @@
 #include <iterator>
 #include <vector>
 
+#include "install/record/record.h"
 #include "install/sequence.h"
 #include "install/start_up.h"
 #include "install/steps.h"
@@ -45,5 +46,7 @@ int main(int argc, char** argv) {
         return kMisused;
     }
     if (!StartUp() || !Initialize()) return kStopped;
-    return std::ranges::all_of(steps, [](const Step& step) { return step.run(); }) ? kComplete : kStopped;
+    const bool is_complete = std::ranges::all_of(steps, [](const Step& step) { return step.run(); });
+    EndRecord(is_complete ? kComplete : kStopped);
+    return is_complete ? kComplete : kStopped;
 }

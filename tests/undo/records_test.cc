@@ -57,6 +57,19 @@ TEST(Records, AreRefusedInADirectoryThatIsNotRootsAlone) {
     EXPECT_EQ(Records(path).Fault(), path + " is not root's: what it says is not trusted");
 }
 
+TEST(Records, OfOneSecondAreInTheOrderOfTheirProcesses) {
+    const TemporaryFolder folder;
+    const SString second = "20261122T170405Z-100";
+    const SString first = "20261122T170405Z-99";
+    for (const SString& name : {second, first}) {
+        ASSERT_TRUE(Descriptor::Open(folder / name, O_WRONLY | O_CREAT, 0600));
+    }
+    const Records records(folder / ".");
+    EXPECT_EQ(records.Names(), SStringList({first, second}));
+    EXPECT_EQ(records.After(first), SStringList(second));
+    EXPECT_TRUE(records.After(second).IsEmpty());
+}
+
 TEST(Records, AreReadWhole) {
     const TemporaryFolder folder;
     const RecordedRun run = ReadOnly(folder, Whole());
@@ -80,7 +93,14 @@ TEST(Records, AreRefusedWithALineThatSaysNothing) {
     EXPECT_EQ(ReadOnly(folder, FormatLine() + Mode() + "{}\n" + Mode()).fault, "line 3 cannot be understood");
     EXPECT_EQ(ReadOnly(folder, "{\"format\":2}\n" + Mode()).fault,
               "its first line is not the one of this version's records");
-    EXPECT_NE(ReadOnly(folder, "").fault, "");
+}
+
+TEST(Records, OfARunThatWasKilledBeforeItsFirstChangeAreEmpty) {
+    const TemporaryFolder folder;
+    const RecordedRun run = ReadOnly(folder, "");
+    EXPECT_EQ(run.fault, "");
+    EXPECT_TRUE(run.changes.empty());
+    EXPECT_FALSE(run.status);
 }
 
 TEST(Records, AreRefusedWhereOthersHadAHandInThem) {

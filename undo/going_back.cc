@@ -44,6 +44,7 @@ void GoBackOver(const Entry& entry, const UndoneRun& run, UndoneRecord* record, 
     if (IsLeft(finding.standing)) taken.left.Push(finding.text);
     record->Add(entry.line, taken.is_whole ? WordFor(finding.standing) : "failed", taken.left);
     outcome->is_whole = outcome->is_whole && taken.is_whole;
+    outcome->is_known = outcome->is_known && finding.standing != Standing::Unknown;
     outcome->left.Push(taken.left);
 }
 
@@ -57,6 +58,6 @@ Outcome GoBack(const std::vector<Entry>& entries, const UndoneRun& run, UndoneRe
         outcome.is_interrupted = CriticalSection::WasInterrupted();
         if (outcome.is_interrupted) return outcome;
     }
-    if (outcome.is_whole) record->Finish(run.options);
+    if (outcome.is_whole && outcome.is_known) record->Finish(run.options);
     return outcome;
 }

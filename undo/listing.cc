@@ -50,7 +50,7 @@ bool ListChanges(const Records& records, const SString& name) {
     if (!ListRun(records, name)) return false;
     const RecordedRun run = records.Read(name);
     for (const Entry& entry : EntriesOf(run.changes)) {
-        Print("    " + Plain(entry.time) + "  " + InWords(entry) + "\n");
+        Print("    " + Printable(Plain(entry.time)) + "  " + InWords(entry) + "\n");
     }
     if (run.is_cut) Print("    the record ends in the middle of a line\n");
     return true;

@@ -9,6 +9,7 @@
 #include "install/record/record_file.h"
 #include "install/record/text.h"
 #include "support/system/clock.h"
+#include "support/system/file.h"
 #include "support/system/identity.h"
 #include "support/system/random.h"
 
@@ -55,7 +56,9 @@ bool KeepCopy(const Descriptor& from, const SString& name) {
     const AsRoot root;
     const SString folder = record->KeptFolder();
     const Descriptor file = NewFile(folder, name);
-    return file && Copy(from, file) && Publish(file, folder);
+    const bool is_kept = file && Copy(from, file) && Publish(file, folder);
+    if (file && !is_kept) RemoveFile(folder + name);  // the run may need the place on the disk
+    return is_kept;
 }
 
 }  // namespace

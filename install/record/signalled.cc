@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr size_t kMostText = size_t{1} << 20;  // its owner chooses the length
+constexpr size_t kMostText = 4096;  // its owner chooses the length, and how many there are
 
 SString TextOf(pid_t id, const char* name) {
     const auto file = Descriptor::Open("/proc/" + SString(id) + "/" + name, O_RDONLY);
@@ -25,8 +25,14 @@ SStringList CommandOf(pid_t id) {
     return line.SplitExact(SString(std::string_view("\0", 1)));
 }
 
+/// None of a container's, which is another one than this host's of that name.
+SString UnitOf(pid_t id) {
+    const SStringList cgroups = Lines(TextOf(id, "cgroup"));
+    return ContainerIn(cgroups).IsEmpty() ? UnitIn(cgroups) : SString();
+}
+
 change::Process ProcessOf(pid_t id, const SString& entry) {
-    return {id, ProcessName(entry), CommandOf(id), UnitIn(Lines(TextOf(id, "cgroup")))};
+    return {id, ProcessName(entry), CommandOf(id), UnitOf(id)};
 }
 
 SString Word(int signal) {

@@ -1,6 +1,7 @@
 #include "undo/mail_system/maildrop_return.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -19,6 +20,7 @@ using change::MaildropGiven;
 constexpr uid_t kRoot = 0;
 constexpr mode_t kGivenMode = 0660;
 constexpr mode_t kRights = 0777;
+constexpr mode_t kRunsAsOwner = S_ISUID | S_ISGID;
 /// The sticky bit means nothing on a file (Linux): it tells that Undo is at it. Only the owner has rights
 /// meanwhile.
 constexpr mode_t kMark = 01000;
@@ -43,10 +45,22 @@ bool IsAsLeft(const change::Access& now, const MaildropGiven& given) {
     return has_old_mode && (has_no_list || now.access_list == given.before.access_list);
 }
 
+/// Its user may have written it meanwhile: what would run with its owner's rights stays without.
+mode_t ModeOf(const change::Access& before) {
+    return before.mode.bits & ~kRunsAsOwner;
+}
+
+/// Also by a run that was killed before it changed anything.
+bool IsBack(const change::Access& now, const change::Access& before) {
+    change::Access back = before;
+    back.mode.bits = ModeOf(before);
+    return now == before || now == back;
+}
+
 /// The new owner gets rights only once the others have lost theirs.
 bool SetAccess(const Descriptor& file, const change::Access& before) {
     return fchmod(file.Get(), kMeanwhile) == 0 && fchown(file.Get(), before.owner, before.group) == 0 &&
-           SetAccessList(file, before.access_list) && fchmod(file.Get(), before.mode.bits) == 0;
+           SetAccessList(file, before.access_list) && fchmod(file.Get(), ModeOf(before)) == 0;
 }
 
 /// Files on their way to a maildrop (PendingFile): ".NAME.PROCESS.NUMBER". The directory is read once, as
@@ -75,7 +89,7 @@ void RemovePending(const MaildropGiven& given) {
 UsersOutcome Return(const Descriptor& file, const MaildropGiven& given) {
     const auto now = AccessOf(file);
     if (!now) return UsersOutcome::Failed;
-    if (*now == given.before) return UsersOutcome::Nothing;
+    if (IsBack(*now, given.before)) return UsersOutcome::Nothing;
     if (given.is_replaced) return UsersOutcome::Replaced;
     if (!IsAsLeft(*now, given) && !IsUnderWay(*now, given)) return UsersOutcome::Changed;
     if (!MayGoBack(given)) return UsersOutcome::ThirdLogins;

@@ -50,10 +50,8 @@ const change::Access kGiven = {kUser, kMail, {0660}, ""};
 
 TEST_F(MaildropReturn, GivesBackWhatTheRunTook) {
     const change::Access cases[] = {
-        {0, 0, {0600}, ""},          {0, 8, {0644}, ""},
-        {kUser, 8, {0640}, ""},      {kUser, kMail, {0600}, ""},
-        {kUser, kMail, {0}, ""},     {0, 0, {06775}, ""},
-        {kUser, 8, {02660}, ""},     {0, kMail, {0660}, kListWithAnother},
+        {0, 0, {0600}, ""},          {0, 8, {0644}, ""},      {kUser, 8, {0640}, ""},
+        {kUser, kMail, {0600}, ""},  {kUser, kMail, {0}, ""}, {0, kMail, {0660}, kListWithAnother},
         {kUser, kMail, {01660}, ""},
     };
     for (const change::Access& before : cases) {
@@ -64,6 +62,18 @@ TEST_F(MaildropReturn, GivesBackWhatTheRunTook) {
         EXPECT_EQ(Now(), before) << before.mode.bits;
         EXPECT_EQ(GiveBack(Given(before)), UsersOutcome::Nothing);
         EXPECT_EQ(MapFileRead(path_), "From x\n");
+    }
+}
+
+TEST_F(MaildropReturn, MakesNoProgramOfWhatItsUserWrote) {
+    const change::Access cases[] = {{0, 0, {04755}, ""}, {0, 8, {02775}, ""}, {kUser, 8, {06770}, ""}};
+    for (const change::Access& before : cases) {
+        change::Access back = before;
+        back.mode.bits &= 0777U;
+        Make(kGiven, "#!/bin/sh\n");
+        EXPECT_EQ(GiveBack(Given(before)), UsersOutcome::Back);
+        EXPECT_EQ(Now(), back) << before.mode.bits;
+        EXPECT_EQ(GiveBack(Given(before)), UsersOutcome::Nothing);
     }
 }
 

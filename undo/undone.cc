@@ -4,11 +4,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <array>
-#include <ctime>
-
 #include <nlohmann/json.hpp>
 
+#include "support/system/clock.h"
 #include "support/system/identity.h"
 
 namespace {
@@ -19,20 +17,15 @@ SString FileOf(const SString& run) {
     return run + ".undone";
 }
 
-std::string Now() {
-    std::array<char, 32> text{};
-    const std::time_t now = std::time(nullptr);
-    std::tm utc{};
-    gmtime_r(&now, &utc);
-    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &utc)};
-}
-
 SString Line(const Json& object) {
     return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
 Json OptionsLine(const char* what, const UndoOptions& options) {
-    return {{"time", Now()}, {what, true}, {"accounts", options.accounts}, {"units", options.units}};
+    return {{"time", UniversalTime().Bytes()},
+            {what, true},
+            {"accounts", options.accounts},
+            {"units", options.units}};
 }
 
 bool Has(const Json& object, const char* name) {
@@ -88,7 +81,10 @@ void UndoneRecord::Begin(const UndoOptions& options) {
 void UndoneRecord::Add(size_t change, const SString& outcome, const SStringList& left) {
     Json texts = Json::array();
     for (const SString& text : left) texts.push_back(text.Bytes());
-    Write(Line({{"time", Now()}, {"change", change}, {"outcome", outcome.Bytes()}, {"left", texts}}));
+    Write(Line({{"time", UniversalTime().Bytes()},
+                {"change", change},
+                {"outcome", outcome.Bytes()},
+                {"left", texts}}));
 }
 
 void UndoneRecord::Finish(const UndoOptions& options) {

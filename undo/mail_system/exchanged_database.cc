@@ -104,7 +104,9 @@ Finding LookAt(const DatabaseExchanged& change, const UndoneRun& run) {
 TakenBack TakeBack(const DatabaseExchanged& change, const UndoneRun& run) {
     struct stat seen {};
     if (stat(change.file.CString(), &seen) != 0) return {true, LeftAlone(change)};
-    const Finding finding = LookAt(change, {run.kept, run.key, run.begun, run.next, run.options});
+    UndoneRun last = run;
+    last.changes = nullptr;  // later ones are back by now, or will not come back
+    const Finding finding = LookAt(change, last);
     if (finding.standing == Standing::AsBefore) return {};
     if (finding.standing != Standing::AsLeft) return {true, finding.text};
     Sdbfile in_use(SiteDatabase(change.file), 0);

@@ -74,13 +74,22 @@ Standing StandingOfExchange(const DatabasePrepared& change, const UndoneRun& run
     return standing;
 }
 
-SStringList LeftAlone(const DatabasePrepared& change, Part new_version, Part backup) {
+/// The copy is all that is left of what was there.
+SString CopyOf(const change::KeptFile& kept, const UndoneRun& run) {
+    return KeptBytes(kept, run) ? "; the one from before is " + Printable(run.kept + kept.kept) : SString();
+}
+
+SStringList LeftAlone(const DatabasePrepared& change, const UndoneRun& run, Part new_version, Part backup) {
     const SString file = Printable(change.file);
     SStringList left;
-    if (new_version == Part::Others)
-        left.Push(file + ".install is another one than Install put into service");
+    if (new_version == Part::Others) {
+        left.Push(file + ".install is another one than Install put into service" +
+                  CopyOf(change.new_version, run));
+    }
     if (new_version == Part::Lost) left.Push("No copy was kept of " + file + ".install, as it was delivered");
-    if (backup == Part::Others) left.Push(file + ".backup is another one than Install left");
+    if (backup == Part::Others) {
+        left.Push(file + ".backup is another one than Install left" + CopyOf(change.older_backup, run));
+    }
     if (backup == Part::Lost) left.Push("No copy was kept of " + file + ".backup, as it was before");
     return left;
 }
@@ -114,7 +123,7 @@ Finding LookAt(const DatabasePrepared& change, const UndoneRun& run) {
     if (backup == Part::ToDo || EntryExists(UnfinishedBackup(change))) {
         return {Standing::AsLeft, "Put " + Printable(Backup(change)) + " back as it was"};
     }
-    const SStringList left = LeftAlone(change, part, backup);
+    const SStringList left = LeftAlone(change, run, part, backup);
     return left.IsEmpty() ? Finding() : Finding{Standing::Changed, left.Join("; ")};
 }
 
@@ -122,7 +131,7 @@ TakenBack TakeBack(const DatabasePrepared& change, const UndoneRun& run) {
     if (StandingOfExchange(change, run) != Standing::AsBefore) return {};
     const Part new_version = NewVersionOf(change, run);
     const Part backup = BackupOf(change, run);
-    TakenBack taken = {true, LeftAlone(change, new_version, backup)};
+    TakenBack taken = {true, LeftAlone(change, run, new_version, backup)};
     const auto failed = [&taken](const SString& path) {
         taken.is_whole = false;
         taken.left.Push(Printable(path) + " could not be made anew");

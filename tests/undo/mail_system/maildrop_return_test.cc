@@ -107,6 +107,14 @@ TEST_F(MaildropReturn, LeavesWhatSomebodyChanged) {
     }
 }
 
+/// The change fails right after the owner's: a list that is none.
+TEST_F(MaildropReturn, IsClosedToAllButItsOwnerMeanwhile) {
+    const change::Access before = {0, 8, {0600}, "none"};
+    Make(kGiven);
+    EXPECT_EQ(GiveBack(Given(before)), UsersOutcome::Failed);
+    EXPECT_EQ(Now(), (change::Access{0, 8, {01600}, ""}));
+}
+
 TEST_F(MaildropReturn, GivesNothingToAThirdLogin) {
     const change::MaildropGiven given = Given({33, kMail, {0660}, ""});
     EXPECT_FALSE(MayGoBack(given));

@@ -178,7 +178,9 @@ TEST_F(ModuleDatabase, ThatWasDeliveredSinceIsLeft) {
     Run(Exchanged);
     Put("Web.install", "Socket", "90");
     EXPECT_EQ(OfExchange(), Standing::AsLeft);
-    EXPECT_EQ(TakeAllBack(), data_.Config("Web.install") + " is another one than Install put into service");
+    EXPECT_EQ(TakeAllBack(), data_.Config("Web.install") +
+                                 " is another one than Install put into service; the one from before is " +
+                                 run_.kept + "Web.install");
     EXPECT_EQ(Socket("Web"), "8080");
     EXPECT_EQ(Socket("Web.install"), "90");
     EXPECT_EQ(OfPreparation(), Standing::Changed);

@@ -91,8 +91,8 @@ bool RecordFile::Begin(const SString& line) {
     file_ = Descriptor::Open(path_, O_WRONLY | O_CREAT | O_EXCL | O_APPEND | O_NOFOLLOW, kMode);
     opener_ = getpid();
     // The mask may have taken rights.
-    const bool is_whole = file_ && fchmod(file_.Get(), kMode) == 0 &&
-                          WriteAtOnce(file_, FormatLine() + line) && file_.Sync();
+    const bool is_whole =
+        file_ && fchmod(file_.Get(), kMode) == 0 && WriteAtOnce(file_, FormatLine() + line) && file_.Sync();
     if (file_ && !is_whole) RemoveFile(path_);
     state_->is_begun = is_whole;
     return is_whole && SyncParent(path_);

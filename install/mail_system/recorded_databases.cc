@@ -57,8 +57,10 @@ void RecordExchange(const SString& module, const Sdbfile& in_use) {
     const SString before = bytes ? SettingsDigest(*bytes) : SString();
     // To open and close a second name of it would drop the lock (POSIX).
     const bool is_same = in_use.IsHeldAs(module + ".install");
-    RecordChange(
-        change::DatabaseExchanged{file, before, is_same ? before : DigestOf(OpenPlain(file + ".install"))});
+    const SString after = is_same ? before : DigestOf(OpenPlain(file + ".install"));
+    struct stat status {};
+    if (lstat((file + ".install").CString(), &status) != 0) return;  // nothing will be exchanged
+    RecordChange(change::DatabaseExchanged{file, before, after, status.st_dev, status.st_ino});
 }
 
 void RecordTable(const SString& module, const SString& table) {

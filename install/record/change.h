@@ -127,13 +127,15 @@ struct DatabasePrepared {
 struct DatabaseExchanged {
     static constexpr const char* kKind = "database exchanged";
     SString file;
-    SString
-        before;  // digests of the settings in FILE and FILE.install (install/mail_system/settings_digest.h)
+    SString before;  // digests of the settings in FILE and in FILE.install (settings_digest.h)
     SString after;
+    uint64_t device = 0;  // of FILE.install, which is FILE afterwards
+    uint64_t inode = 0;
 
     template <typename Io>
     void Fields(Io& io) {
         io("file", file), io("before", before), io("after", after);
+        io("device", device), io("inode", inode);
     }
 };
 

@@ -2,9 +2,7 @@
 //
 //     FILE            the new version
 //     FILE.backup     the version from before; it takes the name FILE in one rename
-//     FILE.install    missing since the exchange; made anew by prepared_database.cc, after which nothing
-//     tells any more
-//                     that there was an exchange if both versions have the same settings
+//     FILE.install    missing since the exchange; made anew by prepared_database.cc
 #include <sys/stat.h>
 
 #include "install/mail_system/settings_digest.h"
@@ -14,6 +12,7 @@
 #include "support/system/regular_file.h"
 #include "support/text/printable.h"
 #include "undo/mail_system/changes_of.h"
+#include "undo/mail_system/kept_files.h"
 #include "undo/mail_system/site_database.h"
 #include "undo/ways.h"
 
@@ -35,20 +34,38 @@ std::optional<SString> Digest(const SString& path) {
     return digest.IsEmpty() ? std::nullopt : std::optional(digest);
 }
 
-bool IsStillPrepared(const DatabaseExchanged& change) {
-    return EntryExists(NewVersion(change.file)) && Digest(NewVersion(change.file)) == change.after;
+/// By its file, as versions may have the same settings, and each run's new one waits under the same name.
+bool IsNewVersion(const SString& path, const DatabaseExchanged& change) {
+    struct stat status {};
+    return lstat(path.CString(), &status) == 0 && S_ISREG(status.st_mode) && status.st_dev == change.device &&
+           status.st_ino == change.inode;
+}
+
+bool IsReplacedSince(const DatabaseExchanged& change) {
+    return !IsNewVersion(change.file, change) && IsNewVersion(Backup(change.file), change);
+}
+
+/// Of a database that is not the run's new version.
+Standing StandingOfOther(const DatabaseExchanged& change) {
+    if (IsReplacedSince(change)) return Standing::Changed;
+    const auto digest = Digest(change.file);
+    if (!digest) return EntryExists(change.file) ? Standing::Unknown : Standing::Changed;
+    return digest == change.before ? Standing::AsBefore : Standing::Changed;
 }
 
 Standing StandingOf(const DatabaseExchanged& change) {
+    if (IsNewVersion(NewVersion(change.file), change)) return Standing::AsBefore;
+    if (!IsNewVersion(change.file, change)) return StandingOfOther(change);
     const auto digest = Digest(change.file);
-    if (!digest) return EntryExists(change.file) ? Standing::Unknown : Standing::Changed;
-    if (digest != change.after) {
-        return digest == change.before || IsStillPrepared(change) ? Standing::AsBefore : Standing::Changed;
-    }
-    const bool is_telling = change.before != change.after;
-    const bool is_made = !EntryExists(NewVersion(change.file)) && EntryExists(Backup(change.file));
-    if (!is_telling && !is_made) return Standing::AsBefore;
-    return Digest(Backup(change.file)) == change.before ? Standing::AsLeft : Standing::Changed;
+    if (!digest) return Standing::Unknown;
+    const bool is_as_left = digest == change.after && Digest(Backup(change.file)) == change.before;
+    return is_as_left ? Standing::AsLeft : Standing::Changed;
+}
+
+/// A journal that a killed process left is worked off, as by whoever opens the database next. One of a
+/// process that runs stays, and the database cannot be read.
+void Settle(const DatabaseExchanged& change) {
+    static_cast<void>(SettleDatabase(SiteDatabase(change.file)));
 }
 
 /// What the run changed later in the same database is taken back before this.
@@ -65,8 +82,25 @@ bool HasMoreToTakeBack(const DatabaseExchanged& change, const UndoneRun& run) {
     return has_more;
 }
 
+/// From which FILE.install is made anew.
+bool HasCopyOfNewVersion(const DatabaseExchanged& change, const UndoneRun& run) {
+    bool has_copy = false;
+    EachOf<change::DatabasePrepared>(run, [&](const auto& prepared) {
+        has_copy |= prepared.file == change.file && KeptBytes(prepared.new_version, run).has_value();
+    });
+    return has_copy;
+}
+
+Finding WithoutCopy(const DatabaseExchanged& change) {
+    const SString file = Printable(change.file);
+    return {Standing::ByHand,
+            file + " stays, as it would be lost: its copy beside the record is gone; the version " +
+                "from before is " + file + ".backup"};
+}
+
 SString LeftAlone(const DatabaseExchanged& change) {
     const SString file = Printable(change.file);
+    if (IsReplacedSince(change)) return file + " was replaced by a later run: take that back first";
     return file + " was changed since Install replaced it; the version from before is " + file + ".backup";
 }
 
@@ -92,23 +126,28 @@ bool IsAsSeen(const SString& file, const struct stat& seen) {
 Finding LookAt(const DatabaseExchanged& change, const UndoneRun& run) {
     if (SiteDatabase(change.file).IsEmpty()) return {Standing::Unknown, OfAnotherSite(change.file)};
     const SString file = Printable(change.file);
+    Settle(change);
     Standing standing = StandingOf(change);
     if (standing == Standing::AsBefore) return {};
     if (standing == Standing::Unknown) return {standing, file + " cannot be read"};
-    if (standing == Standing::Changed && HasMoreToTakeBack(change, run)) standing = Standing::AsLeft;
+    const bool is_ours = IsNewVersion(change.file, change);
+    if (standing == Standing::Changed && is_ours && HasMoreToTakeBack(change, run))
+        standing = Standing::AsLeft;
     if (standing == Standing::Changed) return {standing, LeftAlone(change)};
+    if (!HasCopyOfNewVersion(change, run)) return WithoutCopy(change);
     return {standing, "Put " + file + " back from " + file + ".backup"};
 }
 
 /// The database is held, as for the exchange; reading it for the digest would let go of it (POSIX).
 TakenBack TakeBack(const DatabaseExchanged& change, const UndoneRun& run) {
+    Settle(change);
     struct stat seen {};
     if (stat(change.file.CString(), &seen) != 0) return {true, LeftAlone(change)};
-    UndoneRun last = run;
-    last.changes = nullptr;  // later ones are back by now, or will not come back
-    const Finding finding = LookAt(change, last);
+    const Finding finding = LookAt(change, run);
     if (finding.standing == Standing::AsBefore) return {};
     if (finding.standing != Standing::AsLeft) return {true, finding.text};
+    // Later changes of the run are back by now, or will not come back.
+    if (StandingOf(change) != Standing::AsLeft) return {true, LeftAlone(change)};
     Sdbfile in_use(SiteDatabase(change.file), 0);
     if (!in_use.Hold() || !IsAsSeen(change.file, seen)) {
         return {false, Printable(change.file) + " is in use"};

@@ -1,8 +1,10 @@
 // The way back of a module's new database, from wherever the run was killed.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <map>
 #include <tuple>
 
@@ -76,7 +78,8 @@ class ModuleDatabase : public testing::Test {
         ASSERT_TRUE(in_use.Hold() && UpdateDatabase("Web.install", &in_use, "/Config/Socket"));
         in_use.CloseDB();
         if (end == Carried) return;
-        exchanged_ = {file, SettingsDigestOf(file), SettingsDigestOf(file + ".install")};
+        exchanged_ = {file, SettingsDigestOf(file), SettingsDigestOf(file + ".install"), status.st_dev,
+                      status.st_ino};
         changes_.push_back(exchanged_);
         const bool is_kept = end == Exchanged || AddName(file, file + ".backup.new");
         ASSERT_TRUE(is_kept && (end != BackedUp || Rename(file + ".backup.new", file + ".backup")));
@@ -216,6 +219,60 @@ TEST_F(ModuleDatabase, OfOneFileWithTwoNamesIsThatAgain) {
     stat(data_.Config("Web").CString(), &in_use);
     stat(data_.Config("Web.install").CString(), &new_version);
     EXPECT_TRUE(IsSameFile(in_use, new_version));
+}
+
+/// As after every release: nobody has changed a setting.
+TEST_F(ModuleDatabase, OfTwoRunsGoesBackInTheirOrderOnly) {
+    Put("Web", "Socket", "80");
+    Put("Web.install", "Socket", "80");
+    const Listing before = Site();
+    Run(Exchanged);
+    const change::DatabaseExchanged first = exchanged_;
+    Put("Web.install", "Socket", "80");
+    ASSERT_EQ(rename((beside_ / "Web.install").CString(), (beside_ / "first").CString()), 0);
+    const Listing between = Site();
+    Run(Exchanged);
+    const Listing after = Site();
+    EXPECT_EQ(TakeBack(first, run_).left,
+              data_.Config("Web") + " was replaced by a later run: take that back first");
+    EXPECT_EQ(Site(), after);
+    EXPECT_EQ(TakeAllBack(), SStringList());
+    EXPECT_EQ(Site(), between);
+    EXPECT_EQ(LookAt(first, run_).standing, Standing::AsLeft);
+    EXPECT_EQ(TakeBack(first, run_).left, SStringList());
+    EXPECT_EQ(std::get<0>(Site()["Web"]), std::get<0>(before.at("Web")));
+}
+
+TEST_F(ModuleDatabase, WhoseNewVersionWouldBeLostStays) {
+    MakeSite(false);
+    Run(Exchanged);
+    const Listing after = Site();
+    RemoveFile(beside_ / "Web.install");
+    EXPECT_EQ(OfExchange(), Standing::ByHand);
+    EXPECT_EQ(TakeExchangeBack(), LookAt(exchanged_, run_).text);
+    EXPECT_EQ(Site(), after);
+}
+
+TEST_F(ModuleDatabase, WithAKilledRunsJournalIsAsThatFoundIt) {
+    MakeSite(false);
+    const Listing before = Site();
+    Run(Exchanged);
+    const SString web = data_.Config("Web");
+    if (const pid_t child = fork(); child == 0) {
+        // Its pages are written when it is killed, and the journal has the old ones.
+        const auto database = sqlite::Connection::Open(web, sqlite::Mode::Shared);
+        database->Execute(
+            "PRAGMA cache_size = 1; BEGIN IMMEDIATE; CREATE TABLE x (y); INSERT INTO x"
+            " WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 500)"
+            " SELECT hex(zeroblob(500)) FROM n");
+        kill(getpid(), SIGKILL);
+    } else {
+        waitpid(child, nullptr, 0);
+    }
+    ASSERT_TRUE(EntryExists(web + "-journal"));
+    EXPECT_EQ(OfExchange(), Standing::AsLeft);
+    EXPECT_EQ(TakeAllBack(), SStringList());
+    EXPECT_EQ(Site(), before);
 }
 
 TEST_F(ModuleDatabase, ThatIsInUseIsLeftForLater) {

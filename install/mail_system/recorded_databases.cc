@@ -60,7 +60,8 @@ void RecordExchange(const SString& module, const Sdbfile& in_use) {
     const SString after = is_same ? before : DigestOf(OpenPlain(file + ".install"));
     struct stat status {};
     if (lstat((file + ".install").CString(), &status) != 0) return;  // nothing will be exchanged
-    RecordChange(change::DatabaseExchanged{file, before, after, status.st_dev, status.st_ino});
+    RecordChange(change::DatabaseExchanged{file, before, after, status.st_dev, status.st_ino,
+                                           BirthTime(file + ".install")});
 }
 
 void RecordTable(const SString& module, const SString& table) {

@@ -131,11 +131,12 @@ struct DatabaseExchanged {
     SString after;
     uint64_t device = 0;  // of FILE.install, which is FILE afterwards
     uint64_t inode = 0;
+    int64_t born = 0;  // in nanoseconds
 
     template <typename Io>
     void Fields(Io& io) {
         io("file", file), io("before", before), io("after", after);
-        io("device", device), io("inode", inode);
+        io("device", device), io("inode", inode), io("born", born);
     }
 };
 

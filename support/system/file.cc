@@ -74,6 +74,13 @@ bool IsWriteable(const SString& path) {
     return facts && (facts->st_mode & 0222) != 0 && eaccess(path.CString(), W_OK) == 0;
 }
 
+int64_t BirthTime(const SString& path) {
+    struct statx status {};
+    const bool is_known = statx(AT_FDCWD, path.CString(), AT_SYMLINK_NOFOLLOW, STATX_BTIME, &status) == 0 &&
+                          (status.stx_mask & STATX_BTIME) != 0;
+    return is_known ? status.stx_btime.tv_sec * 1'000'000'000 + status.stx_btime.tv_nsec : 0;
+}
+
 int64_t FileSize(const SString& path) {
     const auto facts = Stat(path);
     return facts ? facts->st_size : -1;

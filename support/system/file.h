@@ -15,6 +15,9 @@ bool IsDirectory(const SString& path);
 bool IsRegular(const SString& path);
 /// Whether the effective user can write. False for root, too, if the file has no write bit.
 bool IsWriteable(const SString& path);
+/// When it was made, in nanoseconds, which tells it from a later file with the same inode number. 0 where the
+/// file system does not say (statx, Linux). Does not follow links.
+int64_t BirthTime(const SString& path);
 /// In bytes; -1 when it cannot be told.
 int64_t FileSize(const SString& path);
 bool MakeDir(const SString& path, unsigned long mode);

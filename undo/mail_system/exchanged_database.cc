@@ -38,7 +38,7 @@ std::optional<SString> Digest(const SString& path) {
 bool IsNewVersion(const SString& path, const DatabaseExchanged& change) {
     struct stat status {};
     return lstat(path.CString(), &status) == 0 && S_ISREG(status.st_mode) && status.st_dev == change.device &&
-           status.st_ino == change.inode;
+           status.st_ino == change.inode && BirthTime(path) == change.born;
 }
 
 bool IsReplacedSince(const DatabaseExchanged& change) {

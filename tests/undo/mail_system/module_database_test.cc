@@ -78,8 +78,8 @@ class ModuleDatabase : public testing::Test {
         ASSERT_TRUE(in_use.Hold() && UpdateDatabase("Web.install", &in_use, "/Config/Socket"));
         in_use.CloseDB();
         if (end == Carried) return;
-        exchanged_ = {file, SettingsDigestOf(file), SettingsDigestOf(file + ".install"), status.st_dev,
-                      status.st_ino};
+        exchanged_ = {file,          SettingsDigestOf(file), SettingsDigestOf(file + ".install"),
+                      status.st_dev, status.st_ino,          BirthTime(file + ".install")};
         changes_.push_back(exchanged_);
         const bool is_kept = end == Exchanged || AddName(file, file + ".backup.new");
         ASSERT_TRUE(is_kept && (end != BackedUp || Rename(file + ".backup.new", file + ".backup")));

@@ -1,7 +1,5 @@
 #include "undo/going_back.h"
 
-#include <ranges>
-
 #include "install/console.h"
 #include "install/critical_section.h"
 
@@ -53,8 +51,8 @@ void GoBackOver(const Entry& entry, const UndoneRun& run, UndoneRecord* record, 
 Outcome GoBack(const std::vector<Entry>& entries, const UndoneRun& run, UndoneRecord* record) {
     Outcome outcome;
     record->Begin(run.options);
-    for (const Entry& entry : entries | std::views::reverse) {
-        GoBackOver(entry, run, record, &outcome);
+    for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
+        GoBackOver(*entry, run, record, &outcome);
         outcome.is_interrupted = CriticalSection::WasInterrupted();
         if (outcome.is_interrupted) return outcome;
     }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <map>
-#include <ranges>
 
 #include "install/console.h"
 
@@ -49,9 +48,9 @@ bool HasAny(const std::vector<Planned>& plan, std::initializer_list<Standing> st
 
 std::vector<Planned> PlanFor(const std::vector<Entry>& entries, const UndoneRun& run) {
     std::vector<Planned> plan;
-    for (const Entry& entry : entries | std::views::reverse) {
-        Finding finding = LookAt(entry, run);
-        if (finding.standing != Standing::AsBefore) plan.push_back({&entry, std::move(finding)});
+    for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
+        Finding finding = LookAt(*entry, run);
+        if (finding.standing != Standing::AsBefore) plan.push_back({&*entry, std::move(finding)});
     }
     return plan;
 }

@@ -44,7 +44,7 @@ undo() { "$BUILD/Undo" --yes --accounts >/tmp/undone 2>&1; }
 # compare MOMENT: every run begins on the host that the last one has left, which is the same where all is well.
 compare_host() {
     host_state after
-    rm -rf "${RECORDS:?}"/*
+    forget_runs
     if ! cmp -s /tmp/before /tmp/after; then
         echo "$1: the host is not as before (< before, > now)"
         diff /tmp/before /tmp/after | grep '^[<>]' | head -n 20

@@ -98,7 +98,7 @@ database() {
 # make_accounts: the account database, with the special accounts in it.
 make_accounts() {
     "$BUILD/tests/run_steps" SetupSpecialAccounts </dev/null >/dev/null
-    rm -rf "${RECORDS:?}"/*    # what is prepared is no run
+    forget_runs    # what is prepared is no run
 }
 
 # add_account UID ADDRESS: a further account in it.
@@ -354,6 +354,9 @@ upper_layers() {
 records() {
     find "$RECORDS" -type f -name '*Z-*' -printf '%f\n' 2>/dev/null | grep -xE '[0-9TZ]+-[0-9]+' | sort -t- -k1,1r -k2,2nr
 }    # where there is no directory, there is no record
+
+# forget_runs: where a scenario has made the host anew, no earlier run has anything to take back.
+forget_runs() { rm -rf "${RECORDS:?}"/*; }
 
 # undo [OPTION...]: what Undo says about the last run, without what differs from run to run, and its exit status.
 undo() {

@@ -88,7 +88,7 @@ Finding LookAtTakenAway(const change::LinkMade& change, const LinkPlaces& places
 Finding Look(const change::LinkMade& change, const LinkPlaces& places) {
     if (!places.held) return Unreached(change.path);
     if (HasTakenAway(places)) return LookAtTakenAway(change, places);
-    const Finding finding = LookAtPath(change, places);
+    Finding finding = LookAtPath(change, places);
     const bool has_left_overs = IsSpareLeftOver(places) || IsBackupLeftOver(places);
     if (!has_left_overs || finding.standing == Standing::AsLeft) return finding;
     return {Standing::AsLeft, "Remove what was left beside " + change.path};

@@ -21,8 +21,7 @@ SString Repeated(const SString& line, int times) {
 TEST(ShowPlan, TellsOfWhatThereAreMoreRightAfterIt) {
     const Entry mode{2, "", change::ModeSet()};
     const Entry link{3, "", change::LinkMade()};
-    std::vector<Planned> plan;
-    for (int i = 0; i < 22; ++i) plan.push_back({&mode, {Standing::AsLeft, "mode"}});
+    std::vector<Planned> plan(22, Planned{&mode, {Standing::AsLeft, "mode"}});
     plan.push_back({&link, {Standing::AsLeft, "link"}});
     EXPECT_EQ(Shown(plan), "This will be done, in this order:\n" + Repeated("    mode\n", 20) +
                                "    and 2 more like these\n    link\n\n");

@@ -75,13 +75,18 @@ void PrintHeader(int width, SStringList lines) {
 
 SString GetInput(const SString& default_answer, int show) {
     Print(show != 0 ? "[" + Printable(default_answer) + "] " : SString());
-    if (!std::cout) EndUnanswered();
+    const std::optional<SString> answer = ReadAnswer();
+    if (!answer) EndUnanswered();
+    Print("\n");
+    return answer->IsEmpty() ? default_answer : *answer;
+}
+
+std::optional<SString> ReadAnswer() {
+    if (!std::cout) return std::nullopt;
     SString answer;
     std::cin >> answer;
-    if (std::ferror(stdin) != 0) EndUnanswered();
-    answer.ChopLineEnd();
-    Print("\n");
-    return answer.IsEmpty() ? default_answer : answer;
+    if (std::ferror(stdin) != 0) return std::nullopt;
+    return answer.ChopLineEnd();
 }
 
 bool AskToContinue() {

@@ -3,6 +3,8 @@
 // fails, the program ends with status 2 and "Installation aborted." on standard error.
 #pragma once
 
+#include <optional>
+
 #include "install/questions.h"
 #include "support/text/sstring_list.h"
 
@@ -14,6 +16,9 @@ void PrintHeader(int width, SStringList lines);
 /// The answer, or the default when the answer is empty or input has ended. Steps ask with the functions
 /// below, from the table of questions.
 SString GetInput(const SString& default_answer, int show);
+/// A line, without its end; empty where input has ended. Nothing if it cannot be read, or if what was asked
+/// could not be written.
+std::optional<SString> ReadAnswer();
 /// False for no and quit.
 bool AskToContinue();
 

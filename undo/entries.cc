@@ -102,6 +102,7 @@ std::vector<Entry> EntriesOf(const std::vector<TimedChange>& changes) {
 Finding LookAt(const Entry& entry, const UndoneRun& run) {
     Finding finding = With(entry, Look{run});
     finding.text = Printable(finding.text);
+    finding.by_hand = Printable(finding.by_hand);
     return finding;
 }
 

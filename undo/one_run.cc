@@ -1,7 +1,6 @@
 #include "undo/one_run.h"
 
 #include <csignal>
-#include <iostream>
 
 #include "install/console.h"
 #include "install/settings.h"
@@ -25,10 +24,10 @@ SString NextOf(const Records& records, const SString& name) {
     return later.IsEmpty() ? SString() : TimeOf(later[0]);
 }
 
+/// Not asked as Install does, which ends with "Installation aborted." where it cannot hear the answer.
 bool IsAgreed() {
     Print("Do you want this to be done? yes/no [no] ");
-    SString answer;
-    if (std::cout) std::cin >> answer;
+    SString answer = ReadAnswer().value_or("");
     Print("\n");
     return answer.LowerCase().StartsWith("y");
 }

@@ -15,19 +15,41 @@ struct Section {
     SStringList (*texts)(const std::vector<Planned>& plan);
 };
 
-/// The texts with one of these standings.
+struct Text {
+    size_t kind;
+    SString text;
+};
+
+/// What is to be said of an entry under one of these standings; empty where that is nothing.
+template <Standing... standings>
+SString TextOf(const Finding& finding) {
+    if (((finding.standing == standings) || ...)) return finding.text;
+    return ((standings == Standing::ByHand) || ...) ? finding.by_hand : SString();
+}
+
+/// Of each kind the first ones, and right after them how many more there are.
+SStringList Shortened(const std::vector<Text>& texts) {
+    std::map<size_t, size_t> counts;
+    for (const Text& text : texts) ++counts[text.kind];
+    std::map<size_t, size_t> shown;
+    SStringList shortened;
+    for (const auto& [kind, text] : texts) {
+        const size_t number = ++shown[kind];
+        if (number <= kMostOfAKind) shortened.Push(text);
+        if (number == kMostOfAKind && counts[kind] > kMostOfAKind)
+            shortened.Push("and " + SString(counts[kind] - kMostOfAKind) + " more like these");
+    }
+    return shortened;
+}
+
 template <Standing... standings>
 SStringList TextsOf(const std::vector<Planned>& plan) {
-    SStringList texts;
-    std::map<size_t, size_t> counts;
+    std::vector<Text> texts;
     for (const Planned& planned : plan) {
-        if (((planned.finding.standing != standings) && ...)) continue;
-        if (++counts[KindOf(*planned.entry)] <= kMostOfAKind) texts.Push(planned.finding.text);
+        const SString text = TextOf<standings...>(planned.finding);
+        if (!text.IsEmpty()) texts.push_back({KindOf(*planned.entry), text});
     }
-    for (const auto& [kind, count] : counts) {
-        if (count > kMostOfAKind) texts.Push("and " + SString(count - kMostOfAKind) + " more like these");
-    }
-    return texts;
+    return Shortened(texts);
 }
 
 constexpr Section kSections[] = {
@@ -60,7 +82,9 @@ bool HasWork(const std::vector<Planned>& plan) {
 }
 
 bool LeavesAnything(const std::vector<Planned>& plan) {
-    return HasAny(plan, {Standing::ByHand, Standing::Changed, Standing::Unknown});
+    return HasAny(plan, {Standing::ByHand, Standing::Changed, Standing::Unknown}) ||
+           std::ranges::any_of(plan,
+                               [](const Planned& planned) { return !planned.finding.by_hand.IsEmpty(); });
 }
 
 void ShowPlan(const std::vector<Planned>& plan) {

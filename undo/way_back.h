@@ -36,6 +36,7 @@ enum class Standing {
 struct Finding {
     Standing standing = Standing::AsBefore;
     SString text = {};
+    SString by_hand = {};  // what of an AsLeft is left to the administrator nevertheless
 };
 
 /// What came of it: the text tells what was left alone or failed; empty if nothing was.

@@ -28,17 +28,11 @@ class Backup {
     bool Fill(const Original& original) const {
         return file_ && fchown(file_.Get(), original.file.status.st_uid, original.file.status.st_gid) == 0 &&
                fchmod(file_.Get(), original.Mode()) == 0 && file_.WriteAll(original.bytes) && file_.Sync() &&
-               SyncParent(name_) && IsAsLongAs(original);
+               SyncParent(name_);
     }
     void Keep() { kept_ = true; }
 
   private:
-    bool IsAsLongAs(const Original& original) const {
-        const std::optional<struct stat> copy = file_.Stat();
-        const std::optional<struct stat> now = original.file.descriptor.Stat();
-        return copy && now && copy->st_size == now->st_size;
-    }
-
     SString name_;
     Descriptor file_;
     bool kept_ = false;

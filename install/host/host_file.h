@@ -29,8 +29,9 @@ std::optional<SStringList> ReadHostFile(const SString& path);
 
 using LineEdit = std::function<SStringList(SStringList)>;
 
-/// As root, after FinishRewrite: replaces the file's lines by the edited ones. False on any failure. If the
-/// file was not touched yet, it has its old mode again and there is no backup. After a write error the old
-/// bytes are put back, or else the note stays for the next run; the backup stays.
+/// As root, after FinishRewrite: replaces the file's lines by the edited ones. False on any failure, and
+/// where somebody has edited the file meanwhile. If the file was not touched yet, it has its old mode again
+/// and there is no backup. After a write error the old bytes are put back, or else the note stays for the
+/// next run; the backup stays.
 bool RewriteHostFile(
     const SString& path, const LineEdit& edit, const Announcement& announce = [](const SString&) {});

@@ -17,6 +17,10 @@ bool ReplaceContents(const Descriptor& file, const SString& bytes) {
            file.Sync();
 }
 
+bool HasBytes(const Descriptor& file, const SString& bytes) {
+    return lseek(file.Get(), 0, SEEK_SET) == 0 && file.ReadAll() == bytes;
+}
+
 }  // namespace
 
 mode_t Original::Mode() const {
@@ -53,7 +57,9 @@ Descriptor OpenForWriting(const SString& path, const Original& original) {
     RegularFile file = OpenRegularFile(path, O_WRONLY, Links::All);
     // Taken again: overlayfs changes the inode number when a file is first opened for writing.
     const std::optional<struct stat> read = original.file.descriptor.Stat();
-    return file && read && IsSameFile(file.status, *read) ? std::move(file.descriptor) : Descriptor();
+    const bool is_as_read =
+        file && read && IsSameFile(file.status, *read) && HasBytes(original.file.descriptor, original.bytes);
+    return is_as_read ? std::move(file.descriptor) : Descriptor();
 }
 
 Written WriteEither(const Descriptor& file, const SString& text, const SString& otherwise) {

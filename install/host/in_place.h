@@ -36,7 +36,7 @@ class WriteAccess {
 /// Takes away the write permission that a killed run had added to this mode.
 bool PutModeBack(const Original& found, mode_t mode);
 
-/// Not truncated yet. None unless it is the file that was read.
+/// Not truncated yet. None unless it is the file that was read, with the bytes that were read.
 Descriptor OpenForWriting(const SString& path, const Original& original);
 
 enum class Written { Text, Otherwise, Neither };

@@ -109,7 +109,7 @@ bool IsLink(const SString& path) {
 change::LinkMade InsteadOfLink(const SString& path, const SString& link) {
     struct stat status {};
     lstat(path.CString(), &status);
-    return {path, link, "", LinkText(path), status.st_uid, status.st_gid};
+    return {path, link, "", "", LinkText(path), status.st_uid, status.st_gid};
 }
 
 bool IsMissingForRoot(const SString& path) {
@@ -158,7 +158,7 @@ bool MakeLink(const SString& path, const SString& link) {
 bool ReplaceByLink(const SString& path, const SString& link) {
     const AsRoot root;
     const SString backup = FreeName(path + ".bak");
-    RecordChange(change::LinkMade{path, link, backup});
+    if (IsRecording()) RecordChange(change::LinkMade{path, link, backup, ChecksumAt(path)});
     return RenameNoReplace(path, backup) && symlink(link.CString(), path.CString()) == 0;
 }
 

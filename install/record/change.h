@@ -84,14 +84,15 @@ struct LinkMade {
     SString path;
     SString link;           // its text
     SString backup = {};    // what stood there was renamed to this; empty: nothing to keep
+    SString before = {};    // its checksum (ChecksumAt); empty without a backup, and where it had none
     SString old_link = {};  // the text of the dangling link that was removed; empty: there was none
     uid_t old_owner = 0;    // of that
     gid_t old_group = 0;
 
     template <typename Io>
     void Fields(Io& io) {
-        io("path", path), io("link", link), io("backup", backup), io("old_link", old_link);
-        io("old_owner", old_owner), io("old_group", old_group);
+        io("path", path), io("link", link), io("backup", backup), io("before", before);
+        io("old_link", old_link), io("old_owner", old_owner), io("old_group", old_group);
     }
 };
 

@@ -3,20 +3,54 @@
 #include <sha2.h>
 
 #include <array>
-#include <functional>
+
+#include "support/system/file.h"
+#include "support/system/regular_file.h"
+
+namespace {
+
+constexpr size_t kPiece = 1U << 20U;
+
+class Sum {
+  public:
+    Sum() { SHA256Init(&context_); }
+    void Add(const SString& bytes) {
+        SHA256Update(&context_, reinterpret_cast<const uint8_t*>(bytes.CString()), bytes.Length());
+    }
+    SString Digits() {
+        std::array<char, SHA256_DIGEST_STRING_LENGTH> digits{};
+        return SString(SHA256End(&context_, digits.data()));
+    }
+
+  private:
+    SHA2_CTX context_{};
+};
+
+}  // namespace
 
 SString Checksum(const SString& bytes) {
     return KeyedChecksum("", bytes);
 }
 
 SString KeyedChecksum(const SString& key, const SString& bytes) {
-    SHA2_CTX context;
-    SHA256Init(&context);
-    for (const SString& part : {std::cref(key), std::cref(bytes)}) {
-        SHA256Update(&context, reinterpret_cast<const uint8_t*>(part.CString()), part.Length());
-    }
-    std::array<char, SHA256_DIGEST_STRING_LENGTH> digits{};
-    return SString(SHA256End(&context, digits.data()));
+    Sum sum;
+    sum.Add(key);
+    sum.Add(bytes);
+    return sum.Digits();
+}
+
+SString Checksum(const Descriptor& file) {
+    Sum sum;
+    auto piece = file.ReadAll(kPiece);
+    for (; piece && !piece->IsEmpty(); piece = file.ReadAll(kPiece)) sum.Add(*piece);
+    return piece ? sum.Digits() : "";
+}
+
+SString ChecksumAt(const SString& path) {
+    const RegularFile file = OpenRegularFile(path, O_RDONLY, Links::NotAtEnd);
+    if (file) return Checksum(file.descriptor);
+    const SString text = LinkText(path);
+    return text.IsEmpty() ? text : Checksum(text);
 }
 
 SString Hexadecimal(const SString& bytes) {

@@ -11,17 +11,21 @@ kills=0
 # Without --seccomp-bpf, by which strace 6.1 sends no signal; without -f where a server is left behind, which would be
 # waited for.
 follow=(-f)
+# CALL:error=NAME, put in its way besides.
+fault=
 
 # kill_points COMMAND...: runs it, and prints "CALL NUMBER" for each such call, counted as strace counts: by process and
-# call. What is written to the screen or in memory changes nothing, nor does an open that makes no file.
+# call. What is written to the screen or in memory changes nothing, nor does an open that makes no file, nor a fault.
 kill_points() {
-    strace -qq "${follow[@]}" -y -o /tmp/trace -e "trace=$changing_calls" -e signal=none "$@" >/tmp/screen 2>&1
+    strace -qq "${follow[@]}" -y -o /tmp/trace -e "trace=$changing_calls" -e signal=none ${fault:+-e "inject=$fault"} \
+        "$@" >/tmp/screen 2>&1
     awk '
         $1 !~ /^[0-9]+$/ { $0 = "0 " $0 }
         $2 !~ /^[a-z0-9]+\(/ { next }
         { call = $2; sub(/\(.*/, "", call) }
         { number[$1, call]++ }
         call == "openat" && !/O_CREAT/ { next }
+        /INJECTED/ { next }
         call ~ /^(p?write|ftruncate|fallocate)/ && !/^[0-9]+ +[a-z0-9]+\([0-9]+<\/(etc|var|home|usr|opt|srv|root)\// { next }
         { print call, number[$1, call] }' /tmp/trace | sort -u
 }
@@ -30,8 +34,9 @@ kill_points() {
 killed() {
     local call=$1 number=$2
     shift 2
-    strace -qq "${follow[@]}" -o /tmp/trace -e "trace=$call" -e "inject=$call:signal=KILL:when=$number" "$@" \
-        >/tmp/screen 2>&1
+    # What is not traced gets no fault.
+    strace -qq "${follow[@]}" -o /tmp/trace -e "trace=$call${fault:+,${fault%%:*}}" ${fault:+-e "inject=$fault"} \
+        -e "inject=$call:signal=KILL:when=$number" "$@" >/tmp/screen 2>&1
     ! grep -q 'killed by SIGKILL' /tmp/trace || kills=$((kills + 1))
 } 2>/dev/null    # the shell has its say about a killed process
 

@@ -257,7 +257,7 @@ take_over() {
 	"kind":"host file","path":"/etc/inetd.conf","backup":"/etc/inetd.conf.bak","mode":"0644","before":"$(checksum /etc/inetd.conf.bak)","after":"$(checksum /etc/inetd.conf)"
 	"kind":"signal","signal":"HUP","processes":[{"id":4001,"name":"inetd","command":["/usr/sbin/inetd"],"unit":""}]
 	"kind":"signal","signal":"TERM","processes":[{"id":4002,"name":"sendmail","command":["sendmail: accepting connections"],"unit":""}]
-	"kind":"link","path":"/usr/lib/sendmail","link":"../../opt/tern.harbor/bin/sendmail","backup":"/usr/lib/sendmail.bak","old_link":"","old_owner":0,"old_group":0
+	"kind":"link","path":"/usr/lib/sendmail","link":"../../opt/tern.harbor/bin/sendmail","backup":"/usr/lib/sendmail.bak","before":"$(checksum /usr/lib/sendmail.bak)","old_link":"","old_owner":0,"old_group":0
 	"kind":"server","program":"/opt/tern.harbor/tern.harbor"
 	END
 }

@@ -139,18 +139,27 @@ bool Announce(const Sight& sight) {
     return WriteNote(sight.Path(), {mode, sight.after, sight.before});
 }
 
-/// What is beside the file only where it was not touched.
+/// The file was not touched: a note that was there before is still needed.
 bool GiveUp(const Sight& sight) {
-    RemoveDraft(sight.Path());
+    if (sight.note.rewrite) {
+        RemoveDraft(sight.Path());
+    } else {
+        RemoveNote(sight.Path());
+    }
     return false;
 }
 
-bool Write(const Sight& sight) {
-    if (!Announce(sight)) return GiveUp(sight);
+/// Nothing where it is not touched.
+std::optional<Written> Overwrite(const Sight& sight) {
     const WriteAccess access(sight.Path(), *sight.file);
-    if (!access.IsGranted()) return false;
-    const Descriptor file = OpenForWriting(sight.Path(), *sight.file);
-    return file && WriteEither(file, sight.before, sight.after) == Written::Text;
+    const Descriptor file = access.IsGranted() ? OpenForWriting(sight.Path(), *sight.file) : Descriptor();
+    if (!file) return std::nullopt;
+    return WriteEither(file, sight.before, sight.after);
+}
+
+bool Write(const Sight& sight) {
+    const auto written = Announce(sight) ? Overwrite(sight) : std::nullopt;
+    return written ? written == Written::Text : GiveUp(sight);
 }
 
 /// The mode that a note tells is the one from before write permission was added.
@@ -174,6 +183,13 @@ void RemoveLeftOvers(const change::HostFileRewritten& change, const Sight& sight
     RemoveNote(sight.Path());
 }
 
+/// Somebody may have edited it meanwhile.
+TakenBack NotPutBack(const change::HostFileRewritten& change) {
+    const Sight sight = Look(change);
+    if (sight.state == State::Edited || sight.state == State::Gone) return {false, Found(change, sight).text};
+    return {false, change.path + " could not be put back; its old text is " + change.backup};
+}
+
 }  // namespace
 
 Finding LookAt(const change::HostFileRewritten& change, const UndoneRun& /*run*/) {
@@ -188,8 +204,7 @@ TakenBack TakeBack(const change::HostFileRewritten& change, const UndoneRun& /*r
     if (sight.state != State::AsLeft && sight.state != State::LeftOvers) return {};
     if (sight.state == State::LeftOvers) sight.before = sight.file->bytes;
     TakenBack taken;
-    if (!IsPutBack(sight))
-        return {false, change.path + " could not be put back; its old text is " + change.backup};
+    if (!IsPutBack(sight)) return NotPutBack(change);
     if (sight.state == State::AsLeft || sight.note.rewrite) HangUpInetd(change.path, &taken);
     RemoveLeftOvers(change, sight, &taken);
     return taken;

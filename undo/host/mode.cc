@@ -35,6 +35,9 @@ Finding LookAt(const change::ModeSet& change, const UndoneRun& /*run*/) {
 TakenBack TakeBack(const change::ModeSet& change, const UndoneRun& /*run*/) {
     const AsRoot root;
     const Descriptor directory = OpenTrustedDirectory(change.path);
-    if (directory && fchmod(directory.Get(), change.before.bits) == 0) return {};
+    const Finding now = directory ? Compare(change, directory) : Unreached(change.path);
+    if (now.standing == Standing::AsBefore) return {};
+    if (now.standing == Standing::Changed) return {false, now.text};
+    if (now.standing == Standing::AsLeft && fchmod(directory.Get(), change.before.bits) == 0) return {};
     return {false, "The mode of " + change.path + " could not be set: chmod " + Octal(change.before.bits)};
 }

@@ -24,7 +24,7 @@ SStringList Commands(const SStringList& units) {
 Finding LookAt(const change::ProcessesSignalled& change, const UndoneRun& run) {
     const StoppedServers stopped = StoppedNow(change);
     if (run.options.units && !stopped.units.IsEmpty()) {
-        return {Standing::AsLeft, "Start " + stopped.units.Join(", ")};
+        return {Standing::AsLeft, "Start " + stopped.units.Join(", "), stopped.by_hand.Join("; ")};
     }
     SStringList by_hand = Commands(stopped.units);
     by_hand.Push(stopped.by_hand);

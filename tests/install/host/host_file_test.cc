@@ -142,6 +142,18 @@ TEST(RewriteHostFile, LeavesAFileAloneThatGrewMeanwhile) {
     EXPECT_FALSE(EntryExists(path + ".bak"));
 }
 
+TEST(RewriteHostFile, LeavesAFileAloneThatWasEditedMeanwhile) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("file", "one\n", 0444);
+    EXPECT_FALSE(RewriteHostFile(path, [&](SStringList lines) {
+        folder.Write("file", "two\n", 0444);
+        return lines;
+    }));
+    EXPECT_EQ(MapFileRead(path), "two\n");
+    EXPECT_EQ(ModeOf(path), 0444U);
+    EXPECT_EQ(ReadDir(folder / ".").Count(), 1U) << "neither a backup nor a note";
+}
+
 /// No file of this process may grow beyond so many bytes, for a scope; a write that would fails.
 class FileSizeLimit {
   public:

@@ -133,7 +133,18 @@ TEST(ReplaceByLink, IsRecordedWithTheBackup) {
     folder.Write("sendmail.bak", "y");
     const Recording recording;
     EXPECT_TRUE(ReplaceByLink(path, "new"));
-    EXPECT_EQ(recording.Only<change::LinkMade>().backup, path + ".bak1");
+    const auto made = recording.Only<change::LinkMade>();
+    EXPECT_EQ(made.backup, path + ".bak1");
+    EXPECT_EQ(made.before, Checksum("x"));
+}
+
+TEST(ReplaceByLink, IsRecordedWithTheTextOfALink) {
+    const TemporaryFolder folder;
+    folder.Write("program", "x");
+    ASSERT_EQ(symlink("program", (folder / "sendmail").CString()), 0);
+    const Recording recording;
+    EXPECT_TRUE(ReplaceByLink(folder / "sendmail", "new"));
+    EXPECT_EQ(recording.Only<change::LinkMade>().before, Checksum("program"));
 }
 
 }  // namespace

@@ -1,6 +1,10 @@
 #include "install/record/checksum.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "tests/temporary_folder.h"
 
 namespace {
 
@@ -12,6 +16,26 @@ TEST(Checksum, IsSha256) {
 
 TEST(KeyedChecksum, IsOfTheKeyAndTheText) {
     EXPECT_EQ(KeyedChecksum("a", "bc"), Checksum("abc"));
+}
+
+TEST(Checksum, IsOfAFileThatIsLargerThanAPiece) {
+    const TemporaryFolder folder;
+    const SString bytes('x', 3000000);
+    const SString path = folder.Write("file", bytes);
+    const Descriptor file = Descriptor::Open(path, O_RDONLY);
+    EXPECT_EQ(Checksum(file), Checksum(bytes));
+    EXPECT_EQ(Checksum(file), Checksum("")) << "from here";
+    EXPECT_EQ(Checksum(Descriptor::Open(folder / ".", O_RDONLY)), "");
+}
+
+TEST(ChecksumAt, IsOfTheFileOrOfTheLinksText) {
+    const TemporaryFolder folder;
+    const SString path = folder.Write("file", "abc");
+    ASSERT_EQ(symlink("file", (folder / "link").CString()), 0);
+    ASSERT_EQ(mkfifo((folder / "pipe").CString(), 0600), 0);
+    EXPECT_EQ(ChecksumAt(path), Checksum("abc"));
+    EXPECT_EQ(ChecksumAt(folder / "link"), Checksum("file"));
+    for (const char* none : {"pipe", ".", "missing"}) EXPECT_EQ(ChecksumAt(folder / none), "") << none;
 }
 
 TEST(Hexadecimal, HasTwoDigitsAByte) {

@@ -13,7 +13,7 @@ inline std::vector<Change> EveryChange() {
         DirectoryMade{path, path + ".new", access},
         ModeSet{path, {0}, {07777}},
         HostFileRewritten{path, path + ".bak", {0444}, "00", "ff"},
-        LinkMade{path, "/opt/a", path + ".bak", path, 1, 2},
+        LinkMade{path, "/opt/a", path + ".bak", "00", path, 1, 2},
         DatabasePrepared{path, {"a", access}, UINT64_MAX, 7, {}},
         DatabaseExchanged{path, "aa", "bb"},
         DatabaseMade{path, ""},

@@ -36,6 +36,8 @@ TEST(ModeSet, StaysWhereItWasSetSince) {
     const Finding finding = LookAt(Set(path), AnyRun());
     EXPECT_EQ(finding.standing, Standing::Changed);
     EXPECT_EQ(finding.text, "The mode of " + path + " is 770 by now; it was 1777, and the run made it 3777");
+    EXPECT_EQ(TakeBack(Set(path), AnyRun()).left, SStringList(finding.text)) << "set after it was looked at";
+    EXPECT_EQ(ModeOf(path), 0770U);
     EXPECT_EQ(StandingOf(Set(folder / "missing")), Standing::Changed);
 }
 

@@ -51,7 +51,10 @@ SString AccountDigest(const SString& key, const SAccount& account, const Account
 
 void RecordEdit(const SString& uid, const AccountFields& changed) {
     SAccount account;
-    if (!IsRecording() || SAccountDB().Find(uid, &account) != Lookup::Found) return;
+    if (!IsRecording()) return;
+    const Lookup found = SAccountDB().Find(uid, &account);
+    if (found == Lookup::Failed) StopRecording();
+    if (found != Lookup::Found) return;  // no account is made by an edit
     change::AccountEdited edit{{uid, AccountDigest(RecordKey(), account, changed)}, {}};
     for (const AccountField& field : changed) edit.fields.Push(field.name);
     RecordChange(edit);

@@ -68,9 +68,12 @@ void RecordExchange(const SString& module, const Sdbfile& in_use) {
     // To open and close a second name of it would drop the lock (POSIX).
     const bool is_same = in_use.IsHeldAs(module + ".install");
     const SString after = is_same ? before : DigestOf(OpenPlain(file + ".install"));
+    const auto access = AccessOf(file);
     struct stat status {};
-    if (lstat((file + ".install").CString(), &status) != 0) return;  // nothing will be exchanged
-    RecordChange(change::DatabaseExchanged{file, before, after, status.st_dev, status.st_ino,
+    const bool is_there = lstat((file + ".install").CString(), &status) == 0 && EntryExists(file);
+    if (!is_there) return;  // nothing will be exchanged
+    if (!access) return StopRecording();
+    RecordChange(change::DatabaseExchanged{file, *access, before, after, status.st_dev, status.st_ino,
                                            BirthTime(file + ".install")});
 }
 

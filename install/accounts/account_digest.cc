@@ -45,6 +45,7 @@ SString AccountDigest(const SString& key, const SAccount& account, const Account
     for (const SString& name : account.Fields()) fields[name.Bytes()] = account.Get(name);
     for (const AccountField& field : changed) fields[field.name] = field.values;
     std::vector<Field> all;
+    all.reserve(fields.size());
     for (const auto& [name, values] : fields) all.push_back({name, &values});
     return Digest(key, std::move(all), account.IsLocked());
 }

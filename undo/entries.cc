@@ -25,8 +25,8 @@ bool Join(const change::AccountsMade& made, Entry* entry) {
     return true;
 }
 
-/// What a run does for one login after the other: none of it depends on the others', so that each kind goes
-/// together.
+/// What a run does for one login after the other: each kind goes together, as none depends on another
+/// login's.
 class Logins {
   public:
     explicit Logins(std::vector<Entry>* entries) : entries_(entries) {}

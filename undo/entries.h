@@ -4,8 +4,7 @@
 #include "install/record/text.h"
 #include "undo/ways.h"
 
-/// A change, or the changes of many logins that are taken back together: the visitor records them as they
-/// come.
+/// A change, or many logins' changes of one kind: recorded as they came, taken back together.
 struct Entry {
     size_t line = 0;  // of the record, the first of several
     SString time;

@@ -1,6 +1,6 @@
 // The records of runs, as Undo reads them (install/record/record.h says how they are written). They are
-// trusted because only root can have written them: what others own, could write or have another name for is
-// refused.
+// trusted because only root can have written them: refused is what others own or could write, or what has
+// another name.
 #pragma once
 
 #include "install/record/text.h"
@@ -30,8 +30,7 @@ class Records {
     /// The folder of copies, ends in "/".
     SString KeptOf(const SString& name) const { return directory_ + "/" + name + ".kept/"; }
 
-    /// A file in the directory that is root's alone, made with O_CREAT. None, with why in `fault`, if it is
-    /// not.
+    /// A file in the directory, made with O_CREAT. If it is not root's alone: none, and `fault` says why.
     Descriptor Open(const SString& file, int flags, SString* fault) const;
 
   private:

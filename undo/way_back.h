@@ -1,7 +1,7 @@
 // The way back of each kind of change: how it stands now, and taking it back. Both look again at what they
 // are about, as anything may have changed since: what is not as the run left it is somebody's work, and is
-// left alone. Taking back what is back already does nothing, so that an interrupted Undo is finished by
-// another.
+// left alone. Taking back what is back already does nothing, so that another Undo finishes one that was
+// interrupted.
 #pragma once
 
 #include "install/record/change.h"

@@ -45,13 +45,17 @@ SString AccountDigest(const SString& key, const SAccount& account, const Account
     for (const SString& name : account.Fields()) fields[name.Bytes()] = account.Get(name);
     for (const AccountField& field : changed) fields[field.name] = field.values;
     std::vector<Field> all;
+    all.reserve(fields.size());
     for (const auto& [name, values] : fields) all.push_back({name, &values});
     return Digest(key, std::move(all), account.IsLocked());
 }
 
 void RecordEdit(const SString& uid, const AccountFields& changed) {
     SAccount account;
-    if (!IsRecording() || SAccountDB().Find(uid, &account) != Lookup::Found) return;
+    if (!IsRecording()) return;
+    const Lookup found = SAccountDB().Find(uid, &account);
+    if (found == Lookup::Failed) StopRecording();
+    if (found != Lookup::Found) return;  // no account is made by an edit
     change::AccountEdited edit{{uid, AccountDigest(RecordKey(), account, changed)}, {}};
     for (const AccountField& field : changed) edit.fields.Push(field.name);
     RecordChange(edit);

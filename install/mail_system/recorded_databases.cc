@@ -16,6 +16,16 @@ RegularFile OpenPlain(const SString& path) {
     return OpenRegularFile(path, O_RDONLY, Links::NotAtEnd);
 }
 
+bool IsPlain(const SString& path) {
+    return IsRegular(path) && LinkText(path).IsEmpty();
+}
+
+change::KeptFile KeepPlain(const SString& path, const SString& name) {
+    const RegularFile file = OpenPlain(path);
+    if (!file) StopRecording();
+    return KeepBesideRecord(file.descriptor, name);
+}
+
 bool IsSecondName(const SString& path, const SString& other) {
     struct stat one {};
     struct stat two {};
@@ -37,16 +47,16 @@ SString DigestOf(const RegularFile& file) {
 
 void RecordPreparation(const SString& module) {
     const SString file = DatabasePath(module);
-    const RegularFile new_version = IsRecording() ? OpenPlain(file + ".install") : RegularFile();
-    if (!new_version || !IsSettled(module)) return;
+    if (!IsRecording() || !IsPlain(file + ".install")) return;  // a link is not put into service
+    const RegularFile new_version = OpenPlain(file + ".install");
+    if (!new_version || !IsSettled(module)) return StopRecording();
     change::DatabasePrepared prepared;
     prepared.file = file;
     prepared.new_version = KeepBesideRecord(new_version.descriptor, module + ".install");
     prepared.device = new_version.status.st_dev;
     prepared.inode = new_version.status.st_ino;
-    if (const RegularFile backup = OpenPlain(file + ".backup")) {
-        prepared.older_backup = KeepBesideRecord(backup.descriptor, module + ".backup");
-    }
+    if (EntryExists(file + ".backup"))
+        prepared.older_backup = KeepPlain(file + ".backup", module + ".backup");
     RecordChange(prepared);
 }
 
@@ -58,16 +68,20 @@ void RecordExchange(const SString& module, const Sdbfile& in_use) {
     // To open and close a second name of it would drop the lock (POSIX).
     const bool is_same = in_use.IsHeldAs(module + ".install");
     const SString after = is_same ? before : DigestOf(OpenPlain(file + ".install"));
+    const auto access = AccessOf(file);
     struct stat status {};
-    if (lstat((file + ".install").CString(), &status) != 0) return;  // nothing will be exchanged
-    RecordChange(change::DatabaseExchanged{file, before, after, status.st_dev, status.st_ino,
+    const bool is_there = lstat((file + ".install").CString(), &status) == 0 && EntryExists(file);
+    if (!is_there) return;  // nothing will be exchanged
+    if (!access) return StopRecording();
+    RecordChange(change::DatabaseExchanged{file, *access, before, after, status.st_dev, status.st_ino,
                                            BirthTime(file + ".install")});
 }
 
 void RecordTable(const SString& module, const SString& table) {
     if (!IsRecording()) return;
     Sdbfile database(module, 0);
-    if (database.Open(table, 0) != 0 || !database.IsMissing()) return;
+    if (database.Open(table, 0) != 0) return;
+    if (!database.IsMissing()) return StopRecording();
     const SString file = DatabasePath(module);
     RecordChange(change::DatabaseMade{file, EntryExists(file) ? table : SString()});
 }
@@ -75,6 +89,7 @@ void RecordTable(const SString& module, const SString& table) {
 void RecordSetting(const SString& module, const SString& table, const Sdbfile& opened, const SString& key,
                    const SStringList& values) {
     SStringList before;
-    if (!IsRecording() || !opened.Read(key, &before)) return;
+    if (!IsRecording()) return;
+    if (!opened.Read(key, &before)) return StopRecording();
     RecordChange(change::SettingChanged{DatabasePath(module), table, key, before, values});
 }

@@ -34,7 +34,8 @@ bool CreateRoot(const SString& uid, const SString& address, const SString& domai
 /// With its delivery, which it gets after it was made.
 void NoteAgain(SAccountDBMod* accounts) {
     SAccount postmaster;
-    if (!IsRecording() || accounts->Find("Postmaster", &postmaster) != Lookup::Found) return;
+    if (!IsRecording()) return;
+    if (accounts->Find("Postmaster", &postmaster) != Lookup::Found) return StopRecording();
     AccountBatch::NoteAgain({"Postmaster", AccountDigest(RecordKey(), postmaster)});
 }
 

@@ -1,5 +1,6 @@
 #include "install/record/access.h"
 
+#include <sys/stat.h>
 #include <sys/xattr.h>
 
 #include <cerrno>
@@ -11,22 +12,35 @@ namespace {
 constexpr const char* kAccessList = "system.posix_acl_access";
 constexpr size_t kLongestValue = 65536;  // XATTR_SIZE_MAX of Linux
 
-/// Empty where there is none, or none can be.
-std::optional<SString> AccessList(const Descriptor& file) {
-    const ssize_t length = fgetxattr(file.Get(), kAccessList, nullptr, 0);
+/// Empty where there is none, or none can be. `get` is getxattr of the file.
+template <typename Get>
+std::optional<SString> AccessList(const Get& get) {
+    const ssize_t length = get(nullptr, 0);
     if (length < 0 && (errno == ENODATA || errno == ENOTSUP)) return "";
     std::string value(kLongestValue, 0);
-    const ssize_t got = fgetxattr(file.Get(), kAccessList, value.data(), value.size());
+    const ssize_t got = get(value.data(), value.size());
     if (length < 0 || got < 0) return std::nullopt;
     value.resize(static_cast<size_t>(got));
     return Hexadecimal(SString(std::move(value)));
+}
+
+change::Access AccessWith(const struct stat& status, const SString& list) {
+    return {status.st_uid, status.st_gid, {status.st_mode & 07777U}, list};
 }
 
 }  // namespace
 
 std::optional<change::Access> AccessOf(const Descriptor& file) {
     const auto status = file.Stat();
-    const auto list = status ? AccessList(file) : std::nullopt;
-    if (!list) return std::nullopt;
-    return change::Access{status->st_uid, status->st_gid, {status->st_mode & 07777U}, *list};
+    const auto list =
+        AccessList([&](void* value, size_t size) { return fgetxattr(file.Get(), kAccessList, value, size); });
+    return status && list ? std::optional(AccessWith(*status, *list)) : std::nullopt;
+}
+
+std::optional<change::Access> AccessOf(const SString& path) {
+    struct stat status {};
+    const bool is_there = stat(path.CString(), &status) == 0;
+    const auto list = AccessList(
+        [&](void* value, size_t size) { return getxattr(path.CString(), kAccessList, value, size); });
+    return is_there && list ? std::optional(AccessWith(status, *list)) : std::nullopt;
 }

@@ -3,8 +3,8 @@
 // reader (text.h).
 //
 // Paths and names are other people's bytes, kept as they are. Checksums and digests are SHA-256 in
-// hexadecimal. A change is recorded before it is made: a run that was killed may have made all of it, a part,
-// or nothing.
+// hexadecimal. A change is recorded before it is made: a run that was killed may have made all of it, a part
+// or nothing of it.
 #pragma once
 
 #include <sys/types.h>
@@ -107,8 +107,7 @@ struct KeptFile {
     }
 };
 
-/// The new version of a module database, FILE.install, gets the site's settings; then it is exchanged for
-/// FILE.
+/// The new version of a module database, FILE.install, gets the site's settings, to be exchanged for FILE.
 struct DatabasePrepared {
     static constexpr const char* kKind = "database prepared";
     SString file;          // FILE
@@ -128,6 +127,7 @@ struct DatabasePrepared {
 struct DatabaseExchanged {
     static constexpr const char* kKind = "database exchanged";
     SString file;
+    Access access;   // of FILE, which a copy of it under the name FILE.backup has not
     SString before;  // digests of the settings in FILE and in FILE.install (settings_digest.h)
     SString after;
     uint64_t device = 0;  // of FILE.install, which is FILE afterwards
@@ -136,7 +136,7 @@ struct DatabaseExchanged {
 
     template <typename Io>
     void Fields(Io& io) {
-        io("file", file), io("before", before), io("after", after);
+        io("file", file), io("access", access), io("before", before), io("after", after);
         io("device", device), io("inode", inode), io("born", born);
     }
 };

@@ -7,8 +7,7 @@
 
 #include "support/text/sstring.h"
 
-/// Whether it needs no escapes, and in quotes is a string of JSON, too: as nearly every name is, and every
-/// checksum.
+/// Whether it needs no escapes and in quotes is a string of JSON, as every checksum and nearly every name is.
 bool IsPlain(const SString& text);
 /// UTF-8 without characters that a terminal obeys or hides.
 SString Escaped(const SString& bytes);

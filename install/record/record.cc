@@ -84,7 +84,7 @@ change::KeptFile KeepBesideRecord(const Descriptor& file, const SString& name) {
     if (!IsRecording()) return {};
     const auto access = AccessOf(file);
     if (access && KeepCopy(file, name)) return {name, *access};
-    record->TurnOff();
+    StopRecording();
     return {};
 }
 
@@ -95,9 +95,13 @@ SString RecordKey() {
     if (KeepKey(bytes)) {
         key = bytes;
     } else {
-        record->TurnOff();
+        StopRecording();
     }
     return key;
+}
+
+void StopRecording() {
+    if (record) record->TurnOff();
 }
 
 void EndRecord(int status) {

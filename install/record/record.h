@@ -24,8 +24,8 @@ bool IsRecording();
 
 /// As root, from any identity: the line is on the disk.
 void RecordChange(const Change& change);
-/// For changes of which there are as many as logins: not synced, which survives a kill, but not a power
-/// failure.
+/// For changes of which there are as many as logins: not synced, so that the line survives a kill, but may be
+/// lost in a power failure.
 void RecordWithoutSync(const Change& change);
 
 /// A copy of the file's bytes (from its beginning) beside the record, and its access. Nothing in `kept` on
@@ -35,6 +35,9 @@ change::KeptFile KeepBesideRecord(const Descriptor& file, const SString& name);
 /// 32 random bytes, the key of digests that could be guessed; empty where nothing is recorded. The same for
 /// the run, in the process that named the record.
 SString RecordKey();
+
+/// For good: what changes next cannot be told. Without its last line the record is known not to be whole.
+void StopRecording();
 
 /// The last line, with the status that the process will exit with; none where nothing was recorded.
 void EndRecord(int status);

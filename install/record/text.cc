@@ -16,8 +16,7 @@ using Json = nlohmann::ordered_json;
 template <typename Value>
 concept Whole = std::integral<Value> && !std::same_as<Value, bool>;
 
-// --- writing, without the library: its document in between would take longer than the account that is
-// recorded
+// --- writing, without the library, whose document in between would take longer than the recorded account
 
 class Writer {
   public:

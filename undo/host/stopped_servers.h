@@ -1,5 +1,4 @@
-// The servers that a signal stopped, as the administrator is told of them: each once, however many processes
-// it had.
+// The servers that a signal stopped, as the administrator is told of them: each once, of many processes, too.
 #pragma once
 
 #include "undo/way_back.h"

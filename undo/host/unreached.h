@@ -3,8 +3,7 @@
 
 #include "undo/way_back.h"
 
-/// By errno, after FindTrusted and OpenTrustedDirectory: there is no such directory any more, or it may not
-/// be walked.
+/// By errno, after FindTrusted and OpenTrustedDirectory: that directory is gone, or may not be walked.
 Finding Unreached(const SString& path);
 /// True where only something on the way is not there.
 bool IsGone();

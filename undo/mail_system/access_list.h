@@ -3,6 +3,6 @@
 
 #include "support/system/descriptor.h"
 
-/// The raw value of "system.posix_acl_access" in hexadecimal; empty: without one. The permission bits follow
-/// from it.
+/// The raw value of "system.posix_acl_access" in hexadecimal, from which the permission bits follow; empty:
+/// without a list.
 bool SetAccessList(const Descriptor& file, const SString& hexadecimal);

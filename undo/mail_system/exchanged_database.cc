@@ -1,11 +1,12 @@
 // A module's database that a new version has replaced: the version from before becomes the one in use again.
 //
 //     FILE            the new version
-//     FILE.backup     the version from before; it takes the name FILE in one rename
+//     FILE.backup     the version from before, or a copy of it; it takes the name FILE in one rename
 //     FILE.install    missing since the exchange; made anew by prepared_database.cc
 #include <sys/stat.h>
 
 #include "install/mail_system/settings_digest.h"
+#include "install/record/access.h"
 #include "support/database/sdbfile.h"
 #include "support/system/descriptor.h"
 #include "support/system/file.h"
@@ -104,21 +105,40 @@ SString LeftAlone(const DatabaseExchanged& change) {
     return file + " was changed since Install replaced it; the version from before is " + file + ".backup";
 }
 
-/// Where the new version was a second name of the old one, the first name has stayed the same file.
-bool PutBack(const SString& file) {
-    struct stat in_use {};
-    struct stat backup {};
-    if (stat(file.CString(), &in_use) != 0 || stat(Backup(file).CString(), &backup) != 0) return false;
-    const bool is_put_back = IsSameFile(in_use, backup)
-                                 ? AddName(file, NewVersion(file)) && RemoveFile(Backup(file))
-                                 : Rename(Backup(file), file);
-    return is_put_back && SyncParent(file);
+bool IsSecondName(const SString& path, const SString& other) {
+    struct stat one {};
+    struct stat two {};
+    return stat(path.CString(), &one) == 0 && stat(other.CString(), &two) == 0 && IsSameFile(one, two);
 }
 
-bool IsAsSeen(const SString& file, const struct stat& seen) {
-    struct stat now {};
-    return stat(file.CString(), &now) == 0 && IsSameFile(now, seen) && now.st_size == seen.st_size &&
-           now.st_mtim.tv_sec == seen.st_mtim.tv_sec && now.st_mtim.tv_nsec == seen.st_mtim.tv_nsec;
+/// Where the file could get no second name, the backup is a copy, and the mail owner's.
+bool IsCopy(const DatabaseExchanged& change) {
+    return AccessOf(Backup(change.file)) != change.access;
+}
+
+bool MakeFromCopy(const DatabaseExchanged& change) {
+    const auto bytes = BytesOf(Backup(change.file));
+    return bytes && MakeAnew(change.file, *bytes, change.access) && RemoveFile(Backup(change.file));
+}
+
+/// Where the new version was a second name of the old one, the first name has stayed the same file.
+bool PutBack(const DatabaseExchanged& change) {
+    const SString& file = change.file;
+    bool is_back = false;
+    if (IsSecondName(file, Backup(file))) {
+        is_back = AddName(file, NewVersion(file)) && RemoveFile(Backup(file));
+    } else if (IsCopy(change)) {
+        is_back = MakeFromCopy(change);
+    } else {
+        is_back = Rename(Backup(file), file);
+    }
+    return is_back && SyncParent(file);
+}
+
+/// While it is held: somebody may have stored a setting since it was looked at.
+bool IsStillAsLeft(const Sdbfile& held, const DatabaseExchanged& change) {
+    const auto bytes = held.Bytes();
+    return bytes && SettingsDigest(*bytes) == change.after && IsNewVersion(change.file, change);
 }
 
 }  // namespace
@@ -138,20 +158,16 @@ Finding LookAt(const DatabaseExchanged& change, const UndoneRun& run) {
     return {standing, "Put " + file + " back from " + file + ".backup"};
 }
 
-/// The database is held, as for the exchange; reading it for the digest would let go of it (POSIX).
+/// The database is held, as for the exchange.
 TakenBack TakeBack(const DatabaseExchanged& change, const UndoneRun& run) {
-    Settle(change);
-    struct stat seen {};
-    if (stat(change.file.CString(), &seen) != 0) return {true, LeftAlone(change)};
     const Finding finding = LookAt(change, run);
     if (finding.standing == Standing::AsBefore) return {};
     if (finding.standing != Standing::AsLeft) return {true, finding.text};
     // Later changes of the run are back by now, or will not come back.
     if (StandingOf(change) != Standing::AsLeft) return {true, LeftAlone(change)};
     Sdbfile in_use(SiteDatabase(change.file), 0);
-    if (!in_use.Hold() || !IsAsSeen(change.file, seen)) {
-        return {false, Printable(change.file) + " is in use"};
-    }
-    if (PutBack(change.file)) return {};
+    if (!in_use.Hold()) return {false, Printable(change.file) + " is in use"};
+    if (!IsStillAsLeft(in_use, change)) return {true, LeftAlone(change)};
+    if (PutBack(change)) return {};
     return {false, Printable(change.file) + " could not be put back from " + Printable(Backup(change.file))};
 }

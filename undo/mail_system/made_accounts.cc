@@ -88,8 +88,7 @@ TakenBack Deletion::Outcome() const {
     }
     if (failed_ > 0) {
         taken.left.Push(Counted(failed_, "account") +
-                        " could not be deleted: the database is in use, or the "
-                        "disk refused it");
+                        " could not be deleted: the database is in use, or the disk refused it");
     }
     return taken;
 }
@@ -114,9 +113,8 @@ Finding LookAt(const AccountsMade& change, const UndoneRun& run) {
                                     (count == 1 ? "it" : "them") + " back)"};
     }
     if (run.key.IsEmpty()) {
-        return {Standing::Unknown, "Whether " + accounts +
-                                       " changed since cannot be told, as the record's key is "
-                                       "lost: kept"};
+        return {Standing::Unknown,
+                "Whether " + accounts + " changed since cannot be told, as the record's key is lost: kept"};
     }
     return {Standing::AsLeft, "Delete " + accounts + ", if not changed since"};
 }

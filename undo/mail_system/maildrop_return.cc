@@ -21,8 +21,7 @@ constexpr uid_t kRoot = 0;
 constexpr mode_t kGivenMode = 0660;
 constexpr mode_t kRights = 0777;
 constexpr mode_t kRunsAsOwner = S_ISUID | S_ISGID;
-/// The sticky bit means nothing on a file (Linux): it tells that Undo is at it. Only the owner has rights
-/// meanwhile.
+/// The sticky bit means nothing on a file (Linux): it tells that Undo is at it; only the owner has rights.
 constexpr mode_t kMark = 01000;
 constexpr mode_t kMeanwhile = kMark | 0600;
 

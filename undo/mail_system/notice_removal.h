@@ -16,7 +16,6 @@ struct NoticeOfRun {
     int64_t next = 0;   // the next run's beginning
 };
 
-/// Nothing, too, if the notice is an earlier or later run's, or something else that has not changed since the
-/// run began.
+/// Nothing, too, if the notice is an earlier or later run's, or something that is older than the run.
 UsersOutcome RemoveNotice(const SString& home, const Identity& user, const NoticeOfRun& notice,
                           ManyUsers* users, VisitProgress* progress);

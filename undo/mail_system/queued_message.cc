@@ -65,9 +65,8 @@ Finding LookAtQueued(const MessageQueued& change, const UndoneRun& run) {
 Finding LookAt(const MessageQueued& change, const UndoneRun& run) {
     if (EntryExists(change.control)) return LookAtQueued(change, run);
     if (Unfinished(change).IsEmpty()) return {};
-    return {Standing::AsLeft, "Remove what is there of the message " + Printable(Stem(change)) +
-                                  ", which was not "
-                                  "finished"};
+    return {Standing::AsLeft,
+            "Remove what is there of the message " + Printable(Stem(change)) + ", which was not finished"};
 }
 
 TakenBack TakeBack(const MessageQueued& change, const UndoneRun& run) {

@@ -64,6 +64,17 @@ TEST(AccountBatch, IsRecordedOnceItIsCommitted) {
     EXPECT_EQ(made[1].digest, AccountDigest(RecordKey(), Account("Berg")));
 }
 
+TEST(RecordEdit, EndsTheRecordWhereTheAccountCannotBeRead) {
+    AccountDatabase database;
+    database.Add("Anna", "anna@example.com");
+    const Recording recording;
+    RecordEdit("Nobody", {{"Password", "new"}});
+    EXPECT_TRUE(IsRecording());
+    database.Folder().Write("config/MTA-Accounts", SString('x', 4096));
+    RecordEdit("Anna", {{"Password", "new"}});
+    EXPECT_FALSE(IsRecording());
+}
+
 TEST(RecordEdit, HasTheDigestOfTheAccountAfterIt) {
     AccountDatabase database;
     database.Add("Anna", "anna@example.com");

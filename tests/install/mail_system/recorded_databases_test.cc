@@ -35,6 +35,46 @@ TEST(RecordSetting, HasTheValuesBeforeAndAfter) {
     EXPECT_EQ(setting.after, SStringList("8080"));
 }
 
+/// What is set next cannot be taken back: the record must not look whole.
+TEST(RecordSetting, EndsTheRecordWhereTheOldValueCannotBeRead) {
+    const DataDirectory data;
+    Sdbfile file("Module", 0);
+    ASSERT_TRUE(file.Open("/Config", 1) && file.Set("Socket", "80"));
+    const Recording recording;
+    RecordTable("Other", "/Config");
+    data.WriteConfig("Module", SString('x', 4096));
+    RecordSetting("Module", "/Config", file, "Socket", "8080");
+    EXPECT_FALSE(IsRecording());
+    RecordTable("Another", "/Config");
+    EndRecord(0);
+    EXPECT_EQ(BaseName(recording.Only<change::DatabaseMade>().file, ""), "Other");
+}
+
+TEST(RecordTable, EndsTheRecordWhereItCannotBeToldWhetherThereIsOne) {
+    const DataDirectory data;
+    const Recording recording;
+    data.WriteConfig("Module", SString('x', 4096));
+    RecordTable("Module", "/Config");
+    EXPECT_FALSE(IsRecording());
+}
+
+TEST(RecordPreparation, EndsTheRecordWhereACopyCannotBeKept) {
+    for (const char* name : {"Module.install", "Module.backup"}) {
+        const DataDirectory data;
+        const Recording recording;
+        data.WriteConfig("Module.install", "x");
+        RecordPreparation("Module");
+        EXPECT_TRUE(IsRecording());
+        if (name == SString("Module.install")) {
+            data.WriteConfig("Module.install-journal", "x");  // nothing works it off
+        } else {
+            MakeDir(data.Config("Module.backup"), 0700);
+        }
+        RecordPreparation("Module");
+        EXPECT_FALSE(IsRecording()) << name;
+    }
+}
+
 TEST(RecordPreparation, IsOfARegularFileOnly) {
     const DataDirectory data;
     const Recording recording;

@@ -15,7 +15,7 @@ inline std::vector<Change> EveryChange() {
         HostFileRewritten{path, path + ".bak", {0444}, "00", "ff"},
         LinkMade{path, "/opt/a", path + ".bak", "00", path, 1, 2},
         DatabasePrepared{path, {"a", access}, UINT64_MAX, 7, {}},
-        DatabaseExchanged{path, "aa", "bb"},
+        DatabaseExchanged{path, access, "aa", "bb"},
         DatabaseMade{path, ""},
         SettingChanged{path, "Table", "Key", texts, {}},
         AccountsMade{{{path, "00"}, {"b", "11"}}},

@@ -12,8 +12,10 @@
 #include "install/mail_system/settings_digest.h"
 #include "install/record/access.h"
 #include "support/database/sqlite.h"
+#include "support/process/child_process.h"
 #include "support/system/regular_file.h"
 #include "tests/data_directory.h"
+#include "undo/mail_system/access_list.h"
 #include "undo/ways.h"
 
 namespace {
@@ -23,6 +25,24 @@ constexpr uid_t kMail = 2008;
 /// How far the run came.
 enum Stage { Prepared, Carried, Linked, BackedUp, Exchanged };
 constexpr Stage kStages[] = {Prepared, Carried, Linked, BackedUp, Exchanged};
+
+/// The login 33 may read and write (linux/posix_acl_xattr.h).
+const SString kAccessList =
+    "02000000"
+    "01000600ffffffff"
+    "0200060021000000"
+    "04000600ffffffff"
+    "10000600ffffffff"
+    "20000000ffffffff";
+
+bool HasOpenForWriting(pid_t process, const SString& path) {
+    const SString folder = "/proc/" + SString(process) + "/";
+    for (const SString& descriptor : ReadDir(folder + "fd")) {
+        const SString info = MapFileRead(folder + "fdinfo/" + BaseName(descriptor, ""));
+        if (LinkText(descriptor) == path && info.Matches("flags:\\s+[0-7]*2\\n")) return true;
+    }
+    return false;
+}
 
 class ModuleDatabase : public testing::Test {
   protected:
@@ -78,14 +98,50 @@ class ModuleDatabase : public testing::Test {
         ASSERT_TRUE(in_use.Hold() && UpdateDatabase("Web.install", &in_use, "/Config/Socket"));
         in_use.CloseDB();
         if (end == Carried) return;
-        exchanged_ = {file,          SettingsDigestOf(file), SettingsDigestOf(file + ".install"),
-                      status.st_dev, status.st_ino,          BirthTime(file + ".install")};
+        exchanged_ = {file,
+                      AccessOf(file).value(),
+                      SettingsDigestOf(file),
+                      SettingsDigestOf(file + ".install"),
+                      status.st_dev,
+                      status.st_ino,
+                      BirthTime(file + ".install")};
         changes_.push_back(exchanged_);
         const bool is_kept = end == Exchanged || AddName(file, file + ".backup.new");
         ASSERT_TRUE(is_kept && (end != BackedUp || Rename(file + ".backup.new", file + ".backup")));
         if (end != Exchanged) return;
         ASSERT_TRUE(in_use.Hold());
         ASSERT_EQ(ExchangeDatabase(file, in_use), Exchange::Done);
+    }
+
+    /// By the mail owner, with its umask.
+    void CopyBackup() {
+        const SString backup = data_.Config("Web.backup");
+        const SString bytes = MapFileRead(backup);
+        ASSERT_TRUE(RemoveFile(backup));
+        data_.WriteConfig("Web.backup", bytes);
+        ASSERT_EQ(chown(backup.CString(), kMail, kMail), 0);
+    }
+
+    /// A process that holds the database, and stores a setting once this one has it open for writing.
+    pid_t StartWriter(const SString& database) {
+        const SString path = RealPath(data_.Config(database));
+        const pid_t reader = getpid();
+        int ready[2];
+        EXPECT_EQ(pipe(ready), 0);
+        const pid_t writer = StartChild([&] {
+            const auto connection = sqlite::Connection::Open(path, sqlite::Mode::Shared);
+            sqlite::Transaction change(*connection);
+            close(ready[0]);
+            close(ready[1]);
+            while (!HasOpenForWriting(reader, path)) usleep(1000);
+            connection->Execute("UPDATE settings SET value = 'somebody''s' WHERE key = 'Socket'");
+            change.Commit();
+        });
+        char byte = 0;
+        close(ready[1]);
+        EXPECT_EQ(read(ready[0], &byte, 1), 0);  // its end
+        close(ready[0]);
+        return writer;
     }
 
     SStringList TakeExchangeBack() {
@@ -253,6 +309,27 @@ TEST_F(ModuleDatabase, WhoseNewVersionWouldBeLostStays) {
     EXPECT_EQ(Site(), after);
 }
 
+/// As where the file system has no hard links, or the file is another's.
+TEST_F(ModuleDatabase, WhoseBackupIsACopyHasItsAccessAgain) {
+    for (const bool is_killed_before_removal : {false, true}) {
+        MakeSite(true);
+        const SString web = data_.Config("Web");
+        ASSERT_EQ(chown(web.CString(), 0, 8), 0);
+        ASSERT_EQ(chmod(web.CString(), 0644), 0);
+        ASSERT_TRUE(SetAccessList(Descriptor::Open(web, O_RDONLY), kAccessList));
+        const Listing before = Site();
+        Run(Exchanged);
+        CopyBackup();
+        const SString copy = MapFileRead(web + ".backup");
+        EXPECT_EQ(TakeExchangeBack(), SStringList());
+        if (is_killed_before_removal) data_.WriteConfig("Web.backup", copy);
+        EXPECT_EQ(TakeAllBack(), SStringList());
+        EXPECT_EQ(Site(), before);
+        EXPECT_EQ(AccessOf(web)->access_list, kAccessList);
+        for (const auto& [name, rest] : before) RemoveFile(data_.Config(name));
+    }
+}
+
 TEST_F(ModuleDatabase, WithAKilledRunsJournalIsAsThatFoundIt) {
     MakeSite(false);
     const Listing before = Site();
@@ -283,6 +360,19 @@ TEST_F(ModuleDatabase, ThatIsInUseIsLeftForLater) {
     const TakenBack taken = TakeBack(exchanged_, run_);
     EXPECT_FALSE(taken.is_whole);
     EXPECT_EQ(taken.left, data_.Config("Web") + " is in use");
+    EXPECT_EQ(Socket("Web.backup"), "8080");
+}
+
+/// Between the look at it and the lock: the lock is waited for then.
+TEST_F(ModuleDatabase, ThatIsChangedMeanwhileStays) {
+    MakeSite(false);
+    Run(Exchanged);
+    const pid_t other = StartWriter("Web");
+    EXPECT_EQ(TakeExchangeBack(), data_.Config("Web") +
+                                      " was changed since Install replaced it; the version from before is " +
+                                      data_.Config("Web.backup"));
+    waitpid(other, nullptr, 0);
+    EXPECT_EQ(Socket("Web"), "somebody's");
     EXPECT_EQ(Socket("Web.backup"), "8080");
 }
 

@@ -3,11 +3,14 @@
 #include <fcntl.h>
 
 #include <optional>
+#include <utility>
 
 #include "install/mail_system/settings_digest.h"
+#include "install/record/file_id.h"
 #include "install/record/record.h"
 #include "support/database/database_file.h"
 #include "support/system/file.h"
+#include "support/system/identity.h"
 #include "support/system/regular_file.h"
 
 namespace {
@@ -33,6 +36,24 @@ SString DigestOf(const RegularFile& file) {
     return bytes ? SettingsDigest(*bytes) : SString();
 }
 
+/// Root may have put it there for itself. Of a file with another name elsewhere, root would read what the
+/// directory's owner may have linked here.
+RegularFile OpenBackup(const SString& path) {
+    RegularFile file = OpenPlain(path);
+    if (file) return file;
+    const AsRoot root;
+    file = OpenPlain(path);
+    return file && file.status.st_nlink == 1 ? std::move(file) : RegularFile();
+}
+
+/// A link or a directory is not kept.
+change::KeptFile KeepBackup(const SString& module) {
+    const SString path = DatabasePath(module) + ".backup";
+    if (!EntryExists(path)) return {};
+    const RegularFile backup = OpenBackup(path);
+    return backup ? KeepBesideRecord(backup.descriptor, module + ".backup") : change::KeptFile{true};
+}
+
 }  // namespace
 
 void RecordPreparation(const SString& module) {
@@ -42,11 +63,8 @@ void RecordPreparation(const SString& module) {
     change::DatabasePrepared prepared;
     prepared.file = file;
     prepared.new_version = KeepBesideRecord(new_version.descriptor, module + ".install");
-    prepared.device = new_version.status.st_dev;
-    prepared.inode = new_version.status.st_ino;
-    if (const RegularFile backup = OpenPlain(file + ".backup")) {
-        prepared.older_backup = KeepBesideRecord(backup.descriptor, module + ".backup");
-    }
+    prepared.id = FileIdOf(file + ".install").value_or(change::FileId());
+    prepared.older_backup = KeepBackup(module);
     RecordChange(prepared);
 }
 
@@ -58,10 +76,9 @@ void RecordExchange(const SString& module, const Sdbfile& in_use) {
     // To open and close a second name of it would drop the lock (POSIX).
     const bool is_same = in_use.IsHeldAs(module + ".install");
     const SString after = is_same ? before : DigestOf(OpenPlain(file + ".install"));
-    struct stat status {};
-    if (lstat((file + ".install").CString(), &status) != 0) return;  // nothing will be exchanged
-    RecordChange(change::DatabaseExchanged{file, before, after, status.st_dev, status.st_ino,
-                                           BirthTime(file + ".install")});
+    const auto id = FileIdOf(file + ".install");
+    if (!id) return;  // nothing will be exchanged
+    RecordChange(change::DatabaseExchanged{file, before, after, *id});
 }
 
 void RecordTable(const SString& module, const SString& table) {

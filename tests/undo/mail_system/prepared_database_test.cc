@@ -1,4 +1,5 @@
 // What the way back of a module's new database tells apart: what the run wrote, and what came since.
+#include "support/system/identity.h"
 #include "tests/undo/mail_system/module_database.h"
 
 namespace {
@@ -118,6 +119,37 @@ TEST_F(PreparedDatabase, LeavesAnOlderBackupThatWasNotReplaced) {
     Run(Linked);
     prepared_.older_backup = {true};
     EXPECT_EQ(TakeAllBack(), SStringList());
+    EXPECT_EQ(Site(), before);
+}
+
+/// The mail owner makes it anew, who could not have read it.
+TEST_F(PreparedDatabase, GivesRootItsOlderBackupBack) {
+    MakeSite(true);
+    data_.GiveTo(kMail, kMail);
+    ASSERT_EQ(chown(data_.Config("Web.backup").CString(), 0, 0), 0);
+    ASSERT_EQ(chmod(data_.Config("Web.backup").CString(), 0600), 0);
+    const Listing before = Site();
+    Run(Exchanged);
+    {
+        const AsUser mail_owner({kMail, kMail, {kMail}});
+        ASSERT_TRUE(mail_owner.IsTaken());
+        EXPECT_EQ(TakeAllBack(), SStringList());
+        EXPECT_EQ(TakeAllBack(), SStringList());
+    }
+    EXPECT_EQ(Site(), before);
+}
+
+TEST_F(PreparedDatabase, IsMadeAnewOnlyWhereTheMailOwnerMayWrite) {
+    MakeSite(false);
+    Run(Carried);
+    for (const char* folder : {"", "config"}) chmod((data_.Path() + folder).CString(), 0755);
+    const Listing before = Site();
+    {
+        const AsUser mail_owner({kMail, kMail, {kMail}});
+        ASSERT_TRUE(mail_owner.IsTaken());
+        const TakenBack taken = TakeBack(prepared_, run_);
+        EXPECT_FALSE(taken.is_whole);
+    }
     EXPECT_EQ(Site(), before);
 }
 

@@ -3,11 +3,14 @@
 #include <fcntl.h>
 
 #include <optional>
+#include <utility>
 
 #include "install/mail_system/settings_digest.h"
+#include "install/record/file_id.h"
 #include "install/record/record.h"
 #include "support/database/database_file.h"
 #include "support/system/file.h"
+#include "support/system/identity.h"
 #include "support/system/regular_file.h"
 
 namespace {
@@ -18,12 +21,6 @@ RegularFile OpenPlain(const SString& path) {
 
 bool IsPlain(const SString& path) {
     return IsRegular(path) && LinkText(path).IsEmpty();
-}
-
-change::KeptFile KeepPlain(const SString& path, const SString& name) {
-    const RegularFile file = OpenPlain(path);
-    if (!file) StopRecording();
-    return KeepBesideRecord(file.descriptor, name);
 }
 
 bool IsSecondName(const SString& path, const SString& other) {
@@ -43,6 +40,24 @@ SString DigestOf(const RegularFile& file) {
     return bytes ? SettingsDigest(*bytes) : SString();
 }
 
+/// Root may have put it there for itself. Of a file with another name elsewhere, root would read what the
+/// directory's owner may have linked here.
+RegularFile OpenBackup(const SString& path) {
+    RegularFile file = OpenPlain(path);
+    if (file) return file;
+    const AsRoot root;
+    file = OpenPlain(path);
+    return file && file.status.st_nlink == 1 ? std::move(file) : RegularFile();
+}
+
+/// A link or a directory is not kept.
+change::KeptFile KeepBackup(const SString& module) {
+    const SString path = DatabasePath(module) + ".backup";
+    if (!EntryExists(path)) return {};
+    const RegularFile backup = OpenBackup(path);
+    return backup ? KeepBesideRecord(backup.descriptor, module + ".backup") : change::KeptFile{true};
+}
+
 }  // namespace
 
 void RecordPreparation(const SString& module) {
@@ -53,10 +68,8 @@ void RecordPreparation(const SString& module) {
     change::DatabasePrepared prepared;
     prepared.file = file;
     prepared.new_version = KeepBesideRecord(new_version.descriptor, module + ".install");
-    prepared.device = new_version.status.st_dev;
-    prepared.inode = new_version.status.st_ino;
-    if (EntryExists(file + ".backup"))
-        prepared.older_backup = KeepPlain(file + ".backup", module + ".backup");
+    prepared.id = FileIdOf(file + ".install").value_or(change::FileId());
+    prepared.older_backup = KeepBackup(module);
     RecordChange(prepared);
 }
 
@@ -69,12 +82,10 @@ void RecordExchange(const SString& module, const Sdbfile& in_use) {
     const bool is_same = in_use.IsHeldAs(module + ".install");
     const SString after = is_same ? before : DigestOf(OpenPlain(file + ".install"));
     const auto access = AccessOf(file);
-    struct stat status {};
-    const bool is_there = lstat((file + ".install").CString(), &status) == 0 && EntryExists(file);
-    if (!is_there) return;  // nothing will be exchanged
+    const auto id = FileIdOf(file + ".install");
+    if (!id || !EntryExists(file)) return;  // nothing will be exchanged
     if (!access) return StopRecording();
-    RecordChange(change::DatabaseExchanged{file, *access, before, after, status.st_dev, status.st_ino,
-                                           BirthTime(file + ".install")});
+    RecordChange(change::DatabaseExchanged{file, *access, before, after, *id});
 }
 
 void RecordTable(const SString& module, const SString& table) {

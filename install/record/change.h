@@ -98,28 +98,39 @@ struct LinkMade {
 
 /// A file's bytes, kept beside the record because the run will change or replace it.
 struct KeptFile {
-    SString kept;  // the copy's name in the folder beside the record; empty: there was no such file
-    Access access;
+    bool was_there = false;
+    SString kept = {};  // the copy's name in the folder beside the record; empty: there is none
+    Access access = {};
 
     template <typename Io>
     void Fields(Io& io) {
-        io("kept", kept), io("access", access);
+        io("was_there", was_there), io("kept", kept), io("access", access);
+    }
+};
+
+/// Tells a file from others in its directory, and by its birth from a later one with the same inode number.
+/// Not by the device, which may have another number after the next boot.
+struct FileId {
+    uint64_t inode = 0;
+    int64_t born = 0;  // in nanoseconds; 0 where the file system does not say
+
+    template <typename Io>
+    void Fields(Io& io) {
+        io("inode", inode), io("born", born);
     }
 };
 
 /// The new version of a module database, FILE.install, gets the site's settings, to be exchanged for FILE.
 struct DatabasePrepared {
     static constexpr const char* kKind = "database prepared";
-    SString file;          // FILE
-    KeptFile new_version;  // FILE.install, as it was delivered
-    uint64_t device = 0;   // of FILE.install, which tell it from one that was delivered since
-    uint64_t inode = 0;
+    SString file;           // FILE
+    KeptFile new_version;   // FILE.install, as it was delivered
+    FileId id;              // of FILE.install
     KeptFile older_backup;  // FILE.backup, which the exchange replaces
 
     template <typename Io>
     void Fields(Io& io) {
-        io("file", file), io("new_version", new_version), io("device", device), io("inode", inode);
-        io("older_backup", older_backup);
+        io("file", file), io("new_version", new_version), io("id", id), io("older_backup", older_backup);
     }
 };
 
@@ -130,14 +141,11 @@ struct DatabaseExchanged {
     Access access;   // of FILE, which a copy of it under the name FILE.backup has not
     SString before;  // digests of the settings in FILE and in FILE.install (settings_digest.h)
     SString after;
-    uint64_t device = 0;  // of FILE.install, which is FILE afterwards
-    uint64_t inode = 0;
-    int64_t born = 0;  // in nanoseconds
+    FileId id;  // of FILE.install, which is FILE afterwards
 
     template <typename Io>
     void Fields(Io& io) {
-        io("file", file), io("access", access), io("before", before), io("after", after);
-        io("device", device), io("inode", inode), io("born", born);
+        io("file", file), io("access", access), io("before", before), io("after", after), io("id", id);
     }
 };
 

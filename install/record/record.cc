@@ -83,7 +83,7 @@ void RecordWithoutSync(const Change& change) {
 change::KeptFile KeepBesideRecord(const Descriptor& file, const SString& name) {
     if (!IsRecording()) return {};
     const auto access = AccessOf(file);
-    if (access && KeepCopy(file, name)) return {name, *access};
+    if (access && KeepCopy(file, name)) return {true, name, *access};
     StopRecording();
     return {};
 }

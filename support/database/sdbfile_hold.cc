@@ -63,7 +63,9 @@ std::optional<SString> Sdbfile::Bytes() const {
 
 bool SettleDatabase(const SString& database) {
     const SString path = DatabasePath(database);
-    if (path.IsEmpty() || !HasSomethingBeside(path)) return !path.IsEmpty();
+    if (path.IsEmpty()) return false;
+    // Opening what is missing would make it.
+    if (!EntryExists(path) || !HasSomethingBeside(path)) return true;
     // Opening works off a journal with contents; an empty one only goes with the next transaction.
     const OpenedDatabase opened = OpenForWriting(path, kModuleFormat);
     return opened.state == DatabaseState::Ready &&

@@ -340,7 +340,7 @@ show_queue() {
 # The records of runs, what differs from run to run masked.
 show_records() {
     cat /var/lib/tern.harbor-install/runs/*[0-9] | sed -E "s,$BUILD,BUILD,g"'; s/"time":"[^"]*"/"time":TIME/; s/[0-9a-f]{64}/CHECKSUM/g
-        s/"(id|device|inode|born|process)":[1-9][0-9]*/"\1":NUMBER/g; s/[0-9]{20}(\.A[ABC])[0-9]+/STAMP\1ID/g'
+        s/"(id|inode|born|process)":[1-9][0-9]*/"\1":NUMBER/g; s/[0-9]{20}(\.A[ABC])[0-9]+/STAMP\1ID/g'
 }
 
 # What stands in the view's upper layers, where every change to the host lands, but for the records of runs.

@@ -1,12 +1,10 @@
-// A module's database that a new version has replaced: the version from before becomes the one in use again.
-//
-//     FILE            the new version
-//     FILE.backup     the version from before, or a copy of it; it takes the name FILE in one rename
-//     FILE.install    missing since the exchange; made anew by prepared_database.cc
+// A module's database that a new version has replaced: the version from before becomes the one in use again,
+// as FILE.backup takes the name FILE in one rename. FILE.install is made anew by prepared_database.cc.
 #include <sys/stat.h>
 
 #include "install/mail_system/settings_digest.h"
 #include "install/record/access.h"
+#include "install/record/file_id.h"
 #include "support/database/sdbfile.h"
 #include "support/system/descriptor.h"
 #include "support/system/file.h"
@@ -14,20 +12,13 @@
 #include "support/text/printable.h"
 #include "undo/mail_system/changes_of.h"
 #include "undo/mail_system/kept_files.h"
+#include "undo/mail_system/module_database.h"
 #include "undo/mail_system/site_database.h"
 #include "undo/ways.h"
 
 namespace {
 
 using change::DatabaseExchanged;
-
-SString Backup(const SString& file) {
-    return file + ".backup";
-}
-
-SString NewVersion(const SString& file) {
-    return file + ".install";
-}
 
 /// Nothing of what is no database of a module's, or cannot be read.
 std::optional<SString> Digest(const SString& path) {
@@ -37,9 +28,7 @@ std::optional<SString> Digest(const SString& path) {
 
 /// By its file, as versions may have the same settings, and each run's new one waits under the same name.
 bool IsNewVersion(const SString& path, const DatabaseExchanged& change) {
-    struct stat status {};
-    return lstat(path.CString(), &status) == 0 && S_ISREG(status.st_mode) && status.st_dev == change.device &&
-           status.st_ino == change.inode && BirthTime(path) == change.born;
+    return IsThatFile(path, change.id);
 }
 
 bool IsReplacedSince(const DatabaseExchanged& change) {
@@ -49,24 +38,25 @@ bool IsReplacedSince(const DatabaseExchanged& change) {
 /// Of a database that is not the run's new version.
 Standing StandingOfOther(const DatabaseExchanged& change) {
     if (IsReplacedSince(change)) return Standing::Changed;
-    const auto digest = Digest(change.file);
-    if (!digest) return EntryExists(change.file) ? Standing::Unknown : Standing::Changed;
+    if (!EntryExists(change.file)) return Standing::Changed;
+    const auto digest = IsHalfWritten(change.file) ? std::nullopt : Digest(change.file);
+    if (!digest) return Standing::Unknown;
     return digest == change.before ? Standing::AsBefore : Standing::Changed;
 }
 
-Standing StandingOf(const DatabaseExchanged& change) {
-    if (IsNewVersion(NewVersion(change.file), change)) return Standing::AsBefore;
-    if (!IsNewVersion(change.file, change)) return StandingOfOther(change);
+/// A half-written one is worked off before it is taken back, and looked at again then.
+Standing StandingOfNewVersion(const DatabaseExchanged& change) {
+    if (change.before.IsEmpty()) return Standing::ByHand;
+    if (IsHalfWritten(change.file)) return Standing::AsLeft;
     const auto digest = Digest(change.file);
     if (!digest) return Standing::Unknown;
     const bool is_as_left = digest == change.after && Digest(Backup(change.file)) == change.before;
     return is_as_left ? Standing::AsLeft : Standing::Changed;
 }
 
-/// A journal that a killed process left is worked off, as by whoever opens the database next. One of a
-/// process that runs stays, and the database cannot be read.
-void Settle(const DatabaseExchanged& change) {
-    static_cast<void>(SettleDatabase(SiteDatabase(change.file)));
+Standing StandingNow(const DatabaseExchanged& change) {
+    if (IsNewVersion(NewVersion(change.file), change)) return Standing::AsBefore;
+    return IsNewVersion(change.file, change) ? StandingOfNewVersion(change) : StandingOfOther(change);
 }
 
 /// What the run changed later in the same database is taken back before this.
@@ -92,11 +82,14 @@ bool HasCopyOfNewVersion(const DatabaseExchanged& change, const UndoneRun& run) 
     return has_copy;
 }
 
-Finding WithoutCopy(const DatabaseExchanged& change) {
+SString LeftToYou(const DatabaseExchanged& change) {
     const SString file = Printable(change.file);
-    return {Standing::ByHand,
-            file + " stays, as it would be lost: its copy beside the record is gone; the version " +
-                "from before is " + file + ".backup"};
+    if (change.before.IsEmpty()) {
+        return file + " stays, as the version from before could not be read; that is " + file + ".backup";
+    }
+    return file +
+           " stays, as it would be lost: its copy beside the record is gone; the version from before is " +
+           file + ".backup";
 }
 
 SString LeftAlone(const DatabaseExchanged& change) {
@@ -143,31 +136,40 @@ bool IsStillAsLeft(const Sdbfile& held, const DatabaseExchanged& change) {
 
 }  // namespace
 
+Standing StandingOf(const DatabaseExchanged& change, const UndoneRun& run) {
+    if (SiteDatabase(change.file).IsEmpty()) return Standing::Unknown;
+    Standing standing = StandingNow(change);
+    const bool is_ours = standing == Standing::Changed && IsNewVersion(change.file, change);
+    if (is_ours && HasMoreToTakeBack(change, run)) standing = Standing::AsLeft;
+    return standing == Standing::AsLeft && !HasCopyOfNewVersion(change, run) ? Standing::ByHand : standing;
+}
+
 Finding LookAt(const DatabaseExchanged& change, const UndoneRun& run) {
     if (SiteDatabase(change.file).IsEmpty()) return {Standing::Unknown, OfAnotherSite(change.file)};
     const SString file = Printable(change.file);
-    Settle(change);
-    Standing standing = StandingOf(change);
+    const Standing standing = StandingOf(change, run);
     if (standing == Standing::AsBefore) return {};
     if (standing == Standing::Unknown) return {standing, file + " cannot be read"};
-    const bool is_ours = IsNewVersion(change.file, change);
-    if (standing == Standing::Changed && is_ours && HasMoreToTakeBack(change, run))
-        standing = Standing::AsLeft;
     if (standing == Standing::Changed) return {standing, LeftAlone(change)};
-    if (!HasCopyOfNewVersion(change, run)) return WithoutCopy(change);
+    if (standing == Standing::ByHand) return {standing, LeftToYou(change)};
     return {standing, "Put " + file + " back from " + file + ".backup"};
 }
 
 /// The database is held, as for the exchange.
 TakenBack TakeBack(const DatabaseExchanged& change, const UndoneRun& run) {
+    const TakenBack in_use = {false, Printable(change.file) + " is in use"};
+    const SString database = SiteDatabase(change.file);
+    const bool is_ours = !database.IsEmpty() && IsNewVersion(change.file, change);
+    if (is_ours && !SettleDatabase(database)) return in_use;
     const Finding finding = LookAt(change, run);
     if (finding.standing == Standing::AsBefore) return {};
     if (finding.standing != Standing::AsLeft) return {true, finding.text};
+    if (IsHalfWritten(change.file)) return in_use;
     // Later changes of the run are back by now, or will not come back.
-    if (StandingOf(change) != Standing::AsLeft) return {true, LeftAlone(change)};
-    Sdbfile in_use(SiteDatabase(change.file), 0);
-    if (!in_use.Hold()) return {false, Printable(change.file) + " is in use"};
-    if (!IsStillAsLeft(in_use, change)) return {true, LeftAlone(change)};
+    if (StandingNow(change) != Standing::AsLeft) return {true, LeftAlone(change)};
+    Sdbfile held(database, 0);
+    if (!held.Hold()) return in_use;
+    if (!IsStillAsLeft(held, change)) return {true, LeftAlone(change)};
     if (PutBack(change)) return {};
     return {false, Printable(change.file) + " could not be put back from " + Printable(Backup(change.file))};
 }

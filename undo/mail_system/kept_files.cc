@@ -21,6 +21,16 @@ bool Give(const Descriptor& file, const change::Access& access) {
            fchmod(file.Get(), access.mode.bits & kPermissions) == 0;
 }
 
+/// Root's until it is given away: it may get what only root could read. In a directory of the effective
+/// user's only, and opened as that, who could lead root elsewhere by a link.
+Descriptor NewFile(const SString& path) {
+    const Descriptor directory = Descriptor::Open(path.S("[^/]+$", ""), O_RDONLY | O_DIRECTORY);
+    if (!directory || faccessat(directory.Get(), ".", W_OK | X_OK, AT_EACCESS) != 0) return {};
+    const AsRoot root;
+    return Descriptor::OpenAt(directory.Get(), BaseName(path, ""), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW,
+                              0600);
+}
+
 }  // namespace
 
 std::optional<SString> KeptBytes(const change::KeptFile& kept, const UndoneRun& run) {
@@ -38,7 +48,7 @@ std::optional<SString> BytesOf(const SString& path) {
 bool MakeAnew(const SString& path, const SString& bytes, const change::Access& access) {
     const SString hidden = HiddenBeside(path, ".undo");
     RemoveFile(hidden);
-    Descriptor file = Descriptor::Open(hidden, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
+    Descriptor file = NewFile(hidden);
     const bool is_made = file && file.WriteAll(bytes) && Give(file, access) && file.Sync() && file.Close() &&
                          Rename(hidden, path);
     if (!is_made) RemoveFile(hidden);

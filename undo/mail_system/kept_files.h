@@ -11,6 +11,7 @@ std::optional<SString> KeptBytes(const change::KeptFile& kept, const UndoneRun& 
 /// The file's bytes, read as the effective user and not through a link. Nothing if there is none.
 std::optional<SString> BytesOf(const SString& path);
 
-/// Makes the file whole or not at all, in place of one that is there: as the effective user, under the name
-/// ".NAME.undo", synced, given to its owner by root, and renamed. What a killed Undo left there is replaced.
+/// Makes the file whole or not at all, in place of one that is there: by root in a directory that the
+/// effective user may write, under the hidden name ".NAME.undo", synced, given to its owner, and renamed by the
+/// effective user. What a killed Undo left under that name is replaced.
 bool MakeAnew(const SString& path, const SString& bytes, const change::Access& access);

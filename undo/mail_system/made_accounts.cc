@@ -62,16 +62,19 @@ void Deletion::Run() {
 void Deletion::DeleteSome(size_t from, size_t to) {
     AccountTransaction transaction;
     SAccountDBMod database;
+    size_t failed = 0;
     for (size_t i = from; i < to && transaction.IsOpen(); ++i) {
         SAccount account;
-        if (database.Find(accounts_[i].uid, &account) != Lookup::Found) continue;
+        const Lookup found = database.Find(accounts_[i].uid, &account);
+        failed += found == Lookup::Failed ? 1 : 0;
+        if (found != Lookup::Found) continue;
         if (IsAsLeft(account)) {
             database.DeleteAccount(account.Uid());
         } else {
             changed_.Push(Printable(account.Uid()));
         }
     }
-    if (!transaction.Commit()) failed_ += to - from;
+    failed_ += transaction.Commit() ? failed : to - from;
 }
 
 bool Deletion::IsAsLeft(const SAccount& account) const {

@@ -2,76 +2,84 @@
 // was delivered, and so is the older backup that the exchange replaced. The new version comes first, as
 // exchanged_database.cc tells by it that there was an exchange.
 //
-// What is there instead is replaced only if it is this very file (its inode), or a second name or copy of the
-// database in use, which a killed exchange leaves.
-#include <sys/stat.h>
-
+// What is there instead is replaced only if it is what the run made of it: this very file, with no other
+// settings than were delivered or carried over (a newer version may have been copied into it since), or a
+// second name or copy of the database in use, which a killed exchange leaves.
+#include "install/mail_system/settings_digest.h"
+#include "install/record/file_id.h"
+#include "support/database/sdbfile.h"
+#include "support/database/snapshot.h"
 #include "support/system/descriptor.h"
 #include "support/system/file.h"
+#include "support/system/identity.h"
 #include "support/text/printable.h"
-#include "undo/mail_system/changes_of.h"
 #include "undo/mail_system/kept_files.h"
+#include "undo/mail_system/module_database.h"
+#include "undo/mail_system/site_database.h"
 #include "undo/ways.h"
 
 namespace {
 
 using change::DatabasePrepared;
 
-enum class Part { AsBefore, ToDo, Others, Lost };
-
-bool IsRecorded(const SString& path, const DatabasePrepared& change) {
-    struct stat status {};
-    return lstat(path.CString(), &status) == 0 && S_ISREG(status.st_mode) && status.st_dev == change.device &&
-           status.st_ino == change.inode;
-}
-
-SString NewVersion(const DatabasePrepared& change) {
-    return change.file + ".install";
-}
-
-SString Backup(const DatabasePrepared& change) {
-    return change.file + ".backup";
-}
+enum class Part { AsBefore, ToDo, Others, Gone, Lost };
 
 SString UnfinishedBackup(const DatabasePrepared& change) {
-    return change.file + ".backup.new";
+    return Backup(change.file) + ".new";
 }
 
-Part NewVersionOf(const DatabasePrepared& change, const UndoneRun& run) {
-    const SString path = NewVersion(change);
+/// Once the exchange is recorded, all settings had been carried over.
+bool IsWhatTheRunWrote(const DatabasePrepared& change, const UndoneRun& run, const SString& delivered) {
+    const auto bytes = ReadSnapshot(NewVersion(change.file));
+    if (!bytes) return false;
+    const auto exchange = ExchangeOf(change.file, run);
+    if (!exchange) return IsCarriedOver(*bytes, delivered, ReadSnapshot(change.file));
+    const SString digest = SettingsDigest(*bytes);
+    return !digest.IsEmpty() && digest == exchange->after;
+}
+
+/// Nothing but the exchange takes the name away, and Undo when it was killed after taking that back.
+Part PartOfMissing(const DatabasePrepared& change, const UndoneRun& run, bool is_kept) {
+    if (!ExchangeOf(change.file, run)) return Part::Gone;
+    return is_kept ? Part::ToDo : Part::Lost;
+}
+
+/// Of a half-written one, taking back tells when that is worked off.
+Part PartOfNewVersion(const DatabasePrepared& change, const UndoneRun& run) {
+    const SString path = NewVersion(change.file);
     const auto kept = KeptBytes(change.new_version, run);
-    const bool is_there = EntryExists(path);
-    if (is_there && kept && BytesOf(path) == *kept) {
-        return EntryExists(path + "-journal") ? Part::ToDo : Part::AsBefore;
-    }
-    if (is_there && !IsRecorded(path, change)) return Part::Others;
-    return kept ? Part::ToDo : Part::Lost;
+    if (!EntryExists(path)) return PartOfMissing(change, run, kept.has_value());
+    const bool is_that_file = IsThatFile(path, change.id);
+    const bool has_journal = is_that_file && EntryExists(path + "-journal");
+    if (kept && BytesOf(path) == *kept) return has_journal ? Part::ToDo : Part::AsBefore;
+    if (!is_that_file) return Part::Others;
+    if (!kept) return Part::Lost;
+    return IsHalfWritten(path) || IsWhatTheRunWrote(change, run, *kept) ? Part::ToDo : Part::Others;
 }
 
-bool IsCopyInUse(const DatabasePrepared& change) {
-    const auto bytes = BytesOf(Backup(change));
-    return bytes && bytes == BytesOf(change.file);
+/// Only to be compared: it may be root's own.
+std::optional<SString> BackupBytes(const DatabasePrepared& change) {
+    const AsRoot root;
+    return BytesOf(Backup(change.file));
 }
 
-Part BackupOf(const DatabasePrepared& change, const UndoneRun& run) {
-    const auto kept = KeptBytes(change.older_backup, run);
-    const bool was_there = !change.older_backup.kept.IsEmpty();
-    if (!EntryExists(Backup(change))) {
-        if (!was_there) return Part::AsBefore;
-        return kept ? Part::ToDo : Part::Lost;
-    }
-    if (kept && BytesOf(Backup(change)) == *kept) return Part::AsBefore;
-    if (!IsCopyInUse(change)) return Part::Others;
-    return was_there && !kept ? Part::Lost : Part::ToDo;
+/// Nothing but the exchange touches it. A link or a directory, which are not kept, is never the run's.
+Part PartOfBackup(const DatabasePrepared& change, const UndoneRun& run) {
+    if (!ExchangeOf(change.file, run)) return Part::AsBefore;
+    const change::KeptFile& older = change.older_backup;
+    const auto kept = KeptBytes(older, run);
+    const Part to_do = older.was_there && !kept ? Part::Lost : Part::ToDo;
+    if (!EntryExists(Backup(change.file))) return older.was_there ? to_do : Part::AsBefore;
+    const auto bytes = BackupBytes(change);
+    if (kept && bytes == kept) return Part::AsBefore;
+    if (bytes && bytes == BytesOf(change.file)) return to_do;
+    return older.was_there && older.kept.IsEmpty() ? Part::AsBefore : Part::Others;
 }
 
 /// Of the exchange that followed; AsBefore if none did.
 Standing StandingOfExchange(const DatabasePrepared& change, const UndoneRun& run) {
-    Standing standing = Standing::AsBefore;
-    EachOf<change::DatabaseExchanged>(run, [&](const auto& exchange) {
-        if (exchange.file == change.file) standing = LookAt(exchange, run).standing;
-    });
-    return standing;
+    const auto exchange = ExchangeOf(change.file, run);
+    return exchange ? StandingOf(*exchange, run) : Standing::AsBefore;
 }
 
 /// The copy is all that is left of what was there.
@@ -86,6 +94,9 @@ SStringList LeftAlone(const DatabasePrepared& change, const UndoneRun& run, Part
         left.Push(file + ".install is another one than Install put into service" +
                   CopyOf(change.new_version, run));
     }
+    if (new_version == Part::Gone) {
+        left.Push(file + ".install was removed since" + CopyOf(change.new_version, run));
+    }
     if (new_version == Part::Lost) left.Push("No copy was kept of " + file + ".install, as it was delivered");
     if (backup == Part::Others) {
         left.Push(file + ".backup is another one than Install left" + CopyOf(change.older_backup, run));
@@ -96,7 +107,7 @@ SStringList LeftAlone(const DatabasePrepared& change, const UndoneRun& run, Part
 
 /// A journal beside it would be played back into the new file.
 bool MakeNewVersion(const DatabasePrepared& change, const UndoneRun& run) {
-    const SString path = NewVersion(change);
+    const SString path = NewVersion(change.file);
     for (const char* ending : {"-journal", "-wal", "-shm"}) RemoveFile(path + ending);
     const auto bytes = KeptBytes(change.new_version, run);
     if (bytes && EntryExists(path) && BytesOf(path) == *bytes) return true;
@@ -104,40 +115,50 @@ bool MakeNewVersion(const DatabasePrepared& change, const UndoneRun& run) {
 }
 
 bool MakeBackup(const DatabasePrepared& change, const UndoneRun& run) {
-    if (change.older_backup.kept.IsEmpty()) return RemoveFile(Backup(change)) && SyncParent(Backup(change));
+    const SString path = Backup(change.file);
+    if (!change.older_backup.was_there) return RemoveFile(path) && SyncParent(path);
     const auto bytes = KeptBytes(change.older_backup, run);
-    return bytes && MakeAnew(Backup(change), *bytes, change.older_backup.access);
+    return bytes && MakeAnew(path, *bytes, change.older_backup.access);
+}
+
+/// What a killed run left half-written is worked off, as by whoever opens it next.
+bool IsSettled(const DatabasePrepared& change) {
+    if (!IsThatFile(NewVersion(change.file), change.id)) return true;
+    return SettleDatabase(NewVersion(SiteDatabase(change.file)));
 }
 
 }  // namespace
 
 Finding LookAt(const DatabasePrepared& change, const UndoneRun& run) {
-    const SString new_version = Printable(NewVersion(change));
+    const SString new_version = Printable(NewVersion(change.file));
     const Finding to_do = {Standing::AsLeft, "Make " + new_version + " anew, as it was delivered"};
     const Standing exchange = StandingOfExchange(change, run);
     if (exchange == Standing::AsLeft) return to_do;
     if (exchange != Standing::AsBefore) return {};  // told there: the new version stays in use
-    const Part part = NewVersionOf(change, run);
-    const Part backup = BackupOf(change, run);
+    if (SiteDatabase(change.file).IsEmpty()) return {Standing::Unknown, OfAnotherSite(change.file)};
+    const Part part = PartOfNewVersion(change, run);
+    const Part backup = PartOfBackup(change, run);
     if (part == Part::ToDo) return to_do;
     if (backup == Part::ToDo || EntryExists(UnfinishedBackup(change))) {
-        return {Standing::AsLeft, "Put " + Printable(Backup(change)) + " back as it was"};
+        return {Standing::AsLeft, "Put " + Printable(Backup(change.file)) + " back as it was"};
     }
     const SStringList left = LeftAlone(change, run, part, backup);
     return left.IsEmpty() ? Finding() : Finding{Standing::Changed, left.Join("; ")};
 }
 
 TakenBack TakeBack(const DatabasePrepared& change, const UndoneRun& run) {
-    if (StandingOfExchange(change, run) != Standing::AsBefore) return {};
-    const Part new_version = NewVersionOf(change, run);
-    const Part backup = BackupOf(change, run);
+    if (StandingOfExchange(change, run) != Standing::AsBefore || SiteDatabase(change.file).IsEmpty())
+        return {};
+    if (!IsSettled(change)) return {false, Printable(NewVersion(change.file)) + " is in use"};
+    const Part new_version = PartOfNewVersion(change, run);
+    const Part backup = PartOfBackup(change, run);
     TakenBack taken = {true, LeftAlone(change, run, new_version, backup)};
     const auto failed = [&taken](const SString& path) {
         taken.is_whole = false;
         taken.left.Push(Printable(path) + " could not be made anew");
     };
-    if (new_version == Part::ToDo && !MakeNewVersion(change, run)) failed(NewVersion(change));
+    if (new_version == Part::ToDo && !MakeNewVersion(change, run)) failed(NewVersion(change.file));
     RemoveFile(UnfinishedBackup(change));
-    if (backup == Part::ToDo && !MakeBackup(change, run)) failed(Backup(change));
+    if (backup == Part::ToDo && !MakeBackup(change, run)) failed(Backup(change.file));
     return taken;
 }

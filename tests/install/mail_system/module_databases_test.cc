@@ -7,6 +7,7 @@
 #include "install/steps.h"
 #include "support/database/sdbfile.h"
 #include "support/system/file.h"
+#include "support/system/identity.h"
 #include "tests/data_directory.h"
 #include "tests/dialogue.h"
 #include "tests/install/record/recording.h"
@@ -119,6 +120,41 @@ TEST_F(UpdateConfigurationTest, IsRecordedWhereTheNewVersionIsASecondName) {
     EXPECT_EQ(std::get<change::DatabasePrepared>(changes[0]).older_backup.kept, "");
     EXPECT_EQ(std::get<change::DatabaseExchanged>(changes[1]).after,
               SettingsDigestOf(data_.Config("WWW-Server")));
+}
+
+/// What the mail owner cannot read is root's, who kept it there.
+TEST_F(UpdateConfigurationTest, KeepsARootsBackup) {
+    constexpr uid_t kMail = 2008;
+    Preserve("WWW-Server/Config/Socket\n");
+    Store("WWW-Server.install", "80");
+    Store("WWW-Server", "8080");
+    for (const char* name : {"WWW-Server", "WWW-Server.install", "__PRESERVE__"}) {
+        ASSERT_EQ(chown(data_.Config(name).CString(), kMail, kMail), 0);
+    }
+    data_.GiveTo(kMail, kMail);
+    data_.WriteConfig("WWW-Server.backup", "root's", 0600);
+    const Recording recording;
+    {
+        const AsUser mail_owner({kMail, kMail, {kMail}});
+        ASSERT_TRUE(mail_owner.IsTaken());
+        Run();
+    }
+    const auto backup = std::get<change::DatabasePrepared>(recording.Changes().at(0)).older_backup;
+    EXPECT_TRUE(backup.was_there);
+    EXPECT_EQ(recording.Kept(backup.kept), "root's");
+    EXPECT_EQ(backup.access.owner, 0U);
+}
+
+TEST_F(UpdateConfigurationTest, TellsABackupThatIsNotKeptFromNone) {
+    Preserve("WWW-Server/Config/Socket\n");
+    Store("WWW-Server.install", "80");
+    Store("WWW-Server", "8080");
+    ASSERT_EQ(symlink("elsewhere", data_.Config("WWW-Server.backup").CString()), 0);
+    const Recording recording;
+    Run();
+    const auto backup = std::get<change::DatabasePrepared>(recording.Changes().at(0)).older_backup;
+    EXPECT_TRUE(backup.was_there);
+    EXPECT_EQ(backup.kept, "");
 }
 
 }  // namespace

@@ -219,6 +219,10 @@ TEST_F(SdbfileTest, ReadingWorksOffAJournalFirst) {
 TEST_F(SdbfileTest, SettlesNothingWhereNothingIsAndFailsWhereItCannot) {
     EXPECT_TRUE(SettleDatabase("Module"));
     EXPECT_EQ(data_.Listing(), "");
+    data_.WriteConfig("Module-journal", "");
+    EXPECT_TRUE(SettleDatabase("Module"));
+    EXPECT_EQ(data_.Listing(), "Module-journal");
+    RemoveFile(data_.Config("Module-journal"));
     EXPECT_FALSE(SettleDatabase(""));
     EXPECT_FALSE(SettleDatabase("../Module"));
     ASSERT_TRUE(Store("/Config", "Key", "value"));

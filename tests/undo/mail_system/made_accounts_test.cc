@@ -83,6 +83,17 @@ TEST_F(MadeAccounts, StayWhileAnotherProcessWrites) {
     EXPECT_EQ(accounts_.Uids().Count(), 3U);
 }
 
+TEST_F(MadeAccounts, AreNotTakenForGoneWhereTheyCannotBeRead) {
+    accounts_.Execute(
+        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 70)"
+        " INSERT INTO fields (account, name, position, value)"
+        " SELECT id, 'Long', i, hex(zeroblob(500000)) FROM accounts, n WHERE uid = 'Anna'");
+    const TakenBack taken = TakeBack(change_, run_);
+    EXPECT_FALSE(taken.is_whole);
+    EXPECT_TRUE(taken.left[0].StartsWith("1 account could not be deleted"));
+    EXPECT_EQ(accounts_.Uids(), "Anna");
+}
+
 TEST_F(MadeAccounts, GoInSeveralTransactions) {
     change_.accounts.clear();
     const AccountSession session;

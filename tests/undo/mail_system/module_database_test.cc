@@ -1,30 +1,9 @@
 // The way back of a module's new database, from wherever the run was killed.
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <csignal>
-#include <map>
-#include <tuple>
-
-#include "install/mail_system/database_update.h"
-#include "install/mail_system/settings_digest.h"
-#include "install/record/access.h"
-#include "support/database/sqlite.h"
+#include "tests/undo/mail_system/module_database.h"
 #include "support/process/child_process.h"
-#include "support/system/regular_file.h"
-#include "tests/data_directory.h"
 #include "undo/mail_system/access_list.h"
-#include "undo/ways.h"
 
 namespace {
-
-constexpr uid_t kMail = 2008;
-
-/// How far the run came.
-enum Stage { Prepared, Carried, Linked, BackedUp, Exchanged };
-constexpr Stage kStages[] = {Prepared, Carried, Linked, BackedUp, Exchanged};
 
 /// The login 33 may read and write (linux/posix_acl_xattr.h).
 const SString kAccessList =
@@ -44,124 +23,27 @@ bool HasOpenForWriting(pid_t process, const SString& path) {
     return false;
 }
 
-class ModuleDatabase : public testing::Test {
-  protected:
-    using Listing = std::map<SString, std::tuple<SString, mode_t, uid_t, gid_t>>;
-
-    static void Put(const SString& database, const SString& key, const SStringList& values) {
-        Sdbfile file(database, 0);
-        ASSERT_TRUE(file.Open("/Config", 1) && file.Set(key, values));
-    }
-    static SString Socket(const SString& database) {
-        Sdbfile file(database, 0);
-        EXPECT_TRUE(file.Open("/Config", 0)) << database;
-        return file.Get("Socket").Get(0);
-    }
-
-    void MakeSite(bool has_older_backup) {
-        Put("Web", "Socket", "8080");
-        Put("Web.install", "Socket", "80");
-        Put("Web.install", "New", "yes");
-        if (has_older_backup) Put("Web.backup", "Socket", "70");
-        for (const char* name : {"Web", "Web.install", "Web.backup"}) {
-            static_cast<void>(chown(data_.Config(name).CString(), kMail, kMail));
-        }
-        chmod(data_.Config("Web.install").CString(), 0600);
-    }
-
-    Listing Site() const {
-        Listing site;
-        for (const SString& path : ReadDir(data_.Path() + "config")) {
-            struct stat status {};
-            EXPECT_EQ(lstat(path.CString(), &status), 0);
-            site[BaseName(path, "")] = {MapFileRead(path), status.st_mode, status.st_uid, status.st_gid};
-        }
-        return site;
-    }
-
-    change::KeptFile Keep(const SString& name) const {
-        const RegularFile file = OpenRegularFile(data_.Config(name), O_RDONLY, Links::NotAtEnd);
-        if (!file) return {};
-        beside_.Write(name, *file.descriptor.ReadAll(), 0600);
-        return {name, *AccessOf(file.descriptor)};
-    }
-
-    /// As install/mail_system/module_databases.cc does it.
-    void Run(Stage end) {
-        const SString file = data_.Config("Web");
-        struct stat status {};
-        ASSERT_EQ(stat((file + ".install").CString(), &status), 0);
-        prepared_ = {file, Keep("Web.install"), status.st_dev, status.st_ino, Keep("Web.backup")};
-        changes_ = {prepared_};
-        if (end == Prepared) return;
-        Sdbfile in_use("Web", 0);
-        ASSERT_TRUE(in_use.Hold() && UpdateDatabase("Web.install", &in_use, "/Config/Socket"));
-        in_use.CloseDB();
-        if (end == Carried) return;
-        exchanged_ = {file,
-                      AccessOf(file).value(),
-                      SettingsDigestOf(file),
-                      SettingsDigestOf(file + ".install"),
-                      status.st_dev,
-                      status.st_ino,
-                      BirthTime(file + ".install")};
-        changes_.push_back(exchanged_);
-        const bool is_kept = end == Exchanged || AddName(file, file + ".backup.new");
-        ASSERT_TRUE(is_kept && (end != BackedUp || Rename(file + ".backup.new", file + ".backup")));
-        if (end != Exchanged) return;
-        ASSERT_TRUE(in_use.Hold());
-        ASSERT_EQ(ExchangeDatabase(file, in_use), Exchange::Done);
-    }
-
-    /// By the mail owner, with its umask.
-    void CopyBackup() {
-        const SString backup = data_.Config("Web.backup");
-        const SString bytes = MapFileRead(backup);
-        ASSERT_TRUE(RemoveFile(backup));
-        data_.WriteConfig("Web.backup", bytes);
-        ASSERT_EQ(chown(backup.CString(), kMail, kMail), 0);
-    }
-
-    /// A process that holds the database, and stores a setting once this one has it open for writing.
-    pid_t StartWriter(const SString& database) {
-        const SString path = RealPath(data_.Config(database));
-        const pid_t reader = getpid();
-        int ready[2];
-        EXPECT_EQ(pipe(ready), 0);
-        const pid_t writer = StartChild([&] {
-            const auto connection = sqlite::Connection::Open(path, sqlite::Mode::Shared);
-            sqlite::Transaction change(*connection);
-            close(ready[0]);
-            close(ready[1]);
-            while (!HasOpenForWriting(reader, path)) usleep(1000);
-            connection->Execute("UPDATE settings SET value = 'somebody''s' WHERE key = 'Socket'");
-            change.Commit();
-        });
-        char byte = 0;
-        close(ready[1]);
-        EXPECT_EQ(read(ready[0], &byte, 1), 0);  // its end
+/// A process that holds the database, and stores a setting once this one has it open for writing.
+pid_t StartWriter(const SString& database) {
+    const SString path = RealPath(database);
+    const pid_t reader = getpid();
+    int ready[2];
+    EXPECT_EQ(pipe(ready), 0);
+    const pid_t writer = StartChild([&] {
+        const auto connection = sqlite::Connection::Open(path, sqlite::Mode::Shared);
+        sqlite::Transaction change(*connection);
         close(ready[0]);
-        return writer;
-    }
-
-    SStringList TakeExchangeBack() {
-        return exchanged_.file.IsEmpty() ? SStringList() : TakeBack(exchanged_, run_).left;
-    }
-    SStringList TakeAllBack() {
-        SStringList left = TakeExchangeBack();
-        left.Push(TakeBack(prepared_, run_).left);
-        return left;
-    }
-    Standing OfExchange() const { return LookAt(exchanged_, run_).standing; }
-    Standing OfPreparation() const { return LookAt(prepared_, run_).standing; }
-
-    DataDirectory data_;
-    TemporaryFolder beside_;
-    change::DatabasePrepared prepared_;
-    change::DatabaseExchanged exchanged_;
-    std::vector<Change> changes_;
-    UndoneRun run_ = {beside_ / "", "", "", "", {}, &changes_};
-};
+        close(ready[1]);
+        while (!HasOpenForWriting(reader, path)) usleep(1000);
+        connection->Execute("UPDATE settings SET value = 'somebody''s' WHERE key = 'Socket'");
+        change.Commit();
+    });
+    char byte = 0;
+    close(ready[1]);
+    EXPECT_EQ(read(ready[0], &byte, 1), 0);  // its end
+    close(ready[0]);
+    return writer;
+}
 
 TEST_F(ModuleDatabase, IsAsBeforeFromWhereverTheRunWasKilled) {
     for (const bool has_older_backup : {false, true}) {
@@ -334,19 +216,7 @@ TEST_F(ModuleDatabase, WithAKilledRunsJournalIsAsThatFoundIt) {
     MakeSite(false);
     const Listing before = Site();
     Run(Exchanged);
-    const SString web = data_.Config("Web");
-    if (const pid_t child = fork(); child == 0) {
-        // Its pages are written when it is killed, and the journal has the old ones.
-        const auto database = sqlite::Connection::Open(web, sqlite::Mode::Shared);
-        database->Execute(
-            "PRAGMA cache_size = 1; BEGIN IMMEDIATE; CREATE TABLE x (y); INSERT INTO x"
-            " WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 500)"
-            " SELECT hex(zeroblob(500)) FROM n");
-        kill(getpid(), SIGKILL);
-    } else {
-        waitpid(child, nullptr, 0);
-    }
-    ASSERT_TRUE(EntryExists(web + "-journal"));
+    LeaveHalfWritten(data_.Config("Web"));
     EXPECT_EQ(OfExchange(), Standing::AsLeft);
     EXPECT_EQ(TakeAllBack(), SStringList());
     EXPECT_EQ(Site(), before);
@@ -367,7 +237,7 @@ TEST_F(ModuleDatabase, ThatIsInUseIsLeftForLater) {
 TEST_F(ModuleDatabase, ThatIsChangedMeanwhileStays) {
     MakeSite(false);
     Run(Exchanged);
-    const pid_t other = StartWriter("Web");
+    const pid_t other = StartWriter(data_.Config("Web"));
     EXPECT_EQ(TakeExchangeBack(), data_.Config("Web") +
                                       " was changed since Install replaced it; the version from before is " +
                                       data_.Config("Web.backup"));

@@ -12,6 +12,6 @@ std::optional<SString> KeptBytes(const change::KeptFile& kept, const UndoneRun& 
 std::optional<SString> BytesOf(const SString& path);
 
 /// Makes the file whole or not at all, in place of one that is there: by root in a directory that the
-/// effective user may write, under the hidden name ".NAME.undo", synced, given to its owner, and renamed by the
-/// effective user. What a killed Undo left under that name is replaced.
+/// effective user may write, under the hidden name ".NAME.undo", synced, given to its owner, and renamed by
+/// the effective user. What a killed Undo left there is replaced.
 bool MakeAnew(const SString& path, const SString& bytes, const change::Access& access);

@@ -95,7 +95,8 @@ SString LeftToYou(const DatabaseExchanged& change) {
 SString LeftAlone(const DatabaseExchanged& change) {
     const SString file = Printable(change.file);
     if (IsReplacedSince(change)) return file + " was replaced by a later run: take that back first";
-    return file + " was changed since Install replaced it; the version from before is " + file + ".backup";
+    const char* what = EntryExists(change.file) ? " was changed since Install replaced it" : " is gone";
+    return file + what + "; the version from before is " + file + ".backup";
 }
 
 bool IsSecondName(const SString& path, const SString& other) {

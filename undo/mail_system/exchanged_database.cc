@@ -158,7 +158,7 @@ Finding LookAt(const DatabaseExchanged& change, const UndoneRun& run) {
 
 /// The database is held, as for the exchange.
 TakenBack TakeBack(const DatabaseExchanged& change, const UndoneRun& run) {
-    const TakenBack in_use = {false, Printable(change.file) + " is in use"};
+    TakenBack in_use = {false, Printable(change.file) + " is in use"};
     const SString database = SiteDatabase(change.file);
     const bool is_ours = !database.IsEmpty() && IsNewVersion(change.file, change);
     if (is_ours && !SettleDatabase(database)) return in_use;

@@ -131,7 +131,7 @@ bool IsSettled(const DatabasePrepared& change) {
 
 Finding LookAt(const DatabasePrepared& change, const UndoneRun& run) {
     const SString new_version = Printable(NewVersion(change.file));
-    const Finding to_do = {Standing::AsLeft, "Make " + new_version + " anew, as it was delivered"};
+    Finding to_do = {Standing::AsLeft, "Make " + new_version + " anew, as it was delivered"};
     const Standing exchange = StandingOfExchange(change, run);
     if (exchange == Standing::AsLeft) return to_do;
     if (exchange != Standing::AsBefore) return {};  // told there: the new version stays in use

@@ -1,5 +1,6 @@
 // A module's database that a new version has replaced: the version from before becomes the one in use again,
-// as FILE.backup takes the name FILE in one rename. FILE.install is made anew by prepared_database.cc.
+// as FILE.backup, or a copy of it, takes the name FILE in one rename. FILE.install is made anew by
+// prepared_database.cc.
 #include <sys/stat.h>
 
 #include "install/mail_system/settings_digest.h"

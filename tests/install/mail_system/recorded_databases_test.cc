@@ -59,20 +59,14 @@ TEST(RecordTable, EndsTheRecordWhereItCannotBeToldWhetherThereIsOne) {
 }
 
 TEST(RecordPreparation, EndsTheRecordWhereACopyCannotBeKept) {
-    for (const char* name : {"Module.install", "Module.backup"}) {
-        const DataDirectory data;
-        const Recording recording;
-        data.WriteConfig("Module.install", "x");
-        RecordPreparation("Module");
-        EXPECT_TRUE(IsRecording());
-        if (name == SString("Module.install")) {
-            data.WriteConfig("Module.install-journal", "x");  // nothing works it off
-        } else {
-            MakeDir(data.Config("Module.backup"), 0700);
-        }
-        RecordPreparation("Module");
-        EXPECT_FALSE(IsRecording()) << name;
-    }
+    const DataDirectory data;
+    const Recording recording;
+    data.WriteConfig("Module.install", "x");
+    RecordPreparation("Module");
+    EXPECT_TRUE(IsRecording());
+    data.WriteConfig("Module.install-journal", "x");  // nothing works it off
+    RecordPreparation("Module");
+    EXPECT_FALSE(IsRecording());
 }
 
 TEST(RecordPreparation, IsOfARegularFileOnly) {

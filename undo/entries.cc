@@ -1,6 +1,7 @@
 #include "undo/entries.h"
 
 #include "support/text/printable.h"
+#include "undo/later_runs.h"
 
 namespace {
 
@@ -78,6 +79,15 @@ struct Look {
     Finding operator()(const change::RunEnded& /*change*/) const { return {}; }
 };
 
+/// What is as before by now is nobody's to take back.
+Finding UnlessLater(Finding finding, const Entry& entry, const UndoneRun& run) {
+    const auto* change = std::get_if<Change>(&entry.change);
+    const bool is_there = finding.standing == Standing::AsLeft || finding.standing == Standing::Changed;
+    if (run.later == nullptr || change == nullptr || !is_there) return finding;
+    const SString text = run.later->ChangedAgain(*change);
+    return text.IsEmpty() ? finding : Finding{Standing::Later, text};
+}
+
 struct Take {
     const UndoneRun& run;
 
@@ -100,7 +110,7 @@ std::vector<Entry> EntriesOf(const std::vector<TimedChange>& changes) {
 }
 
 Finding LookAt(const Entry& entry, const UndoneRun& run) {
-    Finding finding = With(entry, Look{run});
+    Finding finding = UnlessLater(With(entry, Look{run}), entry, run);
     finding.text = Printable(finding.text);
     finding.by_hand = Printable(finding.by_hand);
     return finding;

@@ -17,14 +17,21 @@ const char* WordFor(Standing standing) {
             return "left to the administrator";
         case Standing::Changed:
             return "changed since";
+        case Standing::Later:
+            return "changed again by a later run";
         case Standing::Unknown:
             break;
     }
     return "unknown";
 }
 
+/// Another time it may stand otherwise, though nobody has touched it.
+bool MayChange(Standing standing) {
+    return standing == Standing::Later || standing == Standing::Unknown;
+}
+
 bool IsLeft(Standing standing) {
-    return standing == Standing::ByHand || standing == Standing::Changed || standing == Standing::Unknown;
+    return standing == Standing::ByHand || standing == Standing::Changed || MayChange(standing);
 }
 
 TakenBack Take(const Entry& entry, const UndoneRun& run, const Finding& finding) {
@@ -42,7 +49,7 @@ void GoBackOver(const Entry& entry, const UndoneRun& run, UndoneRecord* record, 
     if (IsLeft(finding.standing)) taken.left.Push(finding.text);
     record->Add(entry.line, taken.is_whole ? WordFor(finding.standing) : "failed", taken.left);
     outcome->is_whole = outcome->is_whole && taken.is_whole;
-    outcome->is_known = outcome->is_known && finding.standing != Standing::Unknown;
+    outcome->is_known = outcome->is_known && !MayChange(finding.standing);
     outcome->left.Push(taken.left);
 }
 
@@ -53,7 +60,8 @@ Outcome GoBack(const std::vector<Entry>& entries, const UndoneRun& run, UndoneRe
     record->Begin(run.options);
     for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
         GoBackOver(*entry, run, record, &outcome);
-        outcome.is_interrupted = CriticalSection::WasInterrupted();
+        // After the last change there is nothing to interrupt.
+        outcome.is_interrupted = CriticalSection::WasInterrupted() && std::next(entry) != entries.rend();
         if (outcome.is_interrupted) return outcome;
     }
     if (outcome.is_whole && outcome.is_known) record->Finish(run.options);

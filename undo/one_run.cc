@@ -13,6 +13,7 @@
 namespace {
 
 constexpr long kIndent = 4;
+constexpr char kNotRecorded[] = "What was done could not be recorded.";
 
 bool LowerPrivileges() {
     const auto uid = static_cast<uid_t>(gn_MailUID);
@@ -46,7 +47,7 @@ int Report(const Outcome& outcome, const UndoneRecord& record) {
         return kEndedBySignal;
     }
     if (outcome.is_whole) HangUpMailSystem();
-    if (!record.IsWhole()) PrintParagraph("What was done could not be recorded.");
+    if (!record.IsWhole()) PrintParagraph(kNotRecorded);
     if (!outcome.is_whole) PrintParagraph("Not everything could be taken back: run Undo again to go on.");
     if (!outcome.left.IsEmpty()) {
         PrintParagraph("Left alone or to be done by hand:");
@@ -57,17 +58,25 @@ int Report(const Outcome& outcome, const UndoneRecord& record) {
     return kNothingLeft;
 }
 
-/// Homes and maildrops are not looked at beforehand: what was done there is known from Undo's own record.
-bool IsDoneAtHomes(const Entry& entry, const Undone& undone) {
-    const auto* change = std::get_if<Change>(&entry.change);
-    const bool is_at_homes = change == nullptr || std::holds_alternative<change::NoticesLeft>(*change);
-    return is_at_homes && undone.taken_back.contains(entry.line);
+/// An Undo that ended right after its last change has told neither the mail system nor its own record.
+int ReportNothing(const std::vector<Planned>& plan, const Undone& undone, const UndoOptions& options,
+                  UndoneRecord* record) {
+    PrintParagraph("There is nothing to take back.");
+    if (undone.is_begun && undone.finished.IsEmpty()) HangUpMailSystem();
+    // What nobody has taken back may be somebody's only for now.
+    const bool is_finished = plan.empty() || (undone.is_begun && IsFinal(plan));
+    if (is_finished && !IsDone(undone, options)) {
+        record->Begin(options);
+        record->Finish(options);
+    }
+    if (!record->IsWhole()) PrintParagraph(kNotRecorded);
+    return LeavesAnything(plan) ? kSomethingLeft : kNothingLeft;
 }
 
-std::vector<Entry> EntriesToTakeBack(const Records& records, const RecordedRun& run) {
+/// What was taken back once is another run's if it is there again.
+std::vector<Entry> EntriesToTakeBack(const RecordedRun& run, const Undone& undone) {
     std::vector<Entry> entries = EntriesOf(run.changes);
-    const Undone undone = ReadUndone(records, run.name);
-    std::erase_if(entries, [&](const Entry& entry) { return IsDoneAtHomes(entry, undone); });
+    std::erase_if(entries, [&](const Entry& entry) { return undone.taken_back.contains(entry.line); });
     return entries;
 }
 
@@ -88,7 +97,8 @@ void TellWhich(const RecordedRun& run) {
     }
 }
 
-int TakeBackRun(const Records& records, const RecordedRun& read, const Options& options) {
+int TakeBackRun(const Records& records, const RecordedRun& read, const LaterRuns& later,
+                const Options& options) {
     std::vector<Change> changes;
     for (const TimedChange& timed : read.changes) changes.push_back(timed.change);
     const UndoneRun run{records.KeptOf(read.name),
@@ -96,16 +106,15 @@ int TakeBackRun(const Records& records, const RecordedRun& read, const Options& 
                         TimeOf(read.name),
                         NextOf(records, read.name),
                         options.undo,
-                        &changes};
-    const std::vector<Entry> entries = EntriesToTakeBack(records, read);
+                        &changes,
+                        &later};
+    const Undone undone = ReadUndone(records, read.name);
+    const std::vector<Entry> entries = EntriesToTakeBack(read, undone);
     UndoneRecord record(records, read.name);
     if (!LowerPrivileges()) return Refuse("The rights of " + gstr_MailOwner + " could not be taken on.");
     const std::vector<Planned> plan = PlanFor(entries, run);
     ShowPlan(plan);
-    if (!HasWork(plan)) {
-        PrintParagraph("There is nothing to take back.");
-        return LeavesAnything(plan) ? kSomethingLeft : kNothingLeft;
-    }
+    if (!HasWork(plan)) return ReportNothing(plan, undone, options.undo, &record);
     if (!options.yes && !IsAgreed()) return Refuse("Nothing was changed.");
     return Report(GoBack(entries, run, &record), record);
 }

@@ -1,6 +1,7 @@
 // Taking one run back: what would be done is shown, asked about, done and reported.
 #pragma once
 
+#include "undo/later_runs.h"
 #include "undo/options.h"
 #include "undo/records.h"
 
@@ -18,4 +19,5 @@ int Refuse(const SString& reason);
 /// Prints which run it is, and what its record lacks.
 void TellWhich(const RecordedRun& run);
 /// As root; goes on as the mail owner.
-int TakeBackRun(const Records& records, const RecordedRun& read, const Options& options);
+int TakeBackRun(const Records& records, const RecordedRun& read, const LaterRuns& later,
+                const Options& options);

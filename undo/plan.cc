@@ -57,7 +57,7 @@ constexpr Section kSections[] = {
     {"This stays:", TextsOf<Standing::Kept>},
     {"This is left to you:", TextsOf<Standing::ByHand>},
     {"This is left alone, as it is no longer as the run left it or cannot be told:",
-     TextsOf<Standing::Changed, Standing::Unknown>},
+     TextsOf<Standing::Changed, Standing::Later, Standing::Unknown>},
 };
 
 bool HasAny(const std::vector<Planned>& plan, std::initializer_list<Standing> standings) {
@@ -81,8 +81,12 @@ bool HasWork(const std::vector<Planned>& plan) {
     return HasAny(plan, {Standing::AsLeft});
 }
 
+bool IsFinal(const std::vector<Planned>& plan) {
+    return !HasAny(plan, {Standing::Later, Standing::Unknown});
+}
+
 bool LeavesAnything(const std::vector<Planned>& plan) {
-    return HasAny(plan, {Standing::ByHand, Standing::Changed, Standing::Unknown}) ||
+    return HasAny(plan, {Standing::ByHand, Standing::Changed, Standing::Later, Standing::Unknown}) ||
            std::ranges::any_of(plan,
                                [](const Planned& planned) { return !planned.finding.by_hand.IsEmpty(); });
 }

@@ -13,6 +13,8 @@ std::vector<Planned> PlanFor(const std::vector<Entry>& entries, const UndoneRun&
 
 /// Whether there is anything to take back.
 bool HasWork(const std::vector<Planned>& plan);
+/// Whether another look would find the same: nothing waits for a later run, or cannot be told now.
+bool IsFinal(const std::vector<Planned>& plan);
 /// Whether something is left alone or left to the administrator.
 bool LeavesAnything(const std::vector<Planned>& plan);
 

@@ -16,6 +16,8 @@
 #include "install/site_faults.h"
 #include "install/steps.h"
 #include "support/system/identity.h"
+#include "support/text/printable.h"
+#include "undo/later_runs.h"
 #include "undo/listing.h"
 #include "undo/one_run.h"
 #include "undo/undone.h"
@@ -41,20 +43,12 @@ int List(const Records& records, const SString& name) {
     return is_listed && std::cout ? kNothingLeft : kNothingDone;
 }
 
-/// A script that runs Undo twice must not go back two runs.
-bool IsDone(const Records& records, const SString& run, const UndoOptions& options) {
-    const Undone undone = ReadUndone(records, run);
-    const bool wants_more =
-        (options.accounts && !undone.options.accounts) || (options.units && !undone.options.units);
-    return !undone.finished.IsEmpty() && !wants_more;
-}
-
-void TellLaterRuns(const Records& records, const SString& name) {
-    SStringList later;
-    for (const SString& run : records.After(name)) {
-        if (ReadUndone(records, run).finished.IsEmpty()) later.Push(run);
+void TellLaterRuns(const LaterRuns& later) {
+    if (!later.Names().IsEmpty()) Tell("Later runs are not taken back: " + later.Names().Join(", ") + ".");
+    for (const SString& refused : later.Refused()) {
+        Tell("What this later run changed again is not known, as its record is refused: " +
+             Printable(refused) + ".");
     }
-    if (!later.IsEmpty()) Tell("Later runs are not taken back: " + later.Join(", ") + ".");
 }
 
 /// What goes back needs neither the host's name nor its address.
@@ -72,7 +66,8 @@ int GoBackFrom(const Records& records, const Options& options) {
     const SStringList names = records.Names();
     const SString name = options.run.IsEmpty() ? names.Get(static_cast<int>(names.Count()) - 1) : options.run;
     if (!names.Contains(name)) return RefuseUnknown(name);
-    if (options.run.IsEmpty() && IsDone(records, name, options.undo)) {
+    // A script that runs Undo twice must not go back two runs.
+    if (options.run.IsEmpty() && IsDone(ReadUndone(records, name), options.undo)) {
         PrintParagraph("The last run, " + name +
                        ", has been taken back already. An earlier one has to be named: "
                        "Undo RUN, of those that Undo --list shows.");
@@ -83,8 +78,9 @@ int GoBackFrom(const Records& records, const Options& options) {
         return Refuse("The record of the run " + name + " is refused: " + run.fault + ".");
     if (!DetermineOwner()) return kNothingDone;
     TellWhich(run);
-    TellLaterRuns(records, name);
-    return TakeBackRun(records, run, options);
+    const LaterRuns later(records, name);
+    TellLaterRuns(later);
+    return TakeBackRun(records, run, later, options);
 }
 
 /// As Install's start-up.

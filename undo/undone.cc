@@ -66,6 +66,12 @@ Undone ReadUndone(const Records& records, const SString& run) {
     return undone;
 }
 
+bool IsDone(const Undone& undone, const UndoOptions& wanted) {
+    const bool wants_more =
+        (wanted.accounts && !undone.options.accounts) || (wanted.units && !undone.options.units);
+    return !undone.finished.IsEmpty() && !wants_more;
+}
+
 void UndoneRecord::Begin(const UndoOptions& options) {
     const AsRoot root;
     SString fault;

@@ -22,6 +22,9 @@ struct Undone {
 
 Undone ReadUndone(const Records& records, const SString& run);
 
+/// Whether all that is wanted now was finished once.
+bool IsDone(const Undone& undone, const UndoOptions& wanted);
+
 /// The word for a change that was taken back.
 inline constexpr char kTakenBack[] = "taken back";
 
@@ -33,7 +36,7 @@ class UndoneRecord {
     /// The change by its line in the record.
     void Add(size_t change, const SString& outcome, const SStringList& left);
     void Finish(const UndoOptions& options);
-    /// Every line so far is on the disk.
+    /// Every line so far is written.
     bool IsWhole() const { return is_whole_; }
 
   private:

@@ -6,6 +6,8 @@
 
 #include "install/record/change.h"
 
+class LaterRuns;
+
 struct UndoOptions {
     bool accounts = false;  // takes the run's accounts and messages back, too
     bool units = false;     // starts the systemd units that were stopped
@@ -20,6 +22,7 @@ struct UndoneRun {
     UndoOptions options;
     const std::vector<Change>* changes =
         nullptr;  // all of the run's: later ones may have changed the same again
+    const LaterRuns* later = nullptr;
 };
 
 enum class Standing {
@@ -28,6 +31,7 @@ enum class Standing {
     Kept,      // stays by design, or as it was not asked for
     ByHand,    // left to the administrator; the text tells what to do
     Changed,   // somebody's work by now: left alone; the text tells both versions' paths
+    Later,     // a later run changed the same again: left alone until that is taken back
     Unknown,   // cannot be told; the text tells why
 };
 

@@ -266,12 +266,13 @@ struct MaildropGiven {
 struct Process {
     int64_t id = 0;
     SString name;
-    SStringList command;  // its arguments, which it may have changed itself
-    SString unit;         // the systemd unit that it belongs to; empty: none
+    uid_t user = 0;       // the real one
+    SStringList command;  // its arguments, which it may have changed itself; empty, too, if they did not come
+    SString unit;         // the systemd unit whose server it is, or a process of it; empty: none
 
     template <typename Io>
     void Fields(Io& io) {
-        io("id", id), io("name", name), io("command", command), io("unit", unit);
+        io("id", id), io("name", name), io("user", user), io("command", command), io("unit", unit);
     }
 };
 

@@ -6,7 +6,7 @@
 //     /var/lib/tern.harbor-install/runs/20261122T170405Z-4711.kept/  mode 0700: copies of files, and the key
 //
 // Where the directory is missing or not root's alone, and for good after a failure to write, nothing is
-// recorded and nothing is said: the installation goes on. A failed run's record has no last line
+// recorded and nothing is said: the installation goes on. A record that failed has no last line
 // (change::RunEnded).
 #pragma once
 

@@ -2,37 +2,93 @@
 
 #include <fcntl.h>
 
+#include <algorithm>
 #include <csignal>
+#include <map>
 
 #include "install/record/record.h"
+#include "support/process/bounded.h"
 #include "support/process/listeners.h"
 #include "support/process/process.h"
+#include "support/process/units.h"
 #include "support/system/identity.h"
 
 namespace {
 
-constexpr size_t kMostText = 4096;  // its owner chooses the length, and how many there are
+using Processes = std::vector<change::Process>;
+using Clock = std::chrono::steady_clock;
 
-SString TextOf(pid_t id, const char* name) {
+constexpr size_t kMostText = 4096;  // its owner chooses the length, and how many there are
+constexpr std::chrono::milliseconds kForAll{1000};
+constexpr std::chrono::milliseconds kForOne{100};
+
+SString TextOf(int64_t id, const char* name) {
     const auto file = Descriptor::Open("/proc/" + SString(id) + "/" + name, O_RDONLY);
     return file ? file.ReadAll(kMostText).value_or("") : "";
 }
 
+uid_t UserOf(int64_t id) {
+    SStringList lines = Lines(TextOf(id, "status"));
+    return static_cast<uid_t>(lines.Grep("s/^Uid:\\s*(\\d+)\\s.*/$1/").Get(0).ToNumber());
+}
+
+/// None of a container's, which is another one than this host's of that name.
+SString UnitOf(int64_t id) {
+    SStringList cgroups = Lines(TextOf(id, "cgroup"));
+    cgroups.Chop();
+    return ContainerIn(cgroups).IsEmpty() ? UnitIn(cgroups) : SString();
+}
+
 /// Each argument ends with a NUL, unless the process has written something else there.
-SStringList CommandOf(pid_t id) {
-    SString line = TextOf(id, "cmdline");
+SStringList ArgumentsIn(SString line) {
     if (line[-1] == '\0') line.Chop();
     return line.SplitExact(SString(std::string_view("\0", 1)));
 }
 
-/// None of a container's, which is another one than this host's of that name.
-SString UnitOf(pid_t id) {
-    const SStringList cgroups = Lines(TextOf(id, "cgroup"));
-    return ContainerIn(cgroups).IsEmpty() ? UnitIn(cgroups) : SString();
+SStringList CommandLines(const Processes& processes) {
+    SStringList lines;
+    for (const change::Process& process : processes) lines.Push(TextOf(process.id, "cmdline"));
+    return lines;
 }
 
-change::Process ProcessOf(pid_t id, const SString& entry) {
-    return {id, ProcessName(entry), CommandOf(id), UnitOf(id)};
+/// A process whose arguments lie on a file system of its owner's can keep whoever reads them waiting.
+void AddCommands(Processes* processes) {
+    if (const auto lines = ResultWithin(kForAll, [&] { return CommandLines(*processes); })) {
+        for (size_t i = 0; i < processes->size(); ++i)
+            (*processes)[i].command = ArgumentsIn(lines->Get(static_cast<int>(i)));
+        return;
+    }
+    const auto end = Clock::now() + kForAll;
+    for (auto process = processes->begin(); process != processes->end() && Clock::now() < end; ++process) {
+        const auto line = ResultWithin(kForOne, [&] { return CommandLines({*process}); });
+        if (line) process->command = ArgumentsIn(line->Get(0));
+    }
+}
+
+/// By their units, as far as systemd tells.
+std::map<SString, SString> MainProcesses(const Processes& processes) {
+    std::map<SString, SString> main;
+    const auto end = Clock::now() + kForAll;
+    for (const change::Process& process : processes) {
+        if (process.unit.IsEmpty() || main.contains(process.unit) || Clock::now() >= end) continue;
+        main[process.unit] = MainProcess(process.unit);
+    }
+    return main;
+}
+
+/// What was started by hand from within another service, as cron's, is not that service: its main process is
+/// none of those that are signalled.
+void ForgetOtherUnits(Processes* processes) {
+    const auto main = MainProcesses(*processes);
+    const auto is_signalled = [&](const SString& id) {
+        return std::ranges::any_of(*processes,
+                                   [&](const change::Process& process) { return SString(process.id) == id; });
+    };
+    for (change::Process& process : *processes) {
+        const auto found = main.find(process.unit);
+        if (found == main.end() || found->second.ToNumber() == 0) continue;  // not known
+        if (!is_signalled(found->second)) process.unit = "";
+    }
 }
 
 SString Word(int signal) {
@@ -50,9 +106,13 @@ void RecordSignal(const SStringList& entries, int signal) {
     const AsRoot root;
     change::ProcessesSignalled signalled{Word(signal), {}};
     for (const SString& entry : entries) {
-        if (const auto id = SignalledProcess(entry)) signalled.processes.push_back(ProcessOf(*id, entry));
+        if (const auto id = SignalledProcess(entry))
+            signalled.processes.push_back({*id, ProcessName(entry), UserOf(*id), {}, UnitOf(*id)});
     }
-    if (!signalled.processes.empty()) RecordChange(signalled);
+    if (signalled.processes.empty()) return;
+    AddCommands(&signalled.processes);
+    ForgetOtherUnits(&signalled.processes);
+    RecordChange(signalled);
 }
 
 bool KillRecorded(const SString& name, int signal) {

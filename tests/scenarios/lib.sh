@@ -225,6 +225,7 @@ RUN=20261122T170405Z-4711
 # recorded CHANGE...: for "prepare": the record of a whole run, whose changes are objects of JSON without their time.
 recorded() {
     install -d -m 700 "${RECORDS%/*}" "$RECORDS"
+    rm -f "$RECORDS/$RUN.undone"    # of an earlier one of that name
     { echo '{"format":1}'; printf '{"time":"2026-11-22T17:04:06Z",%s}\n' "$@" '"kind":"end","status":0'; } >"$RECORDS/$RUN"
     chmod 600 "$RECORDS/$RUN"
 }
@@ -255,8 +256,8 @@ take_over() {
 	"kind":"directory","path":"$DATA/mailboxes/","unfinished":"$DATA/mailboxes.new","access":{"owner":150,"group":150,"mode":"0770","access_list":""}
 	"kind":"mode","path":"/var/spool/mail/","before":"1777","after":"3777"
 	"kind":"host file","path":"/etc/inetd.conf","backup":"/etc/inetd.conf.bak","mode":"0644","before":"$(checksum /etc/inetd.conf.bak)","after":"$(checksum /etc/inetd.conf)"
-	"kind":"signal","signal":"HUP","processes":[{"id":4001,"name":"inetd","command":["/usr/sbin/inetd"],"unit":""}]
-	"kind":"signal","signal":"TERM","processes":[{"id":4002,"name":"sendmail","command":["sendmail: accepting connections"],"unit":""}]
+	"kind":"signal","signal":"HUP","processes":[{"id":4001,"name":"inetd","user":0,"command":["/usr/sbin/inetd"],"unit":""}]
+	"kind":"signal","signal":"TERM","processes":[{"id":4002,"name":"sendmail","user":0,"command":["sendmail: accepting connections"],"unit":""}]
 	"kind":"link","path":"/usr/lib/sendmail","link":"../../opt/tern.harbor/bin/sendmail","backup":"/usr/lib/sendmail.bak","before":"$(checksum /usr/lib/sendmail.bak)","old_link":"","old_owner":0,"old_group":0
 	"kind":"server","program":"/opt/tern.harbor/tern.harbor"
 	END

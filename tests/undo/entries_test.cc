@@ -68,7 +68,7 @@ TEST(InWords, TellsEachKind) {
         {change::AccountEdited{{"Postmaster", ""}, {"Password", "URL"}},
          "Changed the account Postmaster: Password, URL"},
         {change::MessageQueued{"/q/c", {}, ""}, "Queued /q/c"},
-        {change::ProcessesSignalled{"TERM", {{12, "sendmail", {}, ""}}},
+        {change::ProcessesSignalled{"TERM", {{12, "sendmail", 0, {}, ""}}},
          "Sent the signal TERM to sendmail (process 12)"},
         {change::RunEnded{2}, "Ended with status 2"},
     };

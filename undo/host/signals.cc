@@ -1,16 +1,32 @@
 // Servers that were stopped: systemd's units are started where that is asked for, the others are named. What
 // was told to read its configuration again is told once more with that configuration's own way back.
-#include "install/host/probes.h"
+#include <map>
+
+#include "support/process/process.h"
+#include "support/system/identity.h"
 #include "undo/host/stopped_servers.h"
 #include "undo/host/units.h"
 #include "undo/ways.h"
 
 namespace {
 
+/// What has ended between the two looks is nobody's.
+std::vector<Runner> Running() {
+    const AsRoot root;
+    std::vector<Runner> running;
+    const SStringList processes = ReadProcessInfo();
+    std::map<long, uid_t> users;
+    for (const SString& entry : ReadProcessUsers())
+        users[entry.ToNumber()] = static_cast<uid_t>(entry.S("^\\d+ ", "").ToNumber());
+    for (const SString& entry : processes) {
+        const auto user = users.find(entry.ToNumber());
+        if (user != users.end()) running.push_back({ProcessName(entry), user->second});
+    }
+    return running;
+}
+
 StoppedServers StoppedNow(const change::ProcessesSignalled& change) {
-    SStringList names = RunningProcesses();
-    names.Grep("s/^\\d+ //");
-    return StoppedServersOf(change, names, IsUnitActive);
+    return StoppedServersOf(change, Running(), IsUnitActive);
 }
 
 SStringList Commands(const SStringList& units) {

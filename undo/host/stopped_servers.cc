@@ -1,5 +1,7 @@
 #include "undo/host/stopped_servers.h"
 
+#include <algorithm>
+
 #include "undo/host/units.h"
 
 namespace {
@@ -13,16 +15,22 @@ SString CommandLine(const change::Process& process) {
     return process.name + " is to be started again by hand; it called itself: " + process.command.Join(" ");
 }
 
+bool IsRunning(const change::Process& process, const std::vector<Runner>& running) {
+    return std::ranges::any_of(running, [&](const Runner& runner) {
+        return runner.name == process.name && (runner.user == 0 || runner.user == process.user);
+    });
+}
+
 }  // namespace
 
-StoppedServers StoppedServersOf(const change::ProcessesSignalled& change, const SStringList& running,
+StoppedServers StoppedServersOf(const change::ProcessesSignalled& change, const std::vector<Runner>& running,
                                 bool (*is_active)(const SString& unit)) {
     StoppedServers stopped;
     if (change.signal != "TERM") return stopped;
     for (const change::Process& process : change.processes) {
         if (IsUnitName(process.unit)) {
             if (!is_active(process.unit)) PushOnce(process.unit, &stopped.units);
-        } else if (!running.Contains(process.name)) {
+        } else if (!IsRunning(process, running)) {
             PushOnce(CommandLine(process), &stopped.by_hand);
         }
     }

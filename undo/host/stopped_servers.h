@@ -8,6 +8,13 @@ struct StoppedServers {
     SStringList by_hand;  // what the others are, with the command line that they themselves chose: never run
 };
 
-/// Those that are not running again, given the names of what runs and what tells a unit that is active.
-StoppedServers StoppedServersOf(const change::ProcessesSignalled& change, const SStringList& running,
+/// A process, by the real user whose choice its name is.
+struct Runner {
+    SString name;
+    uid_t user = 0;
+};
+
+/// Those that are not running again, given what runs and what tells a unit that is active. A process of that
+/// name counts where it is root's or the same user's: any login could have one.
+StoppedServers StoppedServersOf(const change::ProcessesSignalled& change, const std::vector<Runner>& running,
                                 bool (*is_active)(const SString& unit));

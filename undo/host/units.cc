@@ -16,14 +16,15 @@ SString Systemctl(const SString& verb, const SString& unit) {
     return "systemctl " + verb + " " + ShellWord(unit);
 }
 
-}  // namespace
-
-bool IsUnitName(const SString& name) {
-    return name.Matches("\\A[A-Za-z0-9@:_][A-Za-z0-9@:_.\\\\-]*\\z");
+/// systemd keeps it active for good, and so would not start it.
+bool HasExited(const SString& unit) {
+    return UnitProperty(unit, "SubState") == "exited";
 }
 
+}  // namespace
+
 bool IsUnitActive(const SString& unit) {
-    return IsUnitName(unit) && FirstLine(Systemctl("is-active", unit)) == "active";
+    return IsUnitName(unit) && FirstLine(Systemctl("is-active", unit)) == "active" && !HasExited(unit);
 }
 
 bool StartUnit(const SString& unit) {
@@ -32,10 +33,6 @@ bool StartUnit(const SString& unit) {
     return IsUnitActive(unit);
 }
 
-SString MainProcess(const SString& unit) {
-    return IsUnitName(unit) ? FirstLine(Systemctl("show --property=MainPID --value", unit)) : "";
-}
-
 SString StartCommand(const SString& unit) {
-    return Systemctl("start", unit);
+    return Systemctl(HasExited(unit) ? "restart" : "start", unit);
 }

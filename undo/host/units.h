@@ -1,14 +1,12 @@
-// systemd's units, where it runs: without it every unit is unknown to it.
+// Whether systemd's units are active, and starting them (support/process/units.h).
 #pragma once
 
-#include "support/text/sstring.h"
+#include "support/process/units.h"
 
-/// A name of a control group need not be one: a container may have chosen it.
-bool IsUnitName(const SString& name);
+/// Not one whose processes have all ended, though systemd calls it active: "active (exited)", as it does with
+/// a script of /etc/init.d.
 bool IsUnitActive(const SString& unit);
 /// False where it is not active afterwards.
 bool StartUnit(const SString& unit);
-/// The process that the unit's service is; "0" or empty where there is none.
-SString MainProcess(const SString& unit);
-/// A command to be pasted into a shell.
+/// A command to be pasted into a shell: "systemctl start", or "restart" for one that systemd calls active.
 SString StartCommand(const SString& unit);

@@ -23,7 +23,7 @@ inline std::vector<Change> EveryChange() {
         MessageQueued{path, texts, "00"},
         NoticesLeft{"host", {{"a", path, 1, 2}, {path, "", 3, 4}}},
         MaildropGiven{path, access, 1000, 8, true, 4711},
-        ProcessesSignalled{"TERM", {{4711, path, texts, "a.service"}, {}}},
+        ProcessesSignalled{"TERM", {{4711, path, 8, texts, "a.service"}, {}}},
         ServerStarted{path},
         RunEnded{-1},
     };

@@ -48,10 +48,10 @@ TEST(RecordText, IsALineOfJson) {
     EXPECT_EQ(LineOf({kTime, set}), R"({"time":"2026-11-22T17:04:05Z","kind":"mode","path":"/var/mail/",)"
                                     R"("before":"0755","after":"1777"})"
                                     "\n");
-    const change::ProcessesSignalled signalled{"HUP", {{7, "inetd", {"/usr/sbin/inetd", "-i"}, ""}}};
+    const change::ProcessesSignalled signalled{"HUP", {{7, "inetd", 1, {"/usr/sbin/inetd", "-i"}, ""}}};
     EXPECT_EQ(LineOf({kTime, signalled}),
               R"({"time":"2026-11-22T17:04:05Z","kind":"signal","signal":"HUP",)"
-              R"("processes":[{"id":7,"name":"inetd","command":["/usr/sbin/inetd","-i"],)"
+              R"("processes":[{"id":7,"name":"inetd","user":1,"command":["/usr/sbin/inetd","-i"],)"
               R"("unit":""}]})"
               "\n");
 }

@@ -10,15 +10,19 @@ bool IsExim(const SString& unit) {
 
 change::ProcessesSignalled Signalled(const SString& signal) {
     return {signal,
-            {{4711, "exim4", {"/usr/sbin/exim4", "-bd"}, "exim4.service"},
-             {4712, "qpopper", {"qpopper", "-s"}, "qpopper.service"},
-             {4713, "sendmail", {"sendmail: accepting"}, ""},
-             {4714, "sendmail", {"sendmail: accepting"}, ""},
-             {4715, "fingerd", {}, "--odd;.service"}}};
+            {{4711, "exim4", 0, {"/usr/sbin/exim4", "-bd"}, "exim4.service"},
+             {4712, "qpopper", 0, {"qpopper", "-s"}, "qpopper.service"},
+             {4713, "sendmail", 25, {"sendmail: accepting"}, ""},
+             {4714, "sendmail", 25, {"sendmail: accepting"}, ""},
+             {4715, "fingerd", 0, {}, "--odd;.service"}}};
+}
+
+SStringList ByHandWith(const std::vector<Runner>& running) {
+    return StoppedServersOf(Signalled("TERM"), running, IsExim).by_hand;
 }
 
 TEST(StoppedServersOf, TellsEachOnce) {
-    const StoppedServers stopped = StoppedServersOf(Signalled("TERM"), {"sh"}, IsExim);
+    const StoppedServers stopped = StoppedServersOf(Signalled("TERM"), {{"sh", 0}}, IsExim);
     EXPECT_EQ(stopped.units, SStringList("qpopper.service"));
     EXPECT_EQ(stopped.by_hand,
               SStringList({"sendmail is to be started again by hand; it called itself: sendmail: accepting",
@@ -26,7 +30,13 @@ TEST(StoppedServersOf, TellsEachOnce) {
 }
 
 TEST(StoppedServersOf, LeavesOutWhatRuns) {
-    EXPECT_EQ(StoppedServersOf(Signalled("TERM"), {"fingerd", "sendmail"}, IsExim).by_hand, SStringList());
+    EXPECT_TRUE(ByHandWith({{"fingerd", 0}, {"sendmail", 25}}).IsEmpty());
+    EXPECT_TRUE(ByHandWith({{"fingerd", 0}, {"sendmail", 0}}).IsEmpty());
+}
+
+TEST(StoppedServersOf, CountsNobodyElsesProcess) {
+    EXPECT_EQ(ByHandWith({{"fingerd", 1001}, {"sendmail", 1001}}).Count(), 2U);
+    EXPECT_EQ(ByHandWith({{"fingerd", 25}, {"sendmail", 25}}).Count(), 1U);
 }
 
 TEST(StoppedServersOf, KnowsThatAHangUpStopsNothing) {

@@ -1,0 +1,97 @@
+#include "undo/later_runs.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "tests/temporary_folder.h"
+#include "undo/entries.h"
+#include "undo/undone.h"
+
+namespace {
+
+constexpr char kFirst[] = "20261122T170405Z-1";
+constexpr char kSecond[] = "20261122T170405Z-2";
+constexpr char kThird[] = "20261122T170405Z-3";
+
+const change::ModeSet kMode{"/var/mail", {0775}, {02775}};
+const change::LinkMade kLink{"/usr/lib/sendmail", "/opt/sendmail", "/usr/lib/sendmail.bak"};
+const change::SettingChanged kSetting{"/config/Dispatch", "/Config", "Key", {}, {}};
+
+class LaterRunsTest : public testing::Test {
+  protected:
+    void Record(const SString& run, const std::vector<Change>& changes) {
+        SString text = FormatLine();
+        for (const Change& change : changes) text += LineOf({"2026-11-22T17:04:06Z", change});
+        folder_.Write(run, text, 0600);
+    }
+    Records Read() const { return Records(folder_ / "."); }
+    SString ChangedAgain(const Change& change) const {
+        return LaterRuns(Read(), kFirst).ChangedAgain(change);
+    }
+
+    TemporaryFolder folder_;
+};
+
+TEST_F(LaterRunsTest, AreToldByWhatTheyChanged) {
+    Record(kFirst, {kMode});
+    Record(kSecond, {change::DirectoryMade{"/var/mail", "", {}}, kLink, kSetting});
+    Record(kThird, {change::ModeSet{"/usr/lib/sendmail", {}, {}}, change::ServerStarted{}});
+    EXPECT_EQ(ChangedAgain(kMode), SString("/var/mail was changed again by the later run ") + kSecond +
+                                       ": take that one back first");
+    EXPECT_TRUE(ChangedAgain(kLink).Matches(kThird));
+    EXPECT_EQ(ChangedAgain(change::ServerStarted{}), "");
+    EXPECT_EQ(ChangedAgain(change::ModeSet{"/var/opt", {}, {}}), "");
+    EXPECT_EQ(LaterRuns(Read(), kSecond).ChangedAgain(kMode), "");
+}
+
+TEST_F(LaterRunsTest, ChangeASettingOrAllOfItsDatabase) {
+    Record(kFirst, {});
+    Record(kSecond, {kSetting});
+    auto other = kSetting;
+    other.key = "Other";
+    EXPECT_NE(ChangedAgain(kSetting), "");
+    EXPECT_EQ(ChangedAgain(other), "");
+    EXPECT_EQ(ChangedAgain(change::DatabaseExchanged{kSetting.database, "", ""}), "");
+    Record(kThird, {change::DatabaseExchanged{kSetting.database, "", ""}});
+    EXPECT_NE(ChangedAgain(other), "");
+}
+
+TEST_F(LaterRunsTest, CountAsFarAsTheyAreNotTakenBack) {
+    Record(kFirst, {});
+    Record(kSecond, {kMode, kLink});
+    const Records records = Read();
+    UndoneRecord undone(records, kSecond);
+    undone.Begin({});
+    undone.Add(2, kTakenBack, {});
+    EXPECT_EQ(ChangedAgain(kMode), "");
+    EXPECT_NE(ChangedAgain(kLink), "");
+    EXPECT_EQ(LaterRuns(records, kFirst).Names(), SStringList(kSecond));
+    undone.Finish({});
+    EXPECT_EQ(ChangedAgain(kLink), "");
+    EXPECT_TRUE(LaterRuns(records, kFirst).Names().IsEmpty());
+}
+
+TEST_F(LaterRunsTest, AreToldWhereTheirRecordIsRefused) {
+    Record(kFirst, {});
+    folder_.Write(kSecond, FormatLine() + "{}\n", 0600);
+    const LaterRuns later(Read(), kFirst);
+    EXPECT_EQ(later.Refused(), SStringList(SString(kSecond) + ": line 2 cannot be understood"));
+}
+
+TEST_F(LaterRunsTest, KeepAChangeFromBeingTakenBack) {
+    const SString path = folder_ / "directory";
+    mkdir(path.CString(), 0700);
+    chmod(path.CString(), 02775);
+    const change::ModeSet mode{path, {0775}, {02775}};
+    Record(kFirst, {mode});
+    Record(kSecond, {mode});
+    const LaterRuns later(Read(), kFirst);
+    UndoneRun run;
+    run.later = &later;
+    const Entry entry{2, "", Change(mode)};
+    EXPECT_EQ(LookAt(entry, run).standing, Standing::Later);
+    chmod(path.CString(), 0775);
+    EXPECT_EQ(LookAt(entry, run).standing, Standing::AsBefore);
+}
+
+}  // namespace

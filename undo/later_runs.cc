@@ -1,0 +1,65 @@
+#include "undo/later_runs.h"
+
+#include "undo/entries.h"
+#include "undo/undone.h"
+
+namespace {
+
+/// What a change is about, in words, and what that is a part of.
+struct Subjects {
+    SStringList operator()(const change::DirectoryMade& made) const { return made.path; }
+    SStringList operator()(const change::ModeSet& set) const { return set.path; }
+    SStringList operator()(const change::HostFileRewritten& file) const { return file.path; }
+    SStringList operator()(const change::LinkMade& made) const { return made.path; }
+    SStringList operator()(const change::DatabasePrepared& prepared) const { return prepared.file; }
+    SStringList operator()(const change::DatabaseExchanged& exchanged) const { return exchanged.file; }
+    SStringList operator()(const change::DatabaseMade& made) const {
+        if (made.table.IsEmpty()) return made.file;
+        return {Table(made.file, made.table), made.file};
+    }
+    SStringList operator()(const change::SettingChanged& setting) const {
+        const SString table = Table(setting.database, setting.table);
+        return {"\"" + setting.key + "\" of " + table, table, setting.database};
+    }
+    SStringList operator()(const auto& /*change*/) const { return {}; }
+
+  private:
+    static SString Table(const SString& file, const SString& table) {
+        return "the table " + table + " of " + file;
+    }
+};
+
+SStringList SubjectsOf(const Change& change) {
+    return std::visit(Subjects(), change);
+}
+
+}  // namespace
+
+LaterRuns::LaterRuns(const Records& records, const SString& run) {
+    for (const SString& name : records.After(run)) {
+        if (ReadUndone(records, name).finished.IsEmpty()) Read(records, name);
+    }
+}
+
+void LaterRuns::Read(const Records& records, const SString& name) {
+    names_.Push(name);
+    const RecordedRun run = records.Read(name);
+    if (!run.fault.IsEmpty()) refused_.Push(name + ": " + run.fault);
+    const Undone undone = ReadUndone(records, name);
+    for (const Entry& entry : EntriesOf(run.changes)) {
+        const auto* change = std::get_if<Change>(&entry.change);
+        if (change == nullptr || undone.taken_back.contains(entry.line)) continue;
+        const SStringList subjects = SubjectsOf(*change);
+        if (!subjects.IsEmpty()) last_[subjects.Get(0)] = name;
+    }
+}
+
+SString LaterRuns::ChangedAgain(const Change& change) const {
+    for (const SString& subject : SubjectsOf(change)) {
+        const auto found = last_.find(subject);
+        if (found == last_.end()) continue;
+        return subject + " was changed again by the later run " + found->second +
+               ": take that one back first";
+    }
+    return "";
+}

@@ -121,7 +121,7 @@ class Reader {
         return std::from_chars(digits.data(), end, mode->bits, 8).ptr == end;
     }
     static bool Read(const Json& json, SStringList* texts) {
-        return ReadList<SString>(json, [texts](SString text) { texts->Push(text); });
+        return ReadList<SString>(json, [texts](const SString& text) { texts->Push(text); });
     }
     template <typename Value>
     static bool Read(const Json& json, std::vector<Value>* values) {

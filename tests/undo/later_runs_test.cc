@@ -51,8 +51,8 @@ TEST_F(LaterRunsTest, ChangeASettingOrAllOfItsDatabase) {
     other.key = "Other";
     EXPECT_NE(ChangedAgain(kSetting), "");
     EXPECT_EQ(ChangedAgain(other), "");
-    EXPECT_EQ(ChangedAgain(change::DatabaseExchanged{kSetting.database, "", ""}), "");
-    Record(kThird, {change::DatabaseExchanged{kSetting.database, "", ""}});
+    EXPECT_EQ(ChangedAgain(change::DatabaseExchanged{kSetting.database, {}, "", "", {}}), "");
+    Record(kThird, {change::DatabaseExchanged{kSetting.database, {}, "", "", {}}});
     EXPECT_NE(ChangedAgain(other), "");
 }
 

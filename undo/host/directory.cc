@@ -57,7 +57,7 @@ Finding LookAt(const change::DirectoryMade& change, const UndoneRun& /*run*/) {
     const AsRoot root;
     const auto place = FindTrusted(change.path);
     if (!place) return IsGone() ? Finding() : Unreached(change.path);
-    const Finding made = Found(Look(place, change.access), change.path);
+    Finding made = Found(Look(place, change.access), change.path);
     if (made.standing != Standing::AsBefore) return made;
     return Found(Look(FindTrusted(change.unfinished), change.access), change.unfinished);
 }

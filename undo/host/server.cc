@@ -22,7 +22,7 @@ SString ManagingUnit(const SStringList& processes) {
         const SString id(process.ToNumber());
         SStringList cgroups = Lines(MapFileRead("/proc/" + id + "/cgroup"));
         cgroups.Chop();
-        const SString unit = UnitIn(cgroups);
+        SString unit = UnitIn(cgroups);
         if (!unit.IsEmpty() && MainProcess(unit) == id) return unit;
     }
     return "";

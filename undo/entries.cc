@@ -79,11 +79,11 @@ struct Look {
     Finding operator()(const change::RunEnded& /*change*/) const { return {}; }
 };
 
-/// What is as before by now is nobody's to take back.
+/// What is as before by now, or somebody's, is not the later run's to be taken back first.
 Finding UnlessLater(Finding finding, const Entry& entry, const UndoneRun& run) {
     const auto* change = std::get_if<Change>(&entry.change);
-    const bool is_there = finding.standing == Standing::AsLeft || finding.standing == Standing::Changed;
-    if (run.later == nullptr || change == nullptr || !is_there) return finding;
+    const bool is_as_left = finding.standing == Standing::AsLeft;
+    if (run.later == nullptr || change == nullptr || !is_as_left) return finding;
     const SString text = run.later->ChangedAgain(*change);
     return text.IsEmpty() ? finding : Finding{Standing::Later, text};
 }

@@ -46,7 +46,7 @@ int Report(const Outcome& outcome, const UndoneRecord& record) {
         PrintParagraph("Interrupted: run Undo again to go on.");
         return kEndedBySignal;
     }
-    if (outcome.is_whole) HangUpMailSystem();
+    HangUpMailSystem();
     if (!record.IsWhole()) PrintParagraph(kNotRecorded);
     if (!outcome.is_whole) PrintParagraph("Not everything could be taken back: run Undo again to go on.");
     if (!outcome.left.IsEmpty()) {

@@ -32,24 +32,14 @@ void RemindOfDaemon() {
     gf_ShowStoppers = 1;
 }
 
-/// The administrator may take long to answer: by then another program may have the process id.
-SStringList StillRunning(const SStringList& processes) {
-    const SStringList now = RunningProcesses();
-    SStringList running;
-    for (const SString& process : processes) {
-        if (now.Contains(process)) running.Push(process);
-    }
-    return running;
-}
-
 bool Signal(const SStringList& processes, int signal) {
     const AsRoot root;
     return SignalProcesses(processes, signal);
 }
 
 void Kill(const SStringList& found) {
-    const SStringList processes = StillRunning(found);
-    RecordSignal(processes, SIGTERM);
+    RecordSignal(found, SIGTERM);
+    const SStringList processes = StillRunning(found);  // the administrator may have taken long to answer
     if (Signal(processes, SIGTERM)) {
         // The mail port is free only when they have ended. Signal 0 only asks.
         Await([&] { return !Signal(processes, 0); });

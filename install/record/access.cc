@@ -32,9 +32,13 @@ change::Access AccessWith(const struct stat& status, const SString& list) {
 
 std::optional<change::Access> AccessOf(const Descriptor& file) {
     const auto status = file.Stat();
+    return status ? AccessOf(file, *status) : std::nullopt;
+}
+
+std::optional<change::Access> AccessOf(const Descriptor& file, const struct stat& status) {
     const auto list =
         AccessList([&](void* value, size_t size) { return fgetxattr(file.Get(), kAccessList, value, size); });
-    return status && list ? std::optional(AccessWith(*status, *list)) : std::nullopt;
+    return list ? std::optional(AccessWith(status, *list)) : std::nullopt;
 }
 
 std::optional<change::Access> AccessOf(const SString& path) {

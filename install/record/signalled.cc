@@ -96,6 +96,7 @@ SString Word(int signal) {
 }
 
 Witness RecordingOf(int signal) {
+    if (!IsRecording()) return {};
     return [signal](const SStringList& entries) { RecordSignal(entries, signal); };
 }
 

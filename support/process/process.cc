@@ -51,6 +51,13 @@ SStringList RunFirst(const Probe (&probes)[N]) {
     return {};
 }
 
+/// The witness may take its time.
+bool Signal(const SStringList& entries, int signal, const Witness& witness) {
+    if (!witness) return SignalProcesses(entries, signal);
+    witness(entries);
+    return SignalProcesses(StillRunning(entries), signal);
+}
+
 /// KillProgram's condition.
 bool IsName(const SString& name) {
     return name.Matches("\\w");
@@ -84,20 +91,26 @@ SStringList ProcessesOf(const SStringList& entries, const SStringList& users) {
     return processes;
 }
 
+SStringList StillRunning(const SStringList& entries) {
+    const AsRoot root;
+    const SStringList now = ReadProcessInfo();
+    SStringList running;
+    for (const SString& entry : entries) {
+        if (now.Contains(entry)) running.Push(entry);
+    }
+    return running;
+}
+
 bool KillProgram(const SString& name, int signal, const Witness& witness) {
     if (!IsName(name)) return false;
     const AsRoot root;
-    const SStringList entries = ProcessesNamed(ReadProcessInfo(), name);
-    witness(entries);
-    return SignalProcesses(entries, signal);
+    return Signal(ProcessesNamed(ReadProcessInfo(), name), signal, witness);
 }
 
 bool KillProgramOf(const SStringList& users, const SString& name, int signal, const Witness& witness) {
     if (!IsName(name)) return false;
     const AsRoot root;
-    const SStringList entries = ProcessesOf(ProcessesNamed(ReadProcessInfo(), name), users);
-    witness(entries);
-    return SignalProcesses(entries, signal);
+    return Signal(ProcessesOf(ProcessesNamed(ReadProcessInfo(), name), users), signal, witness);
 }
 
 SString ProcessName(const SString& entry) {

@@ -24,6 +24,10 @@ std::optional<Identity> Find(const change::Home& home, LoginIndex* logins) {
     return user && user->uid == home.uid ? user : std::nullopt;
 }
 
+SString NoticeIn(const change::Home& home) {
+    return Printable((home.path[-1] == '/' ? home.path : home.path + "/") + ".forward.NOTICE");
+}
+
 /// The homes that are visited, and what came of them.
 class Removal {
   public:
@@ -55,10 +59,8 @@ Removal::Removal(const NoticesLeft& change, const UndoneRun& run) {
 }
 
 void Removal::Note(const change::Home& home, UsersOutcome outcome) {
-    const SString notice =
-        Printable((home.path[-1] == '/' ? home.path : home.path + "/") + ".forward.NOTICE");
-    if (outcome == UsersOutcome::Changed) changed_.Push(notice);
-    if (outcome == UsersOutcome::Failed) failed_.Push(notice);
+    if (outcome == UsersOutcome::Changed) changed_.Push(NoticeIn(home));
+    if (outcome == UsersOutcome::Failed) failed_.Push(NoticeIn(home));
 }
 
 TakenBack Removal::Run() {

@@ -57,7 +57,9 @@ bool IsBack(const change::Access& now, const change::Access& before) {
 }
 
 /// The new owner gets rights only once the others have lost theirs.
-bool SetAccess(const Descriptor& file, const change::Access& before) {
+bool SetAccess(const Descriptor& file, const change::Access& now, const change::Access& before) {
+    const bool has_list = !now.access_list.IsEmpty() || !before.access_list.IsEmpty();
+    if (IsOf(now, before.owner, before.group) && !has_list) return fchmod(file.Get(), ModeOf(before)) == 0;
     return fchmod(file.Get(), kMeanwhile) == 0 && fchown(file.Get(), before.owner, before.group) == 0 &&
            SetAccessList(file, before.access_list) && fchmod(file.Get(), ModeOf(before)) == 0;
 }
@@ -85,14 +87,14 @@ void RemovePending(const MaildropGiven& given) {
     }
 }
 
-UsersOutcome Return(const Descriptor& file, const MaildropGiven& given) {
-    const auto now = AccessOf(file);
+UsersOutcome Return(const RegularFile& file, const MaildropGiven& given) {
+    const auto now = AccessOf(file.descriptor, file.status);
     if (!now) return UsersOutcome::Failed;
     if (IsBack(*now, given.before)) return UsersOutcome::Nothing;
     if (given.is_replaced) return UsersOutcome::Replaced;
     if (!IsAsLeft(*now, given) && !IsUnderWay(*now, given)) return UsersOutcome::Changed;
     if (!MayGoBack(given)) return UsersOutcome::ThirdLogins;
-    return SetAccess(file, given.before) ? UsersOutcome::Back : UsersOutcome::Failed;
+    return SetAccess(file.descriptor, *now, given.before) ? UsersOutcome::Back : UsersOutcome::Failed;
 }
 
 }  // namespace
@@ -110,5 +112,5 @@ UsersOutcome GiveBack(const MaildropGiven& given) {
     const RegularFile file = OpenRegularFile(given.path, O_RDONLY, Links::NotAtEnd);
     if (!file) return UsersOutcome::Failed;
     const bool is_same = IsSameFile(file.status, seen) && IsPlainMaildrop(file.status);
-    return is_same ? Return(file.descriptor, given) : UsersOutcome::Changed;
+    return is_same ? Return(file, given) : UsersOutcome::Changed;
 }

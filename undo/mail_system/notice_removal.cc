@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <optional>
 
@@ -38,8 +39,9 @@ UsersOutcome Judge(const Descriptor& home, const struct stat& seen, const Identi
     if (!IsOwn(seen, user)) return others;
     if (seen.st_size == 0) return is_older ? UsersOutcome::Nothing : UsersOutcome::Back;
     const RegularFile file = OpenRegularFile(kName, O_RDONLY, Links::NotAtEnd, home.Get());
-    const auto text =
-        file && IsSameFile(file.status, seen) ? file.descriptor.ReadAll(kMostBytes) : std::nullopt;
+    // As long as it was seen: to find its end would take another call.
+    const size_t size = std::min(static_cast<size_t>(seen.st_size), kMostBytes);
+    const auto text = file && IsSameFile(file.status, seen) ? file.descriptor.ReadAll(size) : std::nullopt;
     const auto date = text ? NoticeOf(notice.host).DateOf(*text) : std::nullopt;
     if (!date) return others;
     return *date >= notice.begun - kSlack && *date <= notice.next ? UsersOutcome::Back

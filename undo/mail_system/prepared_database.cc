@@ -82,6 +82,14 @@ Standing StandingOfExchange(const DatabasePrepared& change, const UndoneRun& run
     return exchange ? StandingOf(*exchange, run) : Standing::AsBefore;
 }
 
+/// Whether the versions are still exchanged, changed since or not: what stays in use is told with the exchange.
+bool IsStillExchanged(const DatabasePrepared& change, const UndoneRun& run) {
+    if (StandingOfExchange(change, run) == Standing::AsBefore) return false;
+    if (IsThatFile(change.file, change.id) || IsThatFile(Backup(change.file), change.id)) return true;
+    const SString before = ExchangeOf(change.file, run)->before;
+    return !before.IsEmpty() && SettingsDigestOf(Backup(change.file)) == before;
+}
+
 /// The copy is all that is left of what was there.
 SString CopyOf(const change::KeptFile& kept, const UndoneRun& run) {
     return KeptBytes(kept, run) ? "; the one from before is " + Printable(run.kept + kept.kept) : SString();
@@ -132,9 +140,8 @@ bool IsSettled(const DatabasePrepared& change) {
 Finding LookAt(const DatabasePrepared& change, const UndoneRun& run) {
     const SString new_version = Printable(NewVersion(change.file));
     Finding to_do = {Standing::AsLeft, "Make " + new_version + " anew, as it was delivered"};
-    const Standing exchange = StandingOfExchange(change, run);
-    if (exchange == Standing::AsLeft) return to_do;
-    if (exchange != Standing::AsBefore) return {};  // told there: the new version stays in use
+    if (StandingOfExchange(change, run) == Standing::AsLeft) return to_do;
+    if (IsStillExchanged(change, run)) return {};
     if (SiteDatabase(change.file).IsEmpty()) return {Standing::Unknown, OfAnotherSite(change.file)};
     const Part part = PartOfNewVersion(change, run);
     const Part backup = PartOfBackup(change, run);
@@ -147,8 +154,7 @@ Finding LookAt(const DatabasePrepared& change, const UndoneRun& run) {
 }
 
 TakenBack TakeBack(const DatabasePrepared& change, const UndoneRun& run) {
-    if (StandingOfExchange(change, run) != Standing::AsBefore || SiteDatabase(change.file).IsEmpty())
-        return {};
+    if (IsStillExchanged(change, run) || SiteDatabase(change.file).IsEmpty()) return {};
     if (!IsSettled(change)) return {false, Printable(NewVersion(change.file)) + " is in use"};
     const Part new_version = PartOfNewVersion(change, run);
     const Part backup = PartOfBackup(change, run);

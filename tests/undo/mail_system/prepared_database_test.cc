@@ -175,6 +175,18 @@ TEST_F(ExchangedDatabase, IsLookedAtWithoutAChange) {
     EXPECT_EQ(Site(), killed);
 }
 
+TEST_F(ExchangedDatabase, ThatIsBackAndWasChangedSinceStillGetsItsOtherVersionsBack) {
+    MakeSite(true);
+    Run(Exchanged);
+    EXPECT_EQ(TakeExchangeBack(), SStringList());
+    Put("Web", "Socket", "9090");
+    EXPECT_EQ(OfPreparation(), Standing::AsLeft);
+    EXPECT_EQ(TakeBack(prepared_, run_).left, SStringList());
+    EXPECT_EQ(Socket("Web"), "9090");
+    EXPECT_EQ(Socket("Web.install"), "80");
+    EXPECT_EQ(Socket("Web.backup"), "70");
+}
+
 TEST_F(ExchangedDatabase, ThatIsGoneIsNotMade) {
     MakeSite(false);
     Run(Exchanged);

@@ -82,7 +82,7 @@ Standing StandingOfExchange(const DatabasePrepared& change, const UndoneRun& run
     return exchange ? StandingOf(*exchange, run) : Standing::AsBefore;
 }
 
-/// Whether the versions are still exchanged, changed since or not: what stays in use is told with the exchange.
+/// Whether the versions are still exchanged, changed since or not: what stays in use is told with that.
 bool IsStillExchanged(const DatabasePrepared& change, const UndoneRun& run) {
     if (StandingOfExchange(change, run) == Standing::AsBefore) return false;
     if (IsThatFile(change.file, change.id) || IsThatFile(Backup(change.file), change.id)) return true;

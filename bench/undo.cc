@@ -49,7 +49,7 @@ bool Run() {
     return is_done;
 }
 
-/// As undo/undo.cc does it, from reading the record.
+/// As undo/one_run.cc does it, from reading the record.
 bool Undo(const ThrowAwaySite& site, const UndoOptions& options) {
     std::optional<AsRoot> root(std::in_place);
     const Records records(Runs(site));

@@ -37,15 +37,15 @@ SStringList SubjectsOf(const Change& change) {
 
 LaterRuns::LaterRuns(const Records& records, const SString& run) {
     for (const SString& name : records.After(run)) {
-        if (ReadUndone(records, name).finished.IsEmpty()) Read(records, name);
+        const Undone undone = ReadUndone(records, name);
+        if (undone.finished.IsEmpty()) Read(records, name, undone);
     }
 }
 
-void LaterRuns::Read(const Records& records, const SString& name) {
+void LaterRuns::Read(const Records& records, const SString& name, const Undone& undone) {
     names_.Push(name);
     const RecordedRun run = records.Read(name);
     if (!run.fault.IsEmpty()) refused_.Push(name + ": " + run.fault);
-    const Undone undone = ReadUndone(records, name);
     for (const Entry& entry : EntriesOf(run.changes)) {
         const auto* change = std::get_if<Change>(&entry.change);
         if (change == nullptr || undone.taken_back.contains(entry.line)) continue;

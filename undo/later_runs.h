@@ -5,6 +5,8 @@
 
 #include "undo/records.h"
 
+struct Undone;
+
 class LaterRuns {
   public:
     /// Those after this run that are not taken back; of one that is in part, the changes that are not.
@@ -19,7 +21,7 @@ class LaterRuns {
     SString ChangedAgain(const Change& change) const;
 
   private:
-    void Read(const Records& records, const SString& name);
+    void Read(const Records& records, const SString& name, const Undone& undone);
 
     SStringList names_;
     SStringList refused_;

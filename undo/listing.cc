@@ -23,14 +23,13 @@ SString Fate(const Undone& undone) {
     return undone.finished.IsEmpty() ? SString("taken back in part") : "taken back " + Plain(undone.finished);
 }
 
-bool ListRun(const Records& records, const SString& name) {
-    const RecordedRun run = records.Read(name);
+bool ListRun(const Records& records, const RecordedRun& run) {
     if (!run.fault.IsEmpty()) {
-        Print(name + ": refused: " + Printable(run.fault) + "\n");
+        Print(run.name + ": refused: " + Printable(run.fault) + "\n");
         return false;
     }
-    Print(name + ": " + Described(run) + ", " + Counted(EntriesOf(run.changes).size(), "change") + ", " +
-          Printable(Fate(ReadUndone(records, name))) + "\n");
+    Print(run.name + ": " + Described(run) + ", " + Counted(EntriesOf(run.changes).size(), "change") + ", " +
+          Printable(Fate(ReadUndone(records, run.name))) + "\n");
     return true;
 }
 
@@ -42,13 +41,13 @@ SString Described(const RecordedRun& run) {
 
 bool ListRuns(const Records& records) {
     bool are_read = true;
-    for (const SString& name : records.Names()) are_read = ListRun(records, name) && are_read;
+    for (const SString& name : records.Names()) are_read = ListRun(records, records.Read(name)) && are_read;
     return are_read;
 }
 
 bool ListChanges(const Records& records, const SString& name) {
-    if (!ListRun(records, name)) return false;
     const RecordedRun run = records.Read(name);
+    if (!ListRun(records, run)) return false;
     for (const Entry& entry : EntriesOf(run.changes)) {
         Print("    " + Printable(Plain(entry.time)) + "  " + InWords(entry) + "\n");
     }

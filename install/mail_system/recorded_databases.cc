@@ -23,12 +23,6 @@ bool IsPlain(const SString& path) {
     return IsRegular(path) && LinkText(path).IsEmpty();
 }
 
-bool IsSecondName(const SString& path, const SString& other) {
-    struct stat one {};
-    struct stat two {};
-    return stat(path.CString(), &one) == 0 && stat(other.CString(), &two) == 0 && IsSameFile(one, two);
-}
-
 /// Without what waits in a journal beside it, a copy would be no whole database.
 bool IsSettled(const SString& module) {
     const SString path = DatabasePath(module);

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include "support/system/file.h"
+#include "support/system/regular_file.h"
 
 std::optional<change::FileId> FileIdOf(const SString& path) {
     struct stat status {};
@@ -13,4 +14,10 @@ std::optional<change::FileId> FileIdOf(const SString& path) {
 bool IsThatFile(const SString& path, const change::FileId& id) {
     const auto found = FileIdOf(path);
     return found && found->inode == id.inode && found->born == id.born;
+}
+
+bool IsSecondName(const SString& path, const SString& other) {
+    struct stat one {};
+    struct stat two {};
+    return stat(path.CString(), &one) == 0 && stat(other.CString(), &two) == 0 && IsSameFile(one, two);
 }

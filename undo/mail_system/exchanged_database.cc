@@ -100,12 +100,6 @@ SString LeftAlone(const DatabaseExchanged& change) {
     return file + what + "; the version from before is " + file + ".backup";
 }
 
-bool IsSecondName(const SString& path, const SString& other) {
-    struct stat one {};
-    struct stat two {};
-    return stat(path.CString(), &one) == 0 && stat(other.CString(), &two) == 0 && IsSameFile(one, two);
-}
-
 /// Where the file could get no second name, the backup is a copy, and the mail owner's.
 bool IsCopy(const DatabaseExchanged& change) {
     return AccessOf(Backup(change.file)) != change.access;

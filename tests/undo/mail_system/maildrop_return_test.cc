@@ -9,21 +9,13 @@
 #include "support/system/file.h"
 #include "support/system/regular_file.h"
 #include "tests/temporary_folder.h"
+#include "tests/undo/mail_system/access_lists.h"
 #include "undo/mail_system/access_list.h"
 
 namespace {
 
 constexpr uid_t kUser = 2001;
 constexpr gid_t kMail = 2008;
-
-/// The login 33 may read and write (linux/posix_acl_xattr.h).
-const SString kListWithAnother =
-    "02000000"
-    "01000600ffffffff"
-    "0200060021000000"
-    "04000600ffffffff"
-    "10000600ffffffff"
-    "20000000ffffffff";
 
 class MaildropReturn : public testing::Test {
   protected:

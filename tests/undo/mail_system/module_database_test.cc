@@ -1,18 +1,10 @@
 // The way back of a module's new database, from wherever the run was killed.
 #include "tests/undo/mail_system/module_database.h"
 #include "support/process/child_process.h"
+#include "tests/undo/mail_system/access_lists.h"
 #include "undo/mail_system/access_list.h"
 
 namespace {
-
-/// The login 33 may read and write (linux/posix_acl_xattr.h).
-const SString kAccessList =
-    "02000000"
-    "01000600ffffffff"
-    "0200060021000000"
-    "04000600ffffffff"
-    "10000600ffffffff"
-    "20000000ffffffff";
 
 bool HasOpenForWriting(pid_t process, const SString& path) {
     const SString folder = "/proc/" + SString(process) + "/";
@@ -198,7 +190,7 @@ TEST_F(ModuleDatabase, WhoseBackupIsACopyHasItsAccessAgain) {
         const SString web = data_.Config("Web");
         ASSERT_EQ(chown(web.CString(), 0, 8), 0);
         ASSERT_EQ(chmod(web.CString(), 0644), 0);
-        ASSERT_TRUE(SetAccessList(Descriptor::Open(web, O_RDONLY), kAccessList));
+        ASSERT_TRUE(SetAccessList(Descriptor::Open(web, O_RDONLY), kListWithAnother));
         const Listing before = Site();
         Run(Exchanged);
         CopyBackup();
@@ -207,7 +199,7 @@ TEST_F(ModuleDatabase, WhoseBackupIsACopyHasItsAccessAgain) {
         if (is_killed_before_removal) data_.WriteConfig("Web.backup", copy);
         EXPECT_EQ(TakeAllBack(), SStringList());
         EXPECT_EQ(Site(), before);
-        EXPECT_EQ(AccessOf(web)->access_list, kAccessList);
+        EXPECT_EQ(AccessOf(web)->access_list, kListWithAnother);
         for (const auto& [name, rest] : before) RemoveFile(data_.Config(name));
     }
 }

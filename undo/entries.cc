@@ -79,13 +79,16 @@ struct Look {
     Finding operator()(const change::RunEnded& /*change*/) const { return {}; }
 };
 
-/// What is as before by now, or somebody's, is not the later run's to be taken back first.
+/// What a later run has changed again is no longer as this one left it, or only looks so. What is as before
+/// by now is not that run's to be taken back first.
 Finding UnlessLater(Finding finding, const Entry& entry, const UndoneRun& run) {
     const auto* change = std::get_if<Change>(&entry.change);
-    const bool is_as_left = finding.standing == Standing::AsLeft;
-    if (run.later == nullptr || change == nullptr || !is_as_left) return finding;
+    const bool is_changed = finding.standing == Standing::Changed;
+    const bool may_be_later = is_changed || finding.standing == Standing::AsLeft;
+    if (run.later == nullptr || change == nullptr || !may_be_later) return finding;
     const SString text = run.later->ChangedAgain(*change);
-    return text.IsEmpty() ? finding : Finding{Standing::Later, text};
+    if (text.IsEmpty()) return finding;
+    return {Standing::Later, is_changed ? finding.text + "; " + text : text};
 }
 
 struct Take {

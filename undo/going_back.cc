@@ -34,23 +34,32 @@ bool IsLeft(Standing standing) {
     return standing == Standing::ByHand || standing == Standing::Changed || MayChange(standing);
 }
 
+/// How an attempt ended; that it succeeded is said in other words on the screen and in the record.
+const char* EndOf(const TakenBack& taken, const char* success) {
+    if (taken.is_interrupted) return "interrupted";
+    return taken.is_whole ? success : "failed";
+}
+
 TakenBack Take(const Entry& entry, const UndoneRun& run, const Finding& finding) {
     BeginProgress(finding.text);
     TakenBack taken = TakeBack(entry, run);
-    EndProgress(taken.is_whole ? "done" : "failed");
+    EndProgress(EndOf(taken, "done"));
     return taken;
 }
 
-void GoBackOver(const Entry& entry, const UndoneRun& run, UndoneRecord* record, Outcome* outcome) {
+/// A signal waits for the change at hand; after the last one there is nothing to interrupt.
+void GoBackOver(const Entry& entry, bool is_last, const UndoneRun& run, UndoneRecord* record,
+                Outcome* outcome) {
     const CriticalSection section;
     const Finding finding = LookAt(entry, run);
     TakenBack taken;
     if (finding.standing == Standing::AsLeft) taken = Take(entry, run, finding);
     if (IsLeft(finding.standing)) taken.left.Push(finding.text);
-    record->Add(entry.line, taken.is_whole ? WordFor(finding.standing) : "failed", taken.left);
+    record->Add(entry.line, EndOf(taken, WordFor(finding.standing)), taken.left);
     outcome->is_whole = outcome->is_whole && taken.is_whole;
     outcome->is_known = outcome->is_known && !MayChange(finding.standing);
     outcome->left.Push(taken.left);
+    outcome->is_interrupted = taken.is_interrupted || (CriticalSection::WasInterrupted() && !is_last);
 }
 
 }  // namespace
@@ -59,9 +68,7 @@ Outcome GoBack(const std::vector<Entry>& entries, const UndoneRun& run, UndoneRe
     Outcome outcome;
     record->Begin(run.options);
     for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
-        GoBackOver(*entry, run, record, &outcome);
-        // After the last change there is nothing to interrupt.
-        outcome.is_interrupted = CriticalSection::WasInterrupted() && std::next(entry) != entries.rend();
+        GoBackOver(*entry, std::next(entry) == entries.rend(), run, record, &outcome);
         if (outcome.is_interrupted) return outcome;
     }
     if (outcome.is_whole && outcome.is_known) record->Finish(run.options);

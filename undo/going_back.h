@@ -5,7 +5,7 @@
 #include "undo/undone.h"
 
 struct Outcome {
-    bool is_interrupted = false;  // by a signal, after a change that was not the last
+    bool is_interrupted = false;  // by a signal, before all was taken back
     bool is_whole = true;         // false: trying again may help
     bool is_known = true;         // false: something could not be looked at, but maybe another time
     SStringList left;             // what was left alone, or is left to the administrator

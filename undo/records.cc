@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 #include "support/system/file.h"
 #include "support/system/trusted_path.h"
@@ -49,11 +50,11 @@ SString LineFault(size_t number) {
     return "line " + SString(number) + " cannot be understood";
 }
 
-void TakeLine(const TimedChange& timed, RecordedRun* run) {
+void TakeLine(TimedChange timed, RecordedRun* run) {
     if (const auto* end = std::get_if<change::RunEnded>(&timed.change)) {
         run->status = end->status;
     } else {
-        run->changes.push_back(timed);
+        run->changes.push_back(std::move(timed));
     }
 }
 
@@ -64,17 +65,18 @@ void TakeLines(SStringList lines, RecordedRun* run) {
         run->fault = "its first line is not the one of this version's records";
         return;
     }
+    run->changes.reserve(static_cast<size_t>(lines.Count()));
     size_t number = 1;
     for (const SString& line : lines) {
         ++number;
-        const std::optional<TimedChange> timed = ChangeFrom(line);
+        std::optional<TimedChange> timed = ChangeFrom(line);
         run->is_cut = !line.EndsWith("\n");
         if (run->is_cut) return;
         if (!timed) {
             run->fault = LineFault(number);
             return;
         }
-        TakeLine(*timed, run);
+        TakeLine(std::move(*timed), run);
     }
 }
 

@@ -47,6 +47,7 @@ struct Finding {
 struct TakenBack {
     bool is_whole = true;  // false: trying again may help
     SStringList left = {};
+    bool is_interrupted = false;  // by a signal, where many go together; it is not whole then
 };
 
 // Each kind has a pair LookAt and TakeBack (undo/ways.h declares all), in a file of its own: undo/host/

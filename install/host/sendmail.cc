@@ -38,8 +38,9 @@ bool Signal(const SStringList& processes, int signal) {
 }
 
 void Kill(const SStringList& found) {
-    RecordSignal(found, SIGTERM);
-    const SStringList processes = StillRunning(found);  // the administrator may have taken long to answer
+    const SStringList recorded = StillRunning(found);  // the administrator may have taken long to answer
+    RecordSignal(recorded, SIGTERM);
+    const SStringList processes = StillRunning(recorded);  // and the disk to take the record
     if (Signal(processes, SIGTERM)) {
         // The mail port is free only when they have ended. Signal 0 only asks.
         Await([&] { return !Signal(processes, 0); });

@@ -92,6 +92,9 @@ TEST_F(LaterRunsTest, KeepAChangeFromBeingTakenBack) {
     EXPECT_EQ(LookAt(entry, run).standing, Standing::Later);
     chmod(path.CString(), 0775);
     EXPECT_EQ(LookAt(entry, run).standing, Standing::AsBefore);
+    chmod(path.CString(), 0700);  // as the later one left it, or somebody
+    EXPECT_EQ(LookAt(entry, run).standing, Standing::Later);
+    EXPECT_TRUE(LookAt(entry, run).text.Matches("; .* was changed again by the later run "));
 }
 
 }  // namespace

@@ -17,6 +17,11 @@ bool HasWork(const change::MaildropGiven& given) {
     return MayGoBack(given) || given.is_replaced;
 }
 
+bool IsTold(UsersOutcome outcome) {
+    return outcome != UsersOutcome::Back && outcome != UsersOutcome::Nothing &&
+           outcome != UsersOutcome::NotVisited;
+}
+
 }  // namespace
 
 Finding LookAt(const MaildropsGiven& change, const UndoneRun& /*run*/) {
@@ -32,16 +37,15 @@ Finding LookAt(const MaildropsGiven& change, const UndoneRun& /*run*/) {
 
 TakenBack TakeBack(const MaildropsGiven& change, const UndoneRun& /*run*/) {
     // Backwards, as one may have been given twice.
-    const MaildropsGiven backwards(change.rbegin(), change.rend());
-    std::vector<VisitRequest> requests;
-    for (const auto& given : backwards) requests.push_back(ToGiveBack(given));
-    const Visited visited = VisitAll(requests);
+    const auto given_at = [&change](size_t i) -> const auto& { return change[change.size() - 1 - i]; };
+    const Visited visited = VisitAll(change.size(), [&](size_t i) { return ToGiveBack(given_at(i)); });
     std::map<UsersOutcome, SStringList> paths;
-    for (size_t i = 0; i < backwards.size(); ++i) {
-        paths[visited.outcomes[i]].Push(Printable(backwards[i].path));
+    for (size_t i = 0; i < change.size(); ++i) {
+        const UsersOutcome outcome = visited.outcomes[i];
+        if (IsTold(outcome)) paths[outcome].Push(Printable(given_at(i).path));
     }
 
-    TakenBack taken = {paths[UsersOutcome::Failed].IsEmpty() && visited.silent.IsEmpty(), {}};
+    TakenBack taken = {paths[UsersOutcome::Failed].IsEmpty() && visited.IsWhole(), {}, visited.is_interrupted};
     const auto tell = [&](UsersOutcome outcome, const SString& text) {
         if (!paths[outcome].IsEmpty()) taken.left.Push(text + FirstOf(paths[outcome]));
     };

@@ -28,6 +28,11 @@ SString NoticeIn(const change::Home& home) {
     return Printable((home.path[-1] == '/' ? home.path : home.path + "/") + ".forward.NOTICE");
 }
 
+struct VisitedHome {
+    const change::Home* home;
+    Identity user;
+};
+
 /// The homes that are visited, and what came of them.
 class Removal {
   public:
@@ -37,21 +42,19 @@ class Removal {
   private:
     void Note(const change::Home& home, UsersOutcome outcome);
 
-    std::vector<const change::Home*> homes_;
-    std::vector<VisitRequest> requests_;
+    NoticeOfRun notice_;
+    std::vector<VisitedHome> homes_;
     SStringList strangers_;
     SStringList changed_;
     SStringList failed_;
 };
 
-Removal::Removal(const NoticesLeft& change, const UndoneRun& run) {
-    const NoticeOfRun notice = NoticeOf(change, run);
+Removal::Removal(const NoticesLeft& change, const UndoneRun& run) : notice_(NoticeOf(change, run)) {
     LoginIndex logins;
     logins.Refresh();
     for (const change::Home& home : change.homes) {
-        if (const auto user = Find(home, &logins)) {
-            homes_.push_back(&home);
-            requests_.push_back(ToRemoveNotice(home.path, *user, notice));
+        if (auto user = Find(home, &logins)) {
+            homes_.push_back({&home, std::move(*user)});
         } else {
             strangers_.Push(Printable(home.login));
         }
@@ -64,9 +67,11 @@ void Removal::Note(const change::Home& home, UsersOutcome outcome) {
 }
 
 TakenBack Removal::Run() {
-    const Visited visited = VisitAll(requests_);
-    for (size_t i = 0; i < homes_.size(); ++i) Note(*homes_[i], visited.outcomes[i]);
-    TakenBack taken = {failed_.IsEmpty() && visited.silent.IsEmpty(), {}};
+    const Visited visited = VisitAll(homes_.size(), [this](size_t i) {
+        return ToRemoveNotice(homes_[i].home->path, homes_[i].user, notice_);
+    });
+    for (size_t i = 0; i < homes_.size(); ++i) Note(*homes_[i].home, visited.outcomes[i]);
+    TakenBack taken = {failed_.IsEmpty() && visited.IsWhole(), {}, visited.is_interrupted};
     if (!changed_.IsEmpty()) taken.left.Push("No longer as Install left it, so kept: " + FirstOf(changed_));
     if (!strangers_.IsEmpty()) {
         taken.left.Push("Not looked for a notice, as the login is gone or has another id: " +

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "install/accounts/account_digest.h"
+#include "install/critical_section.h"
 #include "support/database/account.h"
 #include "support/text/counted.h"
 #include "support/text/printable.h"
@@ -48,12 +49,15 @@ class Deletion {
     SString key_;
     SStringList changed_;
     size_t failed_ = 0;
+    bool is_interrupted_ = false;  // by a signal, between batches
 };
 
 void Deletion::Run() {
     const AccountSession session;
-    for (size_t from = 0; from < accounts_.size(); from += kTogether) {
-        DeleteSome(from, std::min(from + kTogether, accounts_.size()));
+    for (size_t from = 0; from < accounts_.size() && !is_interrupted_; from += kTogether) {
+        const size_t to = std::min(from + kTogether, accounts_.size());
+        DeleteSome(from, to);
+        is_interrupted_ = CriticalSection::WasInterrupted() && to < accounts_.size();
     }
     if (!SyncAccounts()) failed_ = std::max(failed_, size_t{1});
 }
@@ -84,7 +88,7 @@ bool Deletion::IsAsLeft(const SAccount& account) const {
 }
 
 TakenBack Deletion::Outcome() const {
-    TakenBack taken = {failed_ == 0, {}};
+    TakenBack taken = {failed_ == 0 && !is_interrupted_, {}, is_interrupted_};
     if (!changed_.IsEmpty()) {
         taken.left.Push("Changed since, so kept: " + Counted(changed_.Count(), "account") + " (" +
                         FirstOf(changed_) + ")");

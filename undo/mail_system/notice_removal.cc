@@ -38,9 +38,9 @@ UsersOutcome Judge(const Descriptor& home, const struct stat& seen, const Identi
     const UsersOutcome others = is_older ? UsersOutcome::Nothing : UsersOutcome::Changed;
     if (!IsOwn(seen, user)) return others;
     if (seen.st_size == 0) return is_older ? UsersOutcome::Nothing : UsersOutcome::Back;
-    const RegularFile file = OpenRegularFile(kName, O_RDONLY, Links::NotAtEnd, home.Get());
-    // As long as it was seen: to find its end would take another call.
-    const size_t size = std::min(static_cast<size_t>(seen.st_size), kMostBytes);
+    const RegularFile file = OpenRegularFile(kName, O_RDONLY | O_NOATIME, Links::NotAtEnd, home.Get());
+    // As long as it was when it was opened: to find its end would take another call.
+    const size_t size = std::min(static_cast<size_t>(file.status.st_size), kMostBytes);
     const auto text = file && IsSameFile(file.status, seen) ? file.descriptor.ReadAll(size) : std::nullopt;
     const auto date = text ? NoticeOf(notice.host).DateOf(*text) : std::nullopt;
     if (!date) return others;

@@ -1,7 +1,11 @@
 #include "undo/mail_system/user_visits.h"
 
 #include <algorithm>
+#include <deque>
+#include <functional>
+#include <thread>
 
+#include "install/critical_section.h"
 #include "install/visits/visitor.h"
 
 namespace {
@@ -10,122 +14,127 @@ using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
 constexpr size_t kMostAhead = 1000;
+constexpr size_t kMany = 1000;  // for which a second visitor is worth its start
+constexpr size_t kMostVisitors = 4;
 constexpr milliseconds kLook{1000};
 
-constexpr const char* kNotice = "notice";
-constexpr const char* kMaildrop = "maildrop";
+/// Started when they are needed for the first time.
+class Visitors {
+  public:
+    void StartFor(size_t requests);
+    Visitor& For(const VisitRequest& request);
+    void Transmit();
+    SStringList Reminders() const;
 
-template <typename Number>
-Number Shift(SStringList* task) {
-    return static_cast<Number>(task->Shift().ToNumber());
+  private:
+    std::deque<Visitor> visitors_;
+};
+
+void Visitors::StartFor(size_t requests) {
+    const size_t processors = std::max(1U, std::thread::hardware_concurrency());
+    const size_t count = requests < kMany ? 1 : std::min(processors, kMostVisitors);
+    while (visitors_.size() < count) visitors_.emplace_back(DoTask);
 }
 
-NoticeOfRun NoticeFrom(SStringList task) {
-    NoticeOfRun notice;
-    notice.host = task.Shift();
-    notice.begun = Shift<int64_t>(&task);
-    notice.next = Shift<int64_t>(&task);
-    return notice;
+/// The same place is always the same visitor's.
+Visitor& Visitors::For(const VisitRequest& request) {
+    const std::string& place = (request.home.IsEmpty() ? request.maildrop : request.home).Bytes();
+    return visitors_[std::hash<std::string>()(place) % visitors_.size()];
 }
 
-change::MaildropGiven GivenFrom(const SString& path, SStringList task) {
-    change::MaildropGiven given;
-    given.path = path;
-    given.before.owner = Shift<uid_t>(&task);
-    given.before.group = Shift<gid_t>(&task);
-    given.before.mode.bits = Shift<mode_t>(&task);
-    given.before.access_list = task.Shift();
-    given.user = Shift<uid_t>(&task);
-    given.mail_group = Shift<gid_t>(&task);
-    given.is_replaced = Shift<int>(&task) != 0;
-    given.process = Shift<int64_t>(&task);
-    return given;
+void Visitors::Transmit() {
+    for (Visitor& visitor : visitors_) visitor.Transmit();
 }
 
-UsersOutcome Do(const VisitRequest& request, ManyUsers* users, VisitProgress* progress) {
-    SStringList task = request.task;
-    const SString kind = task.Shift();
-    if (kind == kNotice && !request.home.IsEmpty()) {
-        return RemoveNotice(request.home, request.user, NoticeFrom(task), users, progress);
+SStringList Visitors::Reminders() const {
+    SStringList all;
+    for (const Visitor& visitor : visitors_) {
+        for (const SString& reminder : visitor.Reminders()) {
+            if (!all.Contains(reminder)) all.Push(reminder);
+        }
     }
-    if (kind == kMaildrop && !request.maildrop.IsEmpty()) {
-        progress->LookAt(request.maildrop);
-        return GiveBack(GivenFrom(request.maildrop, task));
-    }
-    return UsersOutcome::NotVisited;  // it lies where nothing answers
+    return all;
 }
 
-VisitAnswer Visit(const VisitRequest& request, ManyUsers* users, VisitProgress* progress) {
-    VisitAnswer answer;
-    answer.end = VisitEnd::Visited;
-    answer.outcome = static_cast<int64_t>(Do(request, users, progress));
-    return answer;
-}
-
-/// Requests that are sent ahead of the answers.
+/// Requests that are sent ahead of the answers, which are taken in the same order.
 class Round {
   public:
-    Round(Visitor* visitor, const std::vector<VisitRequest>& requests)
-        : visitor_(visitor), requests_(requests) {}
+    Round(Visitors* visitors, size_t count, const std::function<VisitRequest(size_t)>& request)
+        : visitors_(visitors), count_(count), request_(request) {}
     std::vector<UsersOutcome> Run();
 
   private:
     void SendAhead();
+    Visitor* Send(size_t i);
+    void SendAgain(const Visitor* visitor);
     UsersOutcome Next();
 
-    Visitor* visitor_;
-    const std::vector<VisitRequest>& requests_;
-    size_t sent_ = 0;
+    Visitors* visitors_;
+    size_t count_;
+    const std::function<VisitRequest(size_t)>& request_;
+    std::deque<Visitor*> sent_;  // whose answers are still to come
     size_t answered_ = 0;
 };
 
+/// Of all, or after a signal of those that were under way.
 std::vector<UsersOutcome> Round::Run() {
     std::vector<UsersOutcome> outcomes;
-    while (answered_ < requests_.size()) {
-        SendAhead();
+    outcomes.reserve(count_);
+    SendAhead();
+    while (!sent_.empty()) {
         outcomes.push_back(Next());
+        SendAhead();
     }
     return outcomes;
 }
 
-/// Many at once, which wakes the visitor once.
+/// Many at once, which wakes a visitor once.
 void Round::SendAhead() {
-    if (sent_ - answered_ > kMostAhead / 2 || sent_ == requests_.size()) return;
-    while (sent_ < requests_.size() && sent_ - answered_ < kMostAhead) visitor_->Send(requests_[sent_++]);
-    visitor_->Transmit();
+    if (sent_.size() > kMostAhead / 2 || CriticalSection::WasInterrupted()) return;
+    while (sent_.size() < kMostAhead && answered_ + sent_.size() < count_) {
+        sent_.push_back(Send(answered_ + sent_.size()));
+    }
+    visitors_->Transmit();
+}
+
+Visitor* Round::Send(size_t i) {
+    VisitRequest request = request_(i);
+    Visitor& visitor = visitors_->For(request);
+    visitor.Send(std::move(request));
+    return &visitor;
 }
 
 UsersOutcome Round::Next() {
-    visitor_->HasAnswer(steady_clock::now() +
-                        kLook);  // looks now and then, which costs less than being woken
-    const VisitAnswer answer = visitor_->Next();
+    Visitor* visitor = sent_.front();
+    // Looks now and then, which costs less than being woken.
+    visitor->HasAnswer(steady_clock::now() + kLook);
+    const VisitAnswer answer = visitor->Next();
+    sent_.pop_front();
     ++answered_;
-    if (answer.end == VisitEnd::GivenUp) sent_ = answered_;
+    if (answer.end == VisitEnd::GivenUp) SendAgain(visitor);
     return answer.end == VisitEnd::Visited ? static_cast<UsersOutcome>(answer.outcome)
                                            : UsersOutcome::NotVisited;
 }
 
+/// The visitor that has given one up has forgotten those that were to follow.
+void Round::SendAgain(const Visitor* visitor) {
+    for (size_t i = 0; i < sent_.size(); ++i) {
+        if (sent_[i] == visitor) Send(answered_ + i);
+    }
+}
+
 }  // namespace
 
-VisitRequest ToRemoveNotice(const SString& home, const Identity& user, const NoticeOfRun& notice) {
-    return {"", home, user, {kNotice, notice.host, notice.begun, notice.next}};
-}
-
-VisitRequest ToGiveBack(const change::MaildropGiven& given) {
-    const change::Access& before = given.before;
-    return {given.path,
-            "",
-            {},
-            {kMaildrop, before.owner, before.group, before.mode.bits, before.access_list, given.user,
-             given.mail_group, static_cast<int>(given.is_replaced), given.process}};
-}
-
-Visited VisitAll(const std::vector<VisitRequest>& requests) {
-    static Visitor visitor(Visit);
-    const size_t told = visitor.Reminders().Count();
+Visited VisitAll(size_t count, const std::function<VisitRequest(size_t)>& request) {
+    static Visitors visitors;
+    visitors.StartFor(count);
+    const SStringList told = visitors.Reminders();
     Visited visited;
-    visited.outcomes = Round(&visitor, requests).Run();
-    visited.silent = visitor.Reminders();
-    visited.silent.Splice(0, static_cast<int>(told));
+    visited.outcomes = Round(&visitors, count, request).Run();
+    for (const SString& reminder : visitors.Reminders()) {
+        if (!told.Contains(reminder)) visited.silent.Push(reminder);
+    }
+    visited.is_interrupted = visited.outcomes.size() < count;
+    visited.outcomes.resize(count, UsersOutcome::NotVisited);
     return visited;
 }

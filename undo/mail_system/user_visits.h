@@ -1,20 +1,20 @@
-// Visits to users' homes and maildrops on the way back, by the visitor's process (install/visits/visitor.h):
-// one that does not answer holds nobody up for longer than ten seconds.
+// Visits to users' homes and maildrops on the way back, by visitors' processes (install/visits/visitor.h): one
+// that does not answer holds nobody up for longer than ten seconds.
 #pragma once
 
+#include <functional>
 #include <vector>
 
-#include "install/visits/visit.h"
-#include "undo/mail_system/maildrop_return.h"
-#include "undo/mail_system/notice_removal.h"
-
-VisitRequest ToRemoveNotice(const SString& home, const Identity& user, const NoticeOfRun& notice);
-VisitRequest ToGiveBack(const change::MaildropGiven& given);
+#include "undo/mail_system/user_tasks.h"
 
 struct Visited {
     std::vector<UsersOutcome> outcomes;  // one for each request, in their order
     SStringList silent;                  // what did not answer, a line each
+    bool is_interrupted = false;         // by a signal: some were not visited
+
+    bool IsWhole() const { return silent.IsEmpty() && !is_interrupted; }
 };
 
-/// Many are under way at once. One process serves all calls, and remembers what was silent.
-Visited VisitAll(const std::vector<VisitRequest>& requests);
+/// Many requests are under way at once; those for the same place keep their order. They are made when they are
+/// sent, maybe twice. The same processes serve all calls, and remember what was silent.
+Visited VisitAll(size_t count, const std::function<VisitRequest(size_t)>& request);

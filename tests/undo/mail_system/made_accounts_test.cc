@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "install/accounts/account_digest.h"
+#include "install/settings.h"
 #include "tests/install/account_database.h"
 #include "undo/ways.h"
 
@@ -15,6 +16,7 @@ class MadeAccounts : public testing::Test {
         }
         run_.options.accounts = true;
     }
+    ~MadeAccounts() override { gf_Killed = 0; }
     SString Digest(const SString& uid) const {
         SAccount account;
         EXPECT_TRUE(SAccountDB().GetAccountInfo(uid, &account));
@@ -46,6 +48,28 @@ TEST_F(MadeAccounts, AreDeletedWithTheirAddresses) {
     EXPECT_TRUE(SAccountDB().GetLocalMailDomains().IsEmpty());
     EXPECT_EQ(LookAt(change_, run_).standing, Standing::AsBefore);
     EXPECT_TRUE(TakeBack(change_, run_).left.IsEmpty());
+}
+
+/// Between the batches: a site's accounts may take seconds.
+TEST_F(MadeAccounts, AreDeletedFurtherAfterASignal) {
+    {
+        AccountTransaction transaction;
+        for (int i = 0; i < 1500; ++i) {
+            const SString uid = "u" + SString(i);
+            accounts_.Add(uid, uid + "@example.com");
+            change_.accounts.push_back({uid, Digest(uid)});
+        }
+        ASSERT_TRUE(transaction.Commit());
+    }
+    gf_Killed = 1;
+    const TakenBack taken = TakeBack(change_, run_);
+    EXPECT_TRUE(taken.is_interrupted);
+    EXPECT_FALSE(taken.is_whole);
+    EXPECT_TRUE(taken.left.IsEmpty());
+    EXPECT_EQ(accounts_.Uids().Count(), 503U);
+    gf_Killed = 0;
+    EXPECT_TRUE(TakeBack(change_, run_).is_whole);
+    EXPECT_TRUE(accounts_.Uids().IsEmpty());
 }
 
 TEST_F(MadeAccounts, StayWhereSomebodyChangedThem) {

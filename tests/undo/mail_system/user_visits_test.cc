@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "install/settings.h"
 #include "install/visits/forward_notice.h"
 #include "install/visits/maildrop.h"
 #include "support/system/clock.h"
@@ -15,10 +16,12 @@ namespace {
 
 const SString kHost = "mail.example.com";
 constexpr gid_t kMail = 8;
+constexpr int kMany = 3000;
 
 class UserVisits : public testing::Test {
   protected:
     UserVisits() { chmod((folder_ / "").CString(), 0755); }
+    ~UserVisits() override { gf_Killed = 0; }
 
     change::Home HomeWithNotice(const SString& login, const SString& text) {
         const SString home = MakeHome(folder_, login);
@@ -35,6 +38,17 @@ class UserVisits : public testing::Test {
         EXPECT_EQ(chown(path.CString(), before.owner, before.group), 0);
         RepairMaildrop(path, {2001, 2001, {}}, kMail);
         return {path, before, 2001, kMail, false, 4711};
+    }
+    MaildropsGiven ManyMaildrops() {
+        MaildropsGiven many;
+        for (int i = 0; i < kMany; ++i) many.push_back(Maildrop("m" + SString(i), {0, 0, {0600}, ""}));
+        return many;
+    }
+    /// Of the many.
+    int CountOfRoots() const {
+        int count = 0;
+        for (int i = 0; i < kMany; ++i) count += StatusOf("m" + SString(i)).st_uid == 0 ? 1 : 0;
+        return count;
     }
     struct stat StatusOf(const SString& name) const {
         struct stat status {};
@@ -82,10 +96,33 @@ TEST_F(UserVisits, GiveMaildropsBack) {
 }
 
 TEST_F(UserVisits, AreManyAtOnce) {
-    MaildropsGiven change;
-    for (int i = 0; i < 3000; ++i) change.push_back(Maildrop("m" + SString(i), {0, 0, {0600}, ""}));
+    const MaildropsGiven change = ManyMaildrops();
     EXPECT_TRUE(TakeBack(change, run_).left.IsEmpty());
-    for (int i = 0; i < 3000; ++i) EXPECT_EQ(StatusOf("m" + SString(i)).st_uid, 0U);
+    EXPECT_EQ(CountOfRoots(), kMany);
+}
+
+/// By several visitors: of two changes of one maildrop, the later one is taken back first.
+TEST_F(UserVisits, KeepTheOrderAtOnePlace) {
+    MaildropsGiven change = ManyMaildrops();
+    for (int i = 0; i < kMany; ++i) {
+        change.push_back(change[static_cast<size_t>(i)]);
+        change.back().before = {2001, kMail, {0600}, ""};
+    }
+    EXPECT_TRUE(TakeBack(change, run_).left.IsEmpty());
+    EXPECT_EQ(CountOfRoots(), kMany);
+}
+
+TEST_F(UserVisits, GoOnAfterASignal) {
+    const MaildropsGiven change = ManyMaildrops();
+    gf_Killed = 1;
+    const TakenBack taken = TakeBack(change, run_);
+    EXPECT_TRUE(taken.is_interrupted);
+    EXPECT_FALSE(taken.is_whole);
+    EXPECT_TRUE(taken.left.IsEmpty());
+    EXPECT_LT(CountOfRoots(), kMany);
+    gf_Killed = 0;
+    EXPECT_TRUE(TakeBack(change, run_).is_whole);
+    EXPECT_EQ(CountOfRoots(), kMany);
 }
 
 }  // namespace

@@ -37,7 +37,9 @@ Finding LookAt(const MaildropsGiven& change, const UndoneRun& /*run*/) {
 
 TakenBack TakeBack(const MaildropsGiven& change, const UndoneRun& /*run*/) {
     // Backwards, as one may have been given twice.
-    const auto given_at = [&change](size_t i) -> const auto& { return change[change.size() - 1 - i]; };
+    const auto given_at = [&change](size_t i) -> const auto& {
+        return change[change.size() - 1 - i];
+    };
     const Visited visited = VisitAll(change.size(), [&](size_t i) { return ToGiveBack(given_at(i)); });
     std::map<UsersOutcome, SStringList> paths;
     for (size_t i = 0; i < change.size(); ++i) {
@@ -45,7 +47,8 @@ TakenBack TakeBack(const MaildropsGiven& change, const UndoneRun& /*run*/) {
         if (IsTold(outcome)) paths[outcome].Push(Printable(given_at(i).path));
     }
 
-    TakenBack taken = {paths[UsersOutcome::Failed].IsEmpty() && visited.IsWhole(), {}, visited.is_interrupted};
+    TakenBack taken = {
+        paths[UsersOutcome::Failed].IsEmpty() && visited.IsWhole(), {}, visited.is_interrupted};
     const auto tell = [&](UsersOutcome outcome, const SString& text) {
         if (!paths[outcome].IsEmpty()) taken.left.Push(text + FirstOf(paths[outcome]));
     };

@@ -64,6 +64,6 @@ Outcome GoBack(const std::vector<Entry>& entries, const UndoneRun& run, UndoneRe
         outcome.is_interrupted = CriticalSection::WasInterrupted() && std::next(entry) != entries.rend();
         if (outcome.is_interrupted) return outcome;
     }
-    if (outcome.is_whole && outcome.is_known) record->Finish(run.options);
+    if (outcome.is_whole && outcome.is_known) record->Finish(run.options, !outcome.left.IsEmpty());
     return outcome;
 }

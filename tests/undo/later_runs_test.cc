@@ -79,7 +79,7 @@ TEST_F(LaterRunsTest, CountAsFarAsTheyAreNotTakenBack) {
     EXPECT_EQ(ChangedAgain(kMode), "");
     EXPECT_NE(ChangedAgain(kLink), "");
     EXPECT_EQ(LaterRuns(records, kFirst).Names(), SStringList(kSecond));
-    undone.Finish({});
+    undone.Finish({}, false);
     EXPECT_EQ(ChangedAgain(kLink), "");
     EXPECT_TRUE(LaterRuns(records, kFirst).Names().IsEmpty());
 }

@@ -102,15 +102,16 @@ int TakeBackRun(const Records& records, const RecordedRun& read, const LaterRuns
                 const Options& options) {
     std::vector<Change> changes;
     for (const TimedChange& timed : read.changes) changes.push_back(timed.change);
+    const Undone undone = ReadUndone(records, read.name);
+    const std::vector<Entry> entries = EntriesToTakeBack(read, undone);
     const UndoneRun run{records.KeptOf(read.name),
                         records.KeyOf(read.name),
                         TimeOf(read.name),
                         NextOf(records, read.name),
                         options.undo,
                         &changes,
-                        &later};
-    const Undone undone = ReadUndone(records, read.name);
-    const std::vector<Entry> entries = EntriesToTakeBack(read, undone);
+                        &later,
+                        &entries};
     UndoneRecord record(records, read.name);
     if (!LowerPrivileges()) return Refuse("The rights of " + gstr_MailOwner + " could not be taken on.");
     const std::vector<Planned> plan = PlanFor(entries, run);

@@ -71,6 +71,6 @@ Outcome GoBack(const std::vector<Entry>& entries, const UndoneRun& run, UndoneRe
         GoBackOver(*entry, std::next(entry) == entries.rend(), run, record, &outcome);
         if (outcome.is_interrupted) return outcome;
     }
-    if (outcome.is_whole && outcome.is_known) record->Finish(run.options);
+    if (outcome.is_whole && outcome.is_known) record->Finish(run.options, !outcome.left.IsEmpty());
     return outcome;
 }

@@ -1,5 +1,6 @@
 #include "undo/later_runs.h"
 
+#include "install/settings.h"
 #include "undo/entries.h"
 #include "undo/undone.h"
 
@@ -21,6 +22,8 @@ struct Subjects {
         const SString table = Table(setting.database, setting.table);
         return {"\"" + setting.key + "\" of " + table, table, setting.database};
     }
+    /// However many runs have started it, only one runs.
+    SStringList operator()(const change::ServerStarted& /*started*/) const { return gstr_ProductName; }
     SStringList operator()(const auto& /*change*/) const { return {}; }
 
   private:
@@ -31,6 +34,10 @@ struct Subjects {
 
 SStringList SubjectsOf(const Change& change) {
     return std::visit(Subjects(), change);
+}
+
+const char* Done(const Change& change) {
+    return std::holds_alternative<change::ServerStarted>(change) ? "started" : "changed";
 }
 
 }  // namespace
@@ -58,7 +65,7 @@ SString LaterRuns::ChangedAgain(const Change& change) const {
     for (const SString& subject : SubjectsOf(change)) {
         const auto found = last_.find(subject);
         if (found == last_.end()) continue;
-        return subject + " was changed again by the later run " + found->second +
+        return subject + " was " + Done(change) + " again by the later run " + found->second +
                ": take that one back first";
     }
     return "";

@@ -15,9 +15,9 @@ class LaterRuns {
     const SStringList& Names() const { return names_; }
     /// Those of which nothing is known: "RUN: why its record is refused".
     const SStringList& Refused() const { return refused_; }
-    /// What is said of a change of the same path, database, table or setting; empty if none of them has
-    /// changed that. Processes, accounts, messages, homes and maildrops are told apart by their own ways
-    /// back.
+    /// What is said of a change of the same path, database, table or setting, and of a start of the mail
+    /// system; empty if none of them has changed or started that again. Signalled processes, accounts,
+    /// messages, homes and maildrops are told apart by their own ways back.
     SString ChangedAgain(const Change& change) const;
 
   private:

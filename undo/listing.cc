@@ -20,7 +20,9 @@ SString Plain(const SString& time) {
 
 SString Fate(const Undone& undone) {
     if (!undone.is_begun) return "not taken back";
-    return undone.finished.IsEmpty() ? SString("taken back in part") : "taken back " + Plain(undone.finished);
+    if (undone.finished.IsEmpty()) return "taken back in part";
+    const SString fate = "taken back " + Plain(undone.finished);
+    return undone.has_left ? fate + ", but something was left" : fate;
 }
 
 bool ListRun(const Records& records, const RecordedRun& run) {

@@ -65,12 +65,13 @@ int ReportNothing(const std::vector<Planned>& plan, const Undone& undone, const 
     if (undone.is_begun && undone.finished.IsEmpty()) HangUpMailSystem();
     // What nobody has taken back may be somebody's only for now.
     const bool is_finished = plan.empty() || (undone.is_begun && IsFinal(plan));
-    if (is_finished && !IsDone(undone, options)) {
+    const bool has_left = LeavesAnything(plan);
+    if (is_finished && (!IsDone(undone, options) || undone.has_left != has_left)) {
         record->Begin(options);
-        record->Finish(options);
+        record->Finish(options, has_left);
     }
     if (!record->IsWhole()) PrintParagraph(kNotRecorded);
-    return LeavesAnything(plan) ? kSomethingLeft : kNothingLeft;
+    return has_left ? kSomethingLeft : kNothingLeft;
 }
 
 /// What was taken back once is another run's if it is there again.
@@ -101,15 +102,16 @@ int TakeBackRun(const Records& records, const RecordedRun& read, const LaterRuns
                 const Options& options) {
     std::vector<Change> changes;
     for (const TimedChange& timed : read.changes) changes.push_back(timed.change);
+    const Undone undone = ReadUndone(records, read.name);
+    const std::vector<Entry> entries = EntriesToTakeBack(read, undone);
     const UndoneRun run{records.KeptOf(read.name),
                         records.KeyOf(read.name),
                         TimeOf(read.name),
                         NextOf(records, read.name),
                         options.undo,
                         &changes,
-                        &later};
-    const Undone undone = ReadUndone(records, read.name);
-    const std::vector<Entry> entries = EntriesToTakeBack(read, undone);
+                        &later,
+                        &entries};
     UndoneRecord record(records, read.name);
     if (!LowerPrivileges()) return Refuse("The rights of " + gstr_MailOwner + " could not be taken on.");
     const std::vector<Planned> plan = PlanFor(entries, run);

@@ -62,17 +62,22 @@ bool DetermineOwner() {
     return true;
 }
 
+/// As it ended then.
+int TellTakenBack(const SString& name, const Undone& undone) {
+    const SString what =
+        undone.has_left ? ", but something was left: Undo " + name + " shows what. An" : SString(". An");
+    PrintParagraph("The last run, " + name + ", has been taken back already" + what +
+                   " earlier one has to be named: Undo RUN, of those that Undo --list shows.");
+    return undone.has_left ? kSomethingLeft : kNothingLeft;
+}
+
 int GoBackFrom(const Records& records, const Options& options) {
     const SStringList names = records.Names();
     const SString name = options.run.IsEmpty() ? names.Get(static_cast<int>(names.Count()) - 1) : options.run;
     if (!names.Contains(name)) return RefuseUnknown(name);
     // A script that runs Undo twice must not go back two runs.
-    if (options.run.IsEmpty() && IsDone(ReadUndone(records, name), options.undo)) {
-        PrintParagraph("The last run, " + name +
-                       ", has been taken back already. An earlier one has to be named: "
-                       "Undo RUN, of those that Undo --list shows.");
-        return kNothingLeft;
-    }
+    const Undone undone = ReadUndone(records, name);
+    if (options.run.IsEmpty() && IsDone(undone, options.undo)) return TellTakenBack(name, undone);
     const RecordedRun run = records.Read(name);
     if (!run.fault.IsEmpty())
         return Refuse("The record of the run " + name + " is refused: " + run.fault + ".");

@@ -51,6 +51,7 @@ void TakeLine(const Json& line, Undone* undone) {
     undone->finished = time != line.end() && time->is_string() ? SString(time->get<std::string>()) : "once";
     undone->options.accounts |= Has(line, "accounts");
     undone->options.units |= Has(line, "units");
+    undone->has_left = Has(line, "left");
 }
 
 }  // namespace
@@ -93,8 +94,10 @@ void UndoneRecord::Add(size_t change, const SString& outcome, const SStringList&
                 {"left", texts}}));
 }
 
-void UndoneRecord::Finish(const UndoOptions& options) {
-    Write(Line(OptionsLine("finished", options)));
+void UndoneRecord::Finish(const UndoOptions& options, bool has_left) {
+    Json line = OptionsLine("finished", options);
+    line["left"] = has_left;
+    Write(Line(line));
     is_whole_ = is_whole_ && file_.Sync();
 }
 

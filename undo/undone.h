@@ -2,7 +2,7 @@
 //
 //     {"time":"2026-11-23T08:00:00Z","begun":true,"accounts":false,"units":false}
 //     {"time":"2026-11-23T08:00:01Z","change":12,"outcome":"taken back","left":[]}
-//     {"time":"2026-11-23T08:00:02Z","finished":true,"accounts":false,"units":false}
+//     {"time":"2026-11-23T08:00:02Z","finished":true,"accounts":false,"units":false,"left":false}
 //
 // Without the last line Undo was interrupted; it is run again then, and adds its lines.
 #pragma once
@@ -17,6 +17,7 @@ struct Undone {
     bool is_begun = false;
     SString finished;             // when; empty if it is not
     UndoOptions options;          // with all that finished
+    bool has_left = false;        // the one that finished last has named something
     std::set<size_t> taken_back;  // changes, by their lines, of which nothing was left
 };
 
@@ -35,7 +36,7 @@ class UndoneRecord {
     void Begin(const UndoOptions& options);
     /// The change by its line in the record.
     void Add(size_t change, const SString& outcome, const SStringList& left);
-    void Finish(const UndoOptions& options);
+    void Finish(const UndoOptions& options, bool has_left);
     /// Every line so far is written.
     bool IsWhole() const { return is_whole_; }
 

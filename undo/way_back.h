@@ -7,6 +7,7 @@
 #include "install/record/change.h"
 
 class LaterRuns;
+struct Entry;
 
 struct UndoOptions {
     bool accounts = false;  // takes the run's accounts and messages back, too
@@ -23,6 +24,7 @@ struct UndoneRun {
     const std::vector<Change>* changes =
         nullptr;  // all of the run's: later ones may have changed the same again
     const LaterRuns* later = nullptr;
+    const std::vector<Entry>* entries = nullptr;  // of its changes, those that are not taken back yet
 };
 
 enum class Standing {

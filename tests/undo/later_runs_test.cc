@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include "install/settings.h"
 #include "tests/temporary_folder.h"
 #include "undo/entries.h"
 #include "undo/undone.h"
@@ -39,9 +40,21 @@ TEST_F(LaterRunsTest, AreToldByWhatTheyChanged) {
     EXPECT_EQ(ChangedAgain(kMode), SString("/var/mail was changed again by the later run ") + kSecond +
                                        ": take that one back first");
     EXPECT_TRUE(ChangedAgain(kLink).Matches(kThird));
-    EXPECT_EQ(ChangedAgain(change::ServerStarted{}), "");
     EXPECT_EQ(ChangedAgain(change::ModeSet{"/var/opt", {}, {}}), "");
     EXPECT_EQ(LaterRuns(Read(), kSecond).ChangedAgain(kMode), "");
+}
+
+TEST_F(LaterRunsTest, KeepTheMailSystemThatTheyStarted) {
+    Record(kFirst, {change::ServerStarted{}});
+    Record(kSecond, {change::ServerStarted{}});
+    EXPECT_EQ(
+        ChangedAgain(change::ServerStarted{}),
+        gstr_ProductName + " was started again by the later run " + kSecond + ": take that one back first");
+    const Records records = Read();
+    UndoneRecord undone(records, kSecond);
+    undone.Begin({});
+    undone.Add(2, kTakenBack, {});
+    EXPECT_EQ(ChangedAgain(change::ServerStarted{}), "");
 }
 
 TEST_F(LaterRunsTest, ChangeASettingOrAllOfItsDatabase) {
@@ -66,7 +79,7 @@ TEST_F(LaterRunsTest, CountAsFarAsTheyAreNotTakenBack) {
     EXPECT_EQ(ChangedAgain(kMode), "");
     EXPECT_NE(ChangedAgain(kLink), "");
     EXPECT_EQ(LaterRuns(records, kFirst).Names(), SStringList(kSecond));
-    undone.Finish({});
+    undone.Finish({}, false);
     EXPECT_EQ(ChangedAgain(kLink), "");
     EXPECT_TRUE(LaterRuns(records, kFirst).Names().IsEmpty());
 }

@@ -148,13 +148,16 @@ TEST(UndoneRecord, TellsWhatWasFinished) {
     EXPECT_EQ(ReadUndone(records, kName).finished, "");
     record.Add(3, kTakenBack, {});
     record.Add(4, kTakenBack, SStringList("left"));
-    record.Finish({true, false});
+    record.Finish({true, false}, true);
     EXPECT_TRUE(record.IsWhole());
     const Undone undone = ReadUndone(records, kName);
     EXPECT_TRUE(undone.finished.Matches("^\\d{4}-\\d\\d-\\d\\dT"));
     EXPECT_TRUE(undone.options.accounts);
     EXPECT_FALSE(undone.options.units);
+    EXPECT_TRUE(undone.has_left);
     EXPECT_EQ(undone.taken_back, std::set<size_t>({3}));
+    record.Finish({}, false);
+    EXPECT_FALSE(ReadUndone(records, kName).has_left);
 }
 
 TEST(UndoneRecord, IsGoneOnWithAfterACutLine) {
@@ -163,7 +166,7 @@ TEST(UndoneRecord, IsGoneOnWithAfterACutLine) {
     folder.Write(SString(kName) + ".undone", "{\"time\":\"20", 0600);
     UndoneRecord record(records, kName);
     record.Begin({});
-    record.Finish({});
+    record.Finish({}, false);
     EXPECT_NE(ReadUndone(records, kName).finished, "");
 }
 

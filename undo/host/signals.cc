@@ -2,6 +2,7 @@
 // was told to read its configuration again is told once more with that configuration's own way back.
 #include <map>
 
+#include "install/reminders.h"
 #include "support/process/process.h"
 #include "support/system/identity.h"
 #include "undo/host/stopped_servers.h"
@@ -35,6 +36,19 @@ SStringList Commands(const SStringList& units) {
     return commands;
 }
 
+/// Starts it, and tells where it is not active afterwards.
+SStringList LeftOf(const SString& unit) {
+    switch (StartUnit(unit)) {
+        case UnitStart::Active:
+            return {};
+        case UnitStart::Failed:
+            return unit + " could not be started: " + StartCommand(unit);
+        case UnitStart::Unfinished:
+            break;
+    }
+    return unit + " has not started within 20 seconds: systemctl status " + ShellWord(unit);
+}
+
 }  // namespace
 
 Finding LookAt(const change::ProcessesSignalled& change, const UndoneRun& run) {
@@ -50,9 +64,7 @@ Finding LookAt(const change::ProcessesSignalled& change, const UndoneRun& run) {
 TakenBack TakeBack(const change::ProcessesSignalled& change, const UndoneRun& /*run*/) {
     const StoppedServers stopped = StoppedNow(change);
     TakenBack taken;
-    for (const SString& unit : stopped.units) {
-        if (!StartUnit(unit)) taken.left.Push(unit + " could not be started: " + StartCommand(unit));
-    }
+    for (const SString& unit : stopped.units) taken.left.Push(LeftOf(unit));
     taken.is_whole = taken.left.IsEmpty();
     taken.left.Push(stopped.by_hand);
     return taken;

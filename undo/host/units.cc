@@ -7,9 +7,13 @@
 
 namespace {
 
+constexpr char kTimedOut[] = "137";  // as timeout exits
+
+/// A start may never end; systemd goes on with it when systemctl is gone. Not ResultWithin, which a signal
+/// ends at once: here it waits for the change at hand.
 SString FirstLine(const SString& command) {
     const AsRoot root;
-    return ReadCommand(command).Get(0).ChopLineEnd();
+    return ReadCommand("timeout --signal=KILL 20 " + command).Get(0).ChopLineEnd();
 }
 
 SString Systemctl(const SString& verb, const SString& unit) {
@@ -27,10 +31,11 @@ bool IsUnitActive(const SString& unit) {
     return IsUnitName(unit) && FirstLine(Systemctl("is-active", unit)) == "active" && !HasExited(unit);
 }
 
-bool StartUnit(const SString& unit) {
-    if (!IsUnitName(unit)) return false;
-    FirstLine(StartCommand(unit));
-    return IsUnitActive(unit);
+UnitStart StartUnit(const SString& unit) {
+    if (!IsUnitName(unit)) return UnitStart::Failed;
+    const bool is_ended = FirstLine(StartCommand(unit) + " >/dev/null; echo $?") != kTimedOut;
+    if (IsUnitActive(unit)) return UnitStart::Active;
+    return is_ended ? UnitStart::Failed : UnitStart::Unfinished;
 }
 
 SString StartCommand(const SString& unit) {

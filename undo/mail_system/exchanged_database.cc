@@ -3,6 +3,8 @@
 // prepared_database.cc.
 #include <sys/stat.h>
 
+#include <algorithm>
+
 #include "install/mail_system/settings_digest.h"
 #include "install/record/access.h"
 #include "install/record/file_id.h"
@@ -11,6 +13,7 @@
 #include "support/system/file.h"
 #include "support/system/regular_file.h"
 #include "support/text/printable.h"
+#include "undo/entries.h"
 #include "undo/mail_system/changes_of.h"
 #include "undo/mail_system/kept_files.h"
 #include "undo/mail_system/module_database.h"
@@ -60,18 +63,23 @@ Standing StandingNow(const DatabaseExchanged& change) {
     return IsNewVersion(change.file, change) ? StandingOfNewVersion(change) : StandingOfOther(change);
 }
 
+/// The database in which a setting was stored, or a table made; empty for other changes.
+SString StoredIn(const Entry& entry) {
+    const auto* change = std::get_if<Change>(&entry.change);
+    if (change == nullptr) return "";
+    if (const auto* setting = std::get_if<change::SettingChanged>(change))
+        return SiteDatabase(setting->database);
+    const auto* made = std::get_if<change::DatabaseMade>(change);
+    return made == nullptr ? SString() : SiteDatabase(made->file);
+}
+
 /// What the run changed later in the same database is taken back before this.
 bool HasMoreToTakeBack(const DatabaseExchanged& change, const UndoneRun& run) {
+    if (run.entries == nullptr) return false;
     const SString name = SiteDatabase(change.file);
-    bool has_more = false;
-    EachOf<change::SettingChanged>(run, [&](const auto& setting) {
-        has_more |=
-            SiteDatabase(setting.database) == name && LookAt(setting, run).standing == Standing::AsLeft;
+    return std::ranges::any_of(*run.entries, [&](const Entry& entry) {
+        return StoredIn(entry) == name && LookAt(entry, run).standing == Standing::AsLeft;
     });
-    EachOf<change::DatabaseMade>(run, [&](const auto& made) {
-        has_more |= SiteDatabase(made.file) == name && LookAt(made, run).standing == Standing::AsLeft;
-    });
-    return has_more;
 }
 
 /// From which FILE.install is made anew.

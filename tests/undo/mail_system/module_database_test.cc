@@ -2,6 +2,8 @@
 #include "tests/undo/mail_system/module_database.h"
 #include "support/process/child_process.h"
 #include "tests/undo/mail_system/access_lists.h"
+#include "undo/entries.h"
+#include "undo/later_runs.h"
 #include "undo/mail_system/access_list.h"
 
 namespace {
@@ -73,12 +75,40 @@ TEST_F(ModuleDatabase, IsPlannedToGoBackWhileTheRunsOwnSettingsStand) {
     const change::SettingChanged setting = {"Web", "/Config", "Socket", "8080", "26"};
     changes_.push_back(setting);
     Put("Web", "Socket", "26");
+    const std::vector<Entry> entries = {{4, "", Change(setting)}};
+    run_.entries = &entries;
     EXPECT_EQ(OfExchange(), Standing::AsLeft);
     EXPECT_EQ(TakeExchangeBack().Count(), 1U);  // not before the setting
     EXPECT_EQ(Socket("Web"), "26");
     EXPECT_TRUE(TakeBack(setting, run_).left.IsEmpty());
     EXPECT_EQ(TakeAllBack(), SStringList());
     EXPECT_EQ(Site(), before);
+}
+
+/// Who has made it anew since then meant it.
+TEST_F(ModuleDatabase, StaysWhereTheRunsOwnSettingWasTakenBackBefore) {
+    MakeSite(false);
+    Run(Exchanged);
+    changes_.push_back(change::SettingChanged{"Web", "/Config", "Socket", "8080", "26"});
+    Put("Web", "Socket", "26");
+    const std::vector<Entry> entries;
+    run_.entries = &entries;
+    EXPECT_EQ(OfExchange(), Standing::Changed);
+}
+
+TEST_F(ModuleDatabase, StaysWhileALaterRunHasTheSettingChangedAgain) {
+    MakeSite(false);
+    Run(Exchanged);
+    const change::SettingChanged setting = {"Web", "/Config", "Socket", "8080", "26"};
+    Put("Web", "Socket", "26");
+    const std::vector<Entry> entries = {{4, "", Change(setting)}};
+    run_.entries = &entries;
+    const SString later = "20261123T170405Z-1";
+    beside_.Write(later, FormatLine() + LineOf({"2026-11-23T17:04:06Z", setting}), 0600);
+    const Records records(beside_ / ".");
+    const LaterRuns runs(records, "20261122T170405Z-1");
+    run_.later = &runs;
+    EXPECT_EQ(OfExchange(), Standing::Changed);
 }
 
 TEST_F(ModuleDatabase, StaysWhereSomebodyChangedASetting) {

@@ -3,9 +3,12 @@
 # "run", after lib.sh. $steps are Install's, and a scenario has at least $points_at_least such calls.
 # shellcheck shell=bash disable=SC2154
 
-changing_calls=write,pwrite64,openat,rename,renameat,renameat2,unlink,unlinkat,link,linkat,symlink,symlinkat,mkdir,mkdirat
-changing_calls+=,rmdir,chmod,fchmod,fchmodat,chown,fchown,lchown,fchownat,fsetxattr,setxattr,fremovexattr,ftruncate
-changing_calls+=,fallocate,sendto,kill
+# Of all that Linux has: tests/changing-calls checks that none is forgotten.
+changing_calls=write,writev,pwrite64,pwritev,pwritev2,sendfile,copy_file_range,splice,open,openat,openat2,creat
+changing_calls+=,rename,renameat,renameat2,unlink,unlinkat,rmdir,link,linkat,symlink,symlinkat,mkdir,mkdirat,mknod,mknodat
+changing_calls+=,chmod,fchmod,fchmodat,?fchmodat2,chown,fchown,lchown,fchownat,utime,utimes,utimensat,futimesat
+changing_calls+=,setxattr,lsetxattr,fsetxattr,removexattr,lremovexattr,fremovexattr,truncate,ftruncate,fallocate
+changing_calls+=,sendto,sendmsg,kill,tkill,tgkill
 failures=0
 kills=0
 # Without --seccomp-bpf, by which strace 6.1 sends no signal; without -f where a server is left behind, which would be
@@ -17,20 +20,20 @@ fault=
 servers=()
 
 # kill_points COMMAND...: runs it, and prints "CALL NUMBER" for each such call, counted as strace counts: by process and
-# call. What is written to the screen or in memory changes nothing, nor does an open that makes no file, nor signal 0, nor a fault.
+# call. What is written to the screen or in memory changes nothing, nor does an open that makes or empties no file, nor signal
+# 0, nor a fault.
 kill_points() {
     strace -qq "${follow[@]}" -y -o /tmp/trace -e "trace=$changing_calls${fault:+,${fault%%:*}}" \
-        -e signal=none ${fault:+-e "inject=$fault"} \
-        "$@" >/tmp/screen 2>&1
+        -e signal=none ${fault:+-e "inject=$fault"} "$@" >/tmp/screen 2>&1
     awk '
         $1 !~ /^[0-9]+$/ { $0 = "0 " $0 }
-        $2 !~ /^[a-z0-9]+\(/ { next }
+        $2 !~ /^[a-z0-9_]+\(/ { next }
         { call = $2; sub(/\(.*/, "", call) }
         { number[$1, call]++ }
-        call == "openat" && !/O_CREAT/ { next }
+        call ~ /^open/ && !/O_CREAT|O_TRUNC/ { next }
         /INJECTED/ { next }
         call == "kill" && /, SIG_0\)/ { next }
-        call ~ /^(p?write|ftruncate|fallocate)/ && !/^[0-9]+ +[a-z0-9]+\([0-9]+<\/(etc|var|home|usr|opt|srv|root)\// { next }
+        call ~ /^(p?write|sendfile|ftruncate|fallocate)/ && !/^[0-9]+ +[a-z0-9]+\([0-9]+<\/(etc|var|home|usr|opt|srv|root)\// { next }
         { print call, number[$1, call] }' /tmp/trace | sort -u
 }
 

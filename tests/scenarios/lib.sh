@@ -366,6 +366,22 @@ undo() {
     echo "(status ${PIPESTATUS[0]})"
 }
 
+# left_by_undo FILE: what an Undo that did not end with status 0 names as left: at its end or, where it had nothing to do, in
+# its plan. In the file, its status follows its output.
+left_by_undo() {
+    awk 'function forget() { count = is_list = 0 }
+        /^The run of / { forget() }
+        /^Left alone / { forget() }
+        /^(This is left |Left alone )/ { is_list = 1 }
+        /^$/ { is_list = 0 }
+        is_list && /^    / { left[++count] = substr($0, 5) }
+        /^Undo.*: status / {
+            if (!count) left[++count] = $0
+            for (i = 1; i <= count; i++) print "left: " left[i]
+            forget()
+        }' "$1"
+}
+
 # take_back_runs [OPTION...]: those that "remember_host" (run-scenario) did not find, with accounts and messages.
 take_back_runs() {
     local run

@@ -21,7 +21,7 @@ std::vector<Runner> Running() {
         users[entry.ToNumber()] = static_cast<uid_t>(entry.S("^\\d+ ", "").ToNumber());
     for (const SString& entry : processes) {
         const auto user = users.find(entry.ToNumber());
-        if (user != users.end()) running.push_back({ProcessName(entry), user->second});
+        if (user != users.end()) running.push_back({entry.ToNumber(), ProcessName(entry), user->second});
     }
     return running;
 }

@@ -15,9 +15,17 @@ SString CommandLine(const change::Process& process) {
     return process.name + " is to be started again by hand; it called itself: " + process.command.Join(" ");
 }
 
-bool IsRunning(const change::Process& process, const std::vector<Runner>& running) {
+bool IsSignalled(int64_t id, const change::ProcessesSignalled& change) {
+    return std::ranges::any_of(change.processes,
+                               [id](const change::Process& process) { return process.id == id; });
+}
+
+bool IsRunning(const change::Process& process, const change::ProcessesSignalled& change,
+               const std::vector<Runner>& running) {
     return std::ranges::any_of(running, [&](const Runner& runner) {
-        return runner.name == process.name && (runner.user == 0 || runner.user == process.user);
+        const bool has_name =
+            runner.name == process.name && (runner.user == 0 || runner.user == process.user);
+        return has_name && (runner.id == process.id || !IsSignalled(runner.id, change));
     });
 }
 
@@ -30,7 +38,7 @@ StoppedServers StoppedServersOf(const change::ProcessesSignalled& change, const 
     for (const change::Process& process : change.processes) {
         if (IsUnitName(process.unit)) {
             if (!is_active(process.unit)) PushOnce(process.unit, &stopped.units);
-        } else if (!IsRunning(process, running)) {
+        } else if (!IsRunning(process, change, running)) {
             PushOnce(CommandLine(process), &stopped.by_hand);
         }
     }

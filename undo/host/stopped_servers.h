@@ -10,11 +10,13 @@ struct StoppedServers {
 
 /// A process, by the real user whose choice its name is.
 struct Runner {
+    int64_t id = 0;
     SString name;
     uid_t user = 0;
 };
 
 /// Those that are not running again, given what runs and what tells a unit that is active. A process of that
-/// name counts where it is root's or the same user's: any login could have one.
+/// name counts where it is root's or the same user's: any login could have one. Of those that were signalled
+/// only the very one counts: where Install was killed in between, the others still run.
 StoppedServers StoppedServersOf(const change::ProcessesSignalled& change, const std::vector<Runner>& running,
                                 bool (*is_active)(const SString& unit));

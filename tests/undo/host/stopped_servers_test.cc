@@ -22,7 +22,7 @@ SStringList ByHandWith(const std::vector<Runner>& running) {
 }
 
 TEST(StoppedServersOf, TellsEachOnce) {
-    const StoppedServers stopped = StoppedServersOf(Signalled("TERM"), {{"sh", 0}}, IsExim);
+    const StoppedServers stopped = StoppedServersOf(Signalled("TERM"), {{1, "sh", 0}}, IsExim);
     EXPECT_EQ(stopped.units, SStringList("qpopper.service"));
     EXPECT_EQ(stopped.by_hand,
               SStringList({"sendmail is to be started again by hand; it called itself: sendmail: accepting",
@@ -30,13 +30,18 @@ TEST(StoppedServersOf, TellsEachOnce) {
 }
 
 TEST(StoppedServersOf, LeavesOutWhatRuns) {
-    EXPECT_TRUE(ByHandWith({{"fingerd", 0}, {"sendmail", 25}}).IsEmpty());
-    EXPECT_TRUE(ByHandWith({{"fingerd", 0}, {"sendmail", 0}}).IsEmpty());
+    EXPECT_TRUE(ByHandWith({{5001, "fingerd", 0}, {5002, "sendmail", 25}}).IsEmpty());
+    EXPECT_TRUE(ByHandWith({{5003, "fingerd", 0}, {5004, "sendmail", 0}}).IsEmpty());
+}
+
+TEST(StoppedServersOf, TellsOfAProcessThatOthersOutlived) {
+    EXPECT_EQ(ByHandWith({{4715, "fingerd", 0}, {4714, "sendmail", 25}}).Count(), 1U);
+    EXPECT_TRUE(ByHandWith({{4715, "fingerd", 0}, {4713, "sendmail", 25}, {4714, "sendmail", 25}}).IsEmpty());
 }
 
 TEST(StoppedServersOf, CountsNobodyElsesProcess) {
-    EXPECT_EQ(ByHandWith({{"fingerd", 1001}, {"sendmail", 1001}}).Count(), 2U);
-    EXPECT_EQ(ByHandWith({{"fingerd", 25}, {"sendmail", 25}}).Count(), 1U);
+    EXPECT_EQ(ByHandWith({{5005, "fingerd", 1001}, {5006, "sendmail", 1001}}).Count(), 2U);
+    EXPECT_EQ(ByHandWith({{5007, "fingerd", 25}, {5008, "sendmail", 25}}).Count(), 1U);
 }
 
 TEST(StoppedServersOf, KnowsThatAHangUpStopsNothing) {

@@ -20,7 +20,7 @@ SString Plain(const SString& time) {
 
 SString Fate(const Undone& undone) {
     if (!undone.is_begun) return "not taken back";
-    if (undone.finished.IsEmpty()) return "taken back in part";
+    if (undone.is_open) return "taken back in part";
     const SString fate = "taken back " + Plain(undone.finished);
     return undone.has_left ? fate + ", but something was left" : fate;
 }

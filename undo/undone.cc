@@ -45,8 +45,9 @@ void TakeChange(const Json& line, Undone* undone) {
 void TakeLine(const Json& line, Undone* undone) {
     if (!line.is_object()) return;
     undone->is_begun = true;
+    undone->is_open = !Has(line, "finished");
     TakeChange(line, undone);
-    if (!Has(line, "finished")) return;
+    if (undone->is_open) return;
     const auto time = line.find("time");
     undone->finished = time != line.end() && time->is_string() ? SString(time->get<std::string>()) : "once";
     undone->options.accounts |= Has(line, "accounts");

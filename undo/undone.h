@@ -15,7 +15,8 @@
 /// What is recorded of taking a run back.
 struct Undone {
     bool is_begun = false;
-    SString finished;             // when; empty if it is not
+    bool is_open = false;         // the last one that began has not finished
+    SString finished;             // when the last one finished; empty if none has
     UndoOptions options;          // with all that finished
     bool has_left = false;        // the one that finished last has named something
     std::set<size_t> taken_back;  // changes, by their lines, of which nothing was left

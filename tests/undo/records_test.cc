@@ -158,6 +158,10 @@ TEST(UndoneRecord, TellsWhatWasFinished) {
     EXPECT_EQ(undone.taken_back, std::set<size_t>({3}));
     record.Finish({}, false);
     EXPECT_FALSE(ReadUndone(records, kName).has_left);
+    EXPECT_FALSE(ReadUndone(records, kName).is_open);
+    record.Begin({true, false});
+    EXPECT_TRUE(ReadUndone(records, kName).is_open);
+    EXPECT_NE(ReadUndone(records, kName).finished, "");
 }
 
 TEST(UndoneRecord, IsGoneOnWithAfterACutLine) {

@@ -105,7 +105,9 @@ SString LeftAlone(const DatabaseExchanged& change) {
     const SString file = Printable(change.file);
     if (IsReplacedSince(change)) return file + " was replaced by a later run: take that back first";
     const char* what = EntryExists(change.file) ? " was changed since Install replaced it" : " is gone";
-    return file + what + "; the version from before is " + file + ".backup";
+    // An Undo that was killed may have put it back before somebody changed it.
+    const bool has_backup = EntryExists(Backup(change.file));
+    return file + what + (has_backup ? "; the version from before is " + file + ".backup" : SString());
 }
 
 /// Where the file could get no second name, the backup is a copy, and the mail owner's.

@@ -1,16 +1,44 @@
 // Maildrops of many: given back the owners and modes that they had.
 #include <algorithm>
-#include <map>
 
 #include "support/text/counted.h"
 #include "support/text/printable.h"
 #include "undo/mail_system/user_visits.h"
+#include "undo/octal.h"
 #include "undo/ways.h"
 
 namespace {
 
-SString OfThirdLogins(SStringList paths) {
-    return "Not given back, as it belonged to neither root nor its user: " + FirstOf(std::move(paths));
+/// Told with each that is not as it was, for chown and chmod.
+SString WithAccessBefore(const change::MaildropGiven& given) {
+    const change::Access& before = given.before;
+    return Printable(given.path) + " (before: owner " + SString(before.owner) + ", group " +
+           SString(before.group) + ", mode " + Octal(before.mode.bits) +
+           (before.access_list.IsEmpty() ? ")" : ", with an access list)");
+}
+
+constexpr const char* kOfThirdLogins = "Not given back, as it belonged to neither root nor its user: ";
+
+struct Told {
+    UsersOutcome outcome;
+    const char* text;
+};
+
+constexpr Told kTold[] = {
+    {UsersOutcome::ThirdLogins, kOfThirdLogins},
+    {UsersOutcome::Replaced, "Stays its user's, as the one from before was a third login's, and empty: "},
+    {UsersOutcome::BackWithoutSetId,
+     "Given back without set-user-ID and set-group-ID, as its user may have written in it: "},
+    {UsersOutcome::Changed, "No longer as Install left it, so left alone: "},
+    {UsersOutcome::Failed, "Could not be given back: "},
+};
+
+SStringList ThoseWith(UsersOutcome outcome, const MaildropsGiven& maildrops, const Visited& visited) {
+    SStringList those;
+    for (size_t i = 0; i < maildrops.size(); ++i) {
+        if (visited.outcomes[i] == outcome) those.Push(WithAccessBefore(maildrops[i]));
+    }
+    return those;
 }
 
 bool HasWork(const change::MaildropGiven& given) {
@@ -26,8 +54,8 @@ Finding LookAt(const MaildropsGiven& change, const UndoneRun& /*run*/) {
                 "Put owner and mode of " + Counted(count, "maildrop") + " back as they were"};
     }
     SStringList paths;
-    for (const auto& given : change) paths.Push(Printable(given.path));
-    return paths.IsEmpty() ? Finding() : Finding{Standing::Kept, OfThirdLogins(paths)};
+    for (const auto& given : change) paths.Push(WithAccessBefore(given));
+    return paths.IsEmpty() ? Finding() : Finding{Standing::Kept, kOfThirdLogins + FirstOf(paths)};
 }
 
 TakenBack TakeBack(const MaildropsGiven& change, const UndoneRun& /*run*/) {
@@ -36,20 +64,13 @@ TakenBack TakeBack(const MaildropsGiven& change, const UndoneRun& /*run*/) {
     std::vector<VisitRequest> requests;
     for (const auto& given : backwards) requests.push_back(ToGiveBack(given));
     const Visited visited = VisitAll(requests);
-    std::map<UsersOutcome, SStringList> paths;
-    for (size_t i = 0; i < backwards.size(); ++i) {
-        paths[visited.outcomes[i]].Push(Printable(backwards[i].path));
+    TakenBack taken;
+    taken.is_whole =
+        std::ranges::count(visited.outcomes, UsersOutcome::Failed) == 0 && visited.silent.IsEmpty();
+    for (const Told& told : kTold) {
+        const SStringList those = ThoseWith(told.outcome, backwards, visited);
+        if (!those.IsEmpty()) taken.left.Push(told.text + FirstOf(those));
     }
-
-    TakenBack taken = {paths[UsersOutcome::Failed].IsEmpty() && visited.silent.IsEmpty(), {}};
-    const auto tell = [&](UsersOutcome outcome, const SString& text) {
-        if (!paths[outcome].IsEmpty()) taken.left.Push(text + FirstOf(paths[outcome]));
-    };
-    if (!paths[UsersOutcome::ThirdLogins].IsEmpty())
-        taken.left.Push(OfThirdLogins(paths[UsersOutcome::ThirdLogins]));
-    tell(UsersOutcome::Replaced, "Stays its user's, as the one from before was a third login's, and empty: ");
-    tell(UsersOutcome::Changed, "No longer as Install left it, so left alone: ");
-    tell(UsersOutcome::Failed, "Could not be given back: ");
     for (const SString& line : visited.silent) {
         taken.left.Push(Printable(line).S("^Maildrops were not repaired", "Maildrops were not given back"));
     }

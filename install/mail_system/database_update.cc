@@ -6,6 +6,7 @@
 #include <optional>
 #include <utility>
 
+#include "install/record/file_id.h"
 #include "support/database/database_file.h"
 #include "support/system/descriptor.h"
 #include "support/system/file.h"
@@ -79,6 +80,11 @@ bool KeepPrevious(const SString& file, const Sdbfile& in_use) {
 /// Usually FILE is still the old database and the rename of one link over the other does nothing, so the
 /// backup is removed.
 bool RollBack(const SString& file) {
+    // A copy has another owner: FILE itself, which still is there, stays.
+    if (EntryExists(file) && !IsSecondName(file, file + ".backup")) {
+        RemoveFile(file + ".backup");
+        return true;
+    }
     if (!Rename(file + ".backup", file)) return false;
     RemoveFile(file + ".backup");
     SyncParent(file);

@@ -49,11 +49,14 @@ mode_t ModeOf(const change::Access& before) {
     return before.mode.bits & ~kRunsAsOwner;
 }
 
-/// Also by a run that was killed before it changed anything.
-bool IsBack(const change::Access& now, const change::Access& before) {
+bool IsBackWithoutSetId(const change::Access& now, const change::Access& before) {
     change::Access back = before;
     back.mode.bits = ModeOf(before);
-    return now == before || now == back;
+    return now == back;
+}
+
+UsersOutcome Back(const change::Access& before) {
+    return (before.mode.bits & kRunsAsOwner) == 0 ? UsersOutcome::Back : UsersOutcome::BackWithoutSetId;
 }
 
 /// The new owner gets rights only once the others have lost theirs.
@@ -90,11 +93,12 @@ void RemovePending(const MaildropGiven& given) {
 UsersOutcome Return(const RegularFile& file, const MaildropGiven& given) {
     const auto now = AccessOf(file.descriptor, file.status);
     if (!now) return UsersOutcome::Failed;
-    if (IsBack(*now, given.before)) return UsersOutcome::Nothing;
+    if (*now == given.before) return UsersOutcome::Nothing;  // or a run was killed before it changed it
+    if (IsBackWithoutSetId(*now, given.before)) return UsersOutcome::BackWithoutSetId;
     if (given.is_replaced) return UsersOutcome::Replaced;
     if (!IsAsLeft(*now, given) && !IsUnderWay(*now, given)) return UsersOutcome::Changed;
     if (!MayGoBack(given)) return UsersOutcome::ThirdLogins;
-    return SetAccess(file.descriptor, *now, given.before) ? UsersOutcome::Back : UsersOutcome::Failed;
+    return SetAccess(file.descriptor, *now, given.before) ? Back(given.before) : UsersOutcome::Failed;
 }
 
 }  // namespace

@@ -63,13 +63,19 @@ std::optional<SString> BackupBytes(const DatabasePrepared& change) {
     return BytesOf(Backup(change.file));
 }
 
+/// As it will be, too, once an exchange has been taken back.
+Part PartOfMissingBackup(const DatabasePrepared& change, const UndoneRun& run) {
+    if (!change.older_backup.was_there) return Part::AsBefore;
+    return KeptBytes(change.older_backup, run) ? Part::ToDo : Part::Lost;
+}
+
 /// Nothing but the exchange touches it. A link or a directory, which are not kept, is never the run's.
 Part PartOfBackup(const DatabasePrepared& change, const UndoneRun& run) {
     if (!ExchangeOf(change.file, run)) return Part::AsBefore;
     const change::KeptFile& older = change.older_backup;
     const auto kept = KeptBytes(older, run);
     const Part to_do = older.was_there && !kept ? Part::Lost : Part::ToDo;
-    if (!EntryExists(Backup(change.file))) return older.was_there ? to_do : Part::AsBefore;
+    if (!EntryExists(Backup(change.file))) return PartOfMissingBackup(change, run);
     const auto bytes = BackupBytes(change);
     if (kept && bytes == kept) return Part::AsBefore;
     if (bytes && bytes == BytesOf(change.file)) return to_do;
@@ -138,19 +144,20 @@ bool IsSettled(const DatabasePrepared& change) {
 }  // namespace
 
 Finding LookAt(const DatabasePrepared& change, const UndoneRun& run) {
-    const SString new_version = Printable(NewVersion(change.file));
-    Finding to_do = {Standing::AsLeft, "Make " + new_version + " anew, as it was delivered"};
-    if (StandingOfExchange(change, run) == Standing::AsLeft) return to_do;
-    if (IsStillExchanged(change, run)) return {};
+    const bool goes_back = StandingOfExchange(change, run) == Standing::AsLeft;
+    if (!goes_back && IsStillExchanged(change, run)) return {};
     if (SiteDatabase(change.file).IsEmpty()) return {Standing::Unknown, OfAnotherSite(change.file)};
     const Part part = PartOfNewVersion(change, run);
-    const Part backup = PartOfBackup(change, run);
-    if (part == Part::ToDo) return to_do;
-    if (backup == Part::ToDo || EntryExists(UnfinishedBackup(change))) {
-        return {Standing::AsLeft, "Put " + Printable(Backup(change.file)) + " back as it was"};
+    const Part backup = goes_back ? PartOfMissingBackup(change, run) : PartOfBackup(change, run);
+    const SString left = LeftAlone(change, run, part, backup).Join("; ");
+    if (part == Part::ToDo) {
+        const SString new_version = Printable(NewVersion(change.file));
+        return {Standing::AsLeft, "Make " + new_version + " anew, as it was delivered", left};
     }
-    const SStringList left = LeftAlone(change, run, part, backup);
-    return left.IsEmpty() ? Finding() : Finding{Standing::Changed, left.Join("; ")};
+    if (backup == Part::ToDo || EntryExists(UnfinishedBackup(change))) {
+        return {Standing::AsLeft, "Put " + Printable(Backup(change.file)) + " back as it was", left};
+    }
+    return left.IsEmpty() ? Finding() : Finding{Standing::Changed, left};
 }
 
 TakenBack TakeBack(const DatabasePrepared& change, const UndoneRun& run) {

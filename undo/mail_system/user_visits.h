@@ -1,5 +1,5 @@
-// Visits to users' homes and maildrops on the way back, by visitors' processes (install/visits/visitor.h): one
-// that does not answer holds nobody up for longer than ten seconds.
+// Visits to users' homes and maildrops on the way back, by visitors' processes (install/visits/visitor.h):
+// one that does not answer holds nobody up for longer than ten seconds.
 #pragma once
 
 #include <functional>
@@ -15,6 +15,6 @@ struct Visited {
     bool IsWhole() const { return silent.IsEmpty() && !is_interrupted; }
 };
 
-/// Many requests are under way at once; those for the same place keep their order. They are made when they are
-/// sent, maybe twice. The same processes serve all calls, and remember what was silent.
+/// Many requests are under way at once; those for the same place keep their order. They are made when they
+/// are sent, maybe twice. The same processes serve all calls, and remember what was silent.
 Visited VisitAll(size_t count, const std::function<VisitRequest(size_t)>& request);

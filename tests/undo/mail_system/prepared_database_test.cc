@@ -50,6 +50,25 @@ TEST_F(PreparedDatabase, IsLeftWhereANewerOneCameAfterUndo) {
     EXPECT_EQ(Site(), after);
 }
 
+/// The plan tells it before the exchange is taken back.
+TEST_F(PreparedDatabase, IsLeftWhereANewerOneCameAfterTheExchange) {
+    for (const bool has_older_backup : {false, true}) {
+        SCOPED_TRACE(has_older_backup);
+        MakeSite(has_older_backup);
+        Run(Exchanged);
+        Put("Web.install", "Version", "3");
+        const Finding plan = LookAt(prepared_, run_);
+        EXPECT_EQ(plan.standing, has_older_backup ? Standing::AsLeft : Standing::Changed);
+        EXPECT_EQ(plan.text,
+                  has_older_backup ? "Put " + data_.Config("Web.backup") + " back as it was" : AnotherOne());
+        EXPECT_EQ(plan.by_hand, has_older_backup ? AnotherOne() : SString());
+        EXPECT_EQ(TakeAllBack(), AnotherOne());
+        EXPECT_EQ(Socket("Web"), "8080");
+        EXPECT_EQ(EntryExists(data_.Config("Web.backup")), has_older_backup);
+        for (const auto& [name, rest] : Site()) RemoveFile(data_.Config(name));
+    }
+}
+
 TEST_F(PreparedDatabase, IsLeftWhereAnotherFileHasItsInodeNumber) {
     MakeSite(false);
     Run(Carried);

@@ -40,6 +40,23 @@ SStringList Unfinished(const MessageQueued& change) {
     return files;
 }
 
+/// The mail system may put what it cannot deliver yet into DATA/deferred/MODULE/; empty if it did not.
+SString DeferredControl(const MessageQueued& change) {
+    for (const SString& module : ReadDir(change.control.S("control/[^/]+$", "deferred"))) {
+        const SString path = module + "/" + BaseName(change.control, "");
+        if (EntryExists(path)) return path;
+    }
+    return "";
+}
+
+Finding LookAtTaken(const MessageQueued& change, const UndoneRun& run) {
+    const SString deferred = DeferredControl(change);
+    if (deferred.IsEmpty()) return {};
+    return {run.options.accounts ? Standing::Changed : Standing::Kept,
+            "The mail system has deferred the message " + Printable(Stem(change)) +
+                ", which stays: " + Printable(deferred)};
+}
+
 bool IsAsLeft(const MessageQueued& change, const UndoneRun& run, const SString& bytes) {
     return KeyedChecksum(run.key, bytes) == change.digest;
 }
@@ -64,7 +81,7 @@ Finding LookAtQueued(const MessageQueued& change, const UndoneRun& run) {
 
 Finding LookAt(const MessageQueued& change, const UndoneRun& run) {
     if (EntryExists(change.control)) return LookAtQueued(change, run);
-    if (Unfinished(change).IsEmpty()) return {};
+    if (Unfinished(change).IsEmpty()) return LookAtTaken(change, run);
     return {Standing::AsLeft,
             "Remove what is there of the message " + Printable(Stem(change)) + ", which was not finished"};
 }

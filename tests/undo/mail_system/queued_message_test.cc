@@ -67,6 +67,19 @@ TEST_F(QueuedMessage, ThatIsUnderWayIsLeftToTheMailSystem) {
     EXPECT_EQ(Files(), 2U);
 }
 
+TEST_F(QueuedMessage, ThatIsDeferredIsNamed) {
+    const SString deferred = Path("deferred/Mailer/2026.AB4711.Notify-Control");
+    MakeDir(Path("deferred"), 0700);
+    MakeDir(Path("deferred/Mailer"), 0700);
+    ASSERT_TRUE(Rename(change_.control, deferred));
+    EXPECT_EQ(LookAt(change_, run_).standing, Standing::Changed);
+    EXPECT_EQ(TakeBack(change_, run_).left,
+              "The mail system has deferred the message 2026.AB4711.Notify, which stays: " + deferred);
+    EXPECT_TRUE(EntryExists(deferred));
+    run_.options.accounts = false;
+    EXPECT_EQ(LookAt(change_, run_).standing, Standing::Kept);
+}
+
 TEST_F(QueuedMessage, ThatAKilledRunDidNotFinishGoesInAnyCase) {
     run_.options.accounts = false;
     ASSERT_TRUE(Rename(change_.control, Path("control/.2026.AB4711.Notify-Control.4711.12")));

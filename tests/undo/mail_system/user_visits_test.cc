@@ -80,7 +80,8 @@ TEST_F(UserVisits, RemoveNotices) {
 
 TEST_F(UserVisits, GiveMaildropsBack) {
     MaildropsGiven change = {Maildrop("anna", {0, 0, {0600}, ""}), Maildrop("bruno", {33, 33, {0644}, ""}),
-                             Maildrop("clara", {2001, 8, {0640}, ""}), Maildrop("dora", {2001, 33, {04755}, ""})};
+                             Maildrop("clara", {2001, 8, {0640}, ""}),
+                             Maildrop("dora", {2001, 33, {04755}, ""})};
     chmod((folder_ / "clara").CString(), 0644);
     EXPECT_EQ(LookAt(change, run_).text, "Put owner and mode of 3 maildrops back as they were");
     const TakenBack taken = TakeBack(change, run_);
@@ -89,7 +90,8 @@ TEST_F(UserVisits, GiveMaildropsBack) {
               SStringList({"Not given back, as it belonged to neither root nor its user: " +
                                folder_ / "bruno (before: owner 33, group 33, mode 644)",
                            "Given back without set-user-ID and set-group-ID, as its user may have written in"
-                           " it: " + folder_ / "dora (before: owner 2001, group 33, mode 4755)",
+                           " it: " +
+                               folder_ / "dora (before: owner 2001, group 33, mode 4755)",
                            "No longer as Install left it, so left alone: " +
                                folder_ / "clara (before: owner 2001, group 8, mode 640)"}));
     EXPECT_EQ(StatusOf("anna").st_uid, 0U);

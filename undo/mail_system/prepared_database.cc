@@ -69,6 +69,13 @@ Part PartOfMissingBackup(const DatabasePrepared& change, const UndoneRun& run) {
     return KeptBytes(change.older_backup, run) ? Part::ToDo : Part::Lost;
 }
 
+/// A second name or a copy of the database from before, which a killed exchange leaves.
+bool IsOfDatabaseBefore(const SString& backup, const DatabasePrepared& change, const UndoneRun& run) {
+    if (IsSecondName(change.file, Backup(change.file))) return true;
+    const SString before = ExchangeOf(change.file, run)->before;
+    return backup == BytesOf(change.file) && !before.IsEmpty() && SettingsDigest(backup) == before;
+}
+
 /// Nothing but the exchange touches it. A link or a directory, which are not kept, is never the run's.
 Part PartOfBackup(const DatabasePrepared& change, const UndoneRun& run) {
     if (!ExchangeOf(change.file, run)) return Part::AsBefore;
@@ -78,7 +85,7 @@ Part PartOfBackup(const DatabasePrepared& change, const UndoneRun& run) {
     if (!EntryExists(Backup(change.file))) return PartOfMissingBackup(change, run);
     const auto bytes = BackupBytes(change);
     if (kept && bytes == kept) return Part::AsBefore;
-    if (bytes && bytes == BytesOf(change.file)) return to_do;
+    if (bytes && IsOfDatabaseBefore(*bytes, change, run)) return to_do;
     return older.was_there && older.kept.IsEmpty() ? Part::AsBefore : Part::Others;
 }
 
@@ -88,10 +95,14 @@ Standing StandingOfExchange(const DatabasePrepared& change, const UndoneRun& run
     return exchange ? StandingOf(*exchange, run) : Standing::AsBefore;
 }
 
+bool IsNewVersionThere(const DatabasePrepared& change) {
+    return IsThatFile(change.file, change.id) || IsThatFile(Backup(change.file), change.id);
+}
+
 /// Whether the versions are still exchanged, changed since or not: what stays in use is told with that.
 bool IsStillExchanged(const DatabasePrepared& change, const UndoneRun& run) {
     if (StandingOfExchange(change, run) == Standing::AsBefore) return false;
-    if (IsThatFile(change.file, change.id) || IsThatFile(Backup(change.file), change.id)) return true;
+    if (IsNewVersionThere(change)) return true;
     const SString before = ExchangeOf(change.file, run)->before;
     return !before.IsEmpty() && SettingsDigestOf(Backup(change.file)) == before;
 }
@@ -141,11 +152,21 @@ bool IsSettled(const DatabasePrepared& change) {
     return SettleDatabase(NewVersion(SiteDatabase(change.file)));
 }
 
+/// Where the new version itself is gone, as somebody, or an Undo that was killed, put another file in its
+/// place, its copy is all that is left of it.
+Finding OfStillExchanged(const DatabasePrepared& change, const UndoneRun& run) {
+    const bool is_there = IsNewVersionThere(change) || EntryExists(NewVersion(change.file));
+    const SString copy = is_there ? SString() : CopyOf(change.new_version, run);
+    if (copy.IsEmpty()) return {};
+    return {Standing::Changed, Printable(NewVersion(change.file)) +
+                                   " is not made anew, as what Install put into service is gone" + copy};
+}
+
 }  // namespace
 
 Finding LookAt(const DatabasePrepared& change, const UndoneRun& run) {
     const bool goes_back = StandingOfExchange(change, run) == Standing::AsLeft;
-    if (!goes_back && IsStillExchanged(change, run)) return {};
+    if (!goes_back && IsStillExchanged(change, run)) return OfStillExchanged(change, run);
     if (SiteDatabase(change.file).IsEmpty()) return {Standing::Unknown, OfAnotherSite(change.file)};
     const Part part = PartOfNewVersion(change, run);
     const Part backup = goes_back ? PartOfMissingBackup(change, run) : PartOfBackup(change, run);

@@ -206,6 +206,39 @@ TEST_F(ExchangedDatabase, ThatIsBackAndWasChangedSinceStillGetsItsOtherVersionsB
     EXPECT_EQ(Socket("Web.backup"), "70");
 }
 
+/// Where the backup is a copy, it is removed after FILE is back.
+TEST_F(ExchangedDatabase, ThatWasChangedAfterAnUndoWasKilledTellsWhereItsVersionsAre) {
+    MakeSite(true);
+    const SString web = data_.Config("Web");
+    ASSERT_EQ(chown(web.CString(), 0, 8), 0);
+    Run(Exchanged);
+    CopyBackup();
+    const SString copy = MapFileRead(web + ".backup");
+    EXPECT_EQ(TakeExchangeBack(), SStringList());
+    data_.WriteConfig("Web.backup", copy);
+    Put("Web", "Socket", "9090");
+    EXPECT_EQ(OfExchange(), Standing::Changed);
+    EXPECT_EQ(
+        LookAt(prepared_, run_).text,
+        web + ".install is not made anew, as what Install put into service is gone; the one from before is " +
+            beside_ / "Web.install");
+    EXPECT_EQ(Socket("Web"), "9090");
+}
+
+TEST_F(ExchangedDatabase, ThatSomebodyReplacedKeepsSomebodysBackup) {
+    MakeSite(false);
+    Run(Exchanged);
+    Put("Web", "Socket", "9090");
+    const SString web = data_.Config("Web");
+    const SString bytes = MapFileRead(web);
+    data_.WriteConfig("Other", bytes);
+    ASSERT_TRUE(Rename(data_.Config("Other"), web) && RemoveFile(web + ".backup"));
+    EXPECT_EQ(LookAt(exchanged_, run_).text, web + " was changed since Install replaced it");
+    data_.WriteConfig("Web.backup", bytes);
+    TakeAllBack();
+    EXPECT_EQ(MapFileRead(web + ".backup"), bytes);
+}
+
 TEST_F(ExchangedDatabase, ThatIsGoneIsNotMade) {
     MakeSite(false);
     Run(Exchanged);

@@ -27,8 +27,8 @@ mode_t Original::Mode() const {
     return file.status.st_mode & kPermissions;
 }
 
-std::optional<Original> OpenOriginal(const SString& path) {
-    RegularFile file = OpenRegularFile(path, O_RDONLY, Links::All);
+std::optional<Original> OpenOriginal(const SString& path, Links links) {
+    RegularFile file = OpenRegularFile(path, O_RDONLY, links);
     if (!file) return std::nullopt;
     std::optional<SString> bytes = file.descriptor.ReadAll();
     if (!bytes) return std::nullopt;

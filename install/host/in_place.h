@@ -12,7 +12,7 @@ struct Original {
 };
 
 /// Nothing if the path is no readable regular file.
-std::optional<Original> OpenOriginal(const SString& path);
+std::optional<Original> OpenOriginal(const SString& path, Links links = Links::All);
 
 /// Adds write permission for a scope, unless the file has it.
 class WriteAccess {

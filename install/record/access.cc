@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr const char* kAccessList = "system.posix_acl_access";
 constexpr size_t kLongestValue = 65536;  // XATTR_SIZE_MAX of Linux
 
 /// Empty where there is none, or none can be. `get` is getxattr of the file.
@@ -36,15 +35,16 @@ std::optional<change::Access> AccessOf(const Descriptor& file) {
 }
 
 std::optional<change::Access> AccessOf(const Descriptor& file, const struct stat& status) {
-    const auto list =
-        AccessList([&](void* value, size_t size) { return fgetxattr(file.Get(), kAccessList, value, size); });
+    const auto list = AccessList(
+        [&](void* value, size_t size) { return fgetxattr(file.Get(), kAccessListAttribute, value, size); });
     return list ? std::optional(AccessWith(status, *list)) : std::nullopt;
 }
 
 std::optional<change::Access> AccessOf(const SString& path) {
     struct stat status {};
     const bool is_there = stat(path.CString(), &status) == 0;
-    const auto list = AccessList(
-        [&](void* value, size_t size) { return getxattr(path.CString(), kAccessList, value, size); });
+    const auto list = AccessList([&](void* value, size_t size) {
+        return getxattr(path.CString(), kAccessListAttribute, value, size);
+    });
     return is_there && list ? std::optional(AccessWith(status, *list)) : std::nullopt;
 }

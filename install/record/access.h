@@ -6,6 +6,9 @@
 #include "install/record/change.h"
 #include "support/system/descriptor.h"
 
+/// The extended attribute that is a file's access list (acl(5)).
+inline constexpr const char* kAccessListAttribute = "system.posix_acl_access";
+
 /// Of an open file (not O_PATH). Nothing if it cannot be told.
 std::optional<change::Access> AccessOf(const Descriptor& file);
 /// The same, with the status that it had when it was opened.

@@ -5,6 +5,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include "install/record/access.h"
 #include "install/record/record.h"
 #include "support/system/pending_file.h"
 #include "support/system/regular_file.h"
@@ -28,7 +29,7 @@ bool IsOwnedBy(const struct stat& status, const Owner& owner) {
 bool Give(const Descriptor& file, const Owner& owner) {
     if (fchown(file.Get(), owner.uid, owner.gid) != 0) return false;
     // Fails where there is no list, too.
-    static_cast<void>(fremovexattr(file.Get(), "system.posix_acl_access"));
+    static_cast<void>(fremovexattr(file.Get(), kAccessListAttribute));
     return fchmod(file.Get(), kMode) == 0;
 }
 

@@ -35,11 +35,7 @@ struct Sight {
 
 /// Not by a link at the end: the recorded path had been resolved.
 std::optional<Original> OpenAt(const TrustedPlace& place) {
-    RegularFile file = OpenRegularFile(place.Path(), O_RDONLY, Links::NotAtEnd);
-    if (!file) return std::nullopt;
-    std::optional<SString> bytes = file.descriptor.ReadAll();
-    if (!bytes) return std::nullopt;
-    return Original{std::move(file), std::move(*bytes)};
+    return OpenOriginal(place.Path(), Links::NotAtEnd);
 }
 
 /// Of the run's rewrite, or of a killed Undo of it.

@@ -5,9 +5,9 @@
 #include <cerrno>
 #include <string>
 
-namespace {
+#include "install/record/access.h"
 
-constexpr const char* kList = "system.posix_acl_access";
+namespace {
 
 std::optional<std::string> Bytes(const SString& hexadecimal) {
     constexpr std::string_view kDigits = "0123456789abcdef";
@@ -26,8 +26,8 @@ std::optional<std::string> Bytes(const SString& hexadecimal) {
 
 bool SetAccessList(const Descriptor& file, const SString& hexadecimal) {
     if (hexadecimal.IsEmpty()) {
-        return fremovexattr(file.Get(), kList) == 0 || errno == ENODATA || errno == ENOTSUP;
+        return fremovexattr(file.Get(), kAccessListAttribute) == 0 || errno == ENODATA || errno == ENOTSUP;
     }
     const auto bytes = Bytes(hexadecimal);
-    return bytes && fsetxattr(file.Get(), kList, bytes->data(), bytes->size(), 0) == 0;
+    return bytes && fsetxattr(file.Get(), kAccessListAttribute, bytes->data(), bytes->size(), 0) == 0;
 }

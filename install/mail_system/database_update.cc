@@ -80,13 +80,11 @@ bool KeepPrevious(const SString& file, const Sdbfile& in_use) {
 /// Usually FILE is still the old database and the rename of one link over the other does nothing, so the
 /// backup is removed.
 bool RollBack(const SString& file) {
-    // A copy has another owner: FILE itself, which still is there, stays.
-    if (EntryExists(file) && !IsSecondName(file, file + ".backup")) {
-        RemoveFile(file + ".backup");
-        return true;
-    }
-    if (!Rename(file + ".backup", file)) return false;
-    RemoveFile(file + ".backup");
+    const SString backup = file + ".backup";
+    // A copy would give another owner to FILE, which is still there.
+    const bool is_copy = EntryExists(file) && !IsSecondName(file, backup);
+    if (!is_copy && !Rename(backup, file)) return false;
+    RemoveFile(backup);
     SyncParent(file);
     return true;
 }

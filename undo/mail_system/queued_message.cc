@@ -43,7 +43,7 @@ SStringList Unfinished(const MessageQueued& change) {
 /// The mail system may put what it cannot deliver yet into DATA/deferred/MODULE/; empty if it did not.
 SString DeferredControl(const MessageQueued& change) {
     for (const SString& module : ReadDir(change.control.S("control/[^/]+$", "deferred"))) {
-        const SString path = module + "/" + BaseName(change.control, "");
+        SString path = module + "/" + BaseName(change.control, "");
         if (EntryExists(path)) return path;
     }
     return "";

@@ -98,11 +98,10 @@ void TellWhich(const RecordedRun& run) {
     }
 }
 
-int TakeBackRun(const Records& records, const RecordedRun& read, const LaterRuns& later,
+int TakeBackRun(const Records& records, const RecordedRun& read, const Undone& undone, const LaterRuns& later,
                 const Options& options) {
     std::vector<Change> changes;
     for (const TimedChange& timed : read.changes) changes.push_back(timed.change);
-    const Undone undone = ReadUndone(records, read.name);
     const std::vector<Entry> entries = EntriesToTakeBack(read, undone);
     const UndoneRun run{records.KeptOf(read.name),
                         records.KeyOf(read.name),

@@ -4,6 +4,7 @@
 #include "undo/later_runs.h"
 #include "undo/options.h"
 #include "undo/records.h"
+#include "undo/undone.h"
 
 /// What Undo exits with.
 enum Status : int {
@@ -19,5 +20,5 @@ int Refuse(const SString& reason);
 /// Prints which run it is, and what its record lacks.
 void TellWhich(const RecordedRun& run);
 /// As root; goes on as the mail owner.
-int TakeBackRun(const Records& records, const RecordedRun& read, const LaterRuns& later,
+int TakeBackRun(const Records& records, const RecordedRun& read, const Undone& undone, const LaterRuns& later,
                 const Options& options);

@@ -85,7 +85,7 @@ int GoBackFrom(const Records& records, const Options& options) {
     TellWhich(run);
     const LaterRuns later(records, name);
     TellLaterRuns(later);
-    return TakeBackRun(records, run, later, options);
+    return TakeBackRun(records, run, undone, later, options);
 }
 
 /// As Install's start-up.

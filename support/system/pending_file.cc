@@ -22,6 +22,12 @@ SString OtherName(const SString& path) {
 
 }  // namespace
 
+std::optional<Pending> PendingFrom(const SString& entry) {
+    const SString other_name = "\\A(|[\\s\\S]*\\/)\\.([^\\/]+)\\.(\\d+)\\.\\d+\\z";
+    if (!entry.Matches(other_name)) return std::nullopt;
+    return Pending{entry.S(other_name, "$1$2"), entry.S(other_name, "$3").ToNumber()};
+}
+
 PendingFile::PendingFile(const SString& path, mode_t mode) : path_(path) {
     for (int i = 0; i < kTries; ++i) {
         SString name = OtherName(path);

@@ -7,7 +7,19 @@
 // The other name is ".NAME.PROCESS-ID.NUMBER"; all that a killed process may leave behind is such a file.
 #pragma once
 
+#include <cstdint>
+#include <optional>
+
 #include "support/system/descriptor.h"
+
+/// What a directory's entry is on its way to, and whose it is.
+struct Pending {
+    SString path;
+    int64_t process;
+};
+
+/// Nothing where the entry's name is not a pending file's.
+std::optional<Pending> PendingFrom(const SString& entry);
 
 class PendingFile {
   public:

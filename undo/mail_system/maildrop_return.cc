@@ -6,10 +6,12 @@
 
 #include <cerrno>
 #include <map>
+#include <vector>
 
 #include "install/record/access.h"
 #include "install/visits/maildrop.h"
 #include "support/system/file.h"
+#include "support/system/pending_file.h"
 #include "support/system/regular_file.h"
 #include "undo/mail_system/access_list.h"
 
@@ -67,26 +69,31 @@ bool SetAccess(const Descriptor& file, const change::Access& now, const change::
            SetAccessList(file, before.access_list) && fchmod(file.Get(), ModeOf(before)) == 0;
 }
 
-/// Files on their way to a maildrop (PendingFile): ".NAME.PROCESS.NUMBER". The directory is read once, as
-/// only runs that are over have left any.
-SStringList Pending(const SString& path, int64_t process) {
-    static std::map<SString, SStringList> pending;
-    const SString directory = path.S("[^/]+$", "");
-    const auto [place, is_new] = pending.try_emplace(directory);
-    if (is_new) place->second = ReadDir(directory).Grep("/\\/\\.[^\\/]+\\.\\d+\\.\\d+\\z/");
-    const SString beginning = HiddenBeside(path, "." + SString(process) + ".");
-    SStringList found;
-    for (const SString& entry : place->second) {
-        if (BaseName(entry, "").StartsWith(BaseName(beginning, "").Bytes())) found.Push(entry);
+struct PendingMaildrop {
+    SString entry;
+    Pending pending;
+};
+
+/// The directory is read once, as only runs that are over have left any.
+const std::vector<PendingMaildrop>& PendingIn(const SString& directory) {
+    static std::map<SString, std::vector<PendingMaildrop>> known;
+    const auto [place, is_new] = known.try_emplace(directory);
+    if (!is_new) return place->second;
+    for (const SString& entry : ReadDir(directory)) {
+        if (auto pending = PendingFrom(entry)) place->second.push_back({entry, std::move(*pending)});
     }
-    return found;
+    return place->second;
+}
+
+bool IsEmptyMaildrop(const SString& path) {
+    struct stat status {};
+    return lstat(path.CString(), &status) == 0 && IsPlainMaildrop(status) && status.st_size == 0;
 }
 
 void RemovePending(const MaildropGiven& given) {
-    for (const SString& path : Pending(given.path, given.process)) {
-        struct stat status {};
-        const bool is_there = lstat(path.CString(), &status) == 0;
-        if (is_there && IsPlainMaildrop(status) && status.st_size == 0) RemoveFile(path);
+    for (const auto& [entry, pending] : PendingIn(given.path.S("[^/]+$", ""))) {
+        const bool is_of_run = pending.path == given.path && pending.process == given.process;
+        if (is_of_run && IsEmptyMaildrop(entry)) RemoveFile(entry);
     }
 }
 

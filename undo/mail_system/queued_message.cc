@@ -3,6 +3,7 @@
 #include "install/record/checksum.h"
 #include "support/mail/queue.h"
 #include "support/system/file.h"
+#include "support/system/pending_file.h"
 #include "support/text/printable.h"
 #include "undo/mail_system/kept_files.h"
 #include "undo/ways.h"
@@ -15,25 +16,23 @@ SString Stem(const MessageQueued& change) {
     return BaseName(change.control, "-Control");
 }
 
-/// Files on their way to this path (support/system/pending_file.h), whose name has the run's process id.
-SStringList Pending(const SString& path) {
-    const SString beginning = "." + BaseName(path, "") + ".";
-    SStringList pending;
+/// Files on their way to this path, which has the run's process id in its name.
+SStringList PendingFor(const SString& path) {
+    SStringList found;
     for (const SString& entry : ReadDir(path.S("[^/]+$", ""))) {
-        const SString name = BaseName(entry, "");
-        if (!name.StartsWith(beginning.Bytes())) continue;
-        if (SString(name.Bytes().substr(beginning.Length())).Matches("^\\d+\\.\\d+\\z")) pending.Push(entry);
+        const auto pending = PendingFrom(entry);
+        if (pending && pending->path == path) found.Push(entry);
     }
-    return pending;
+    return found;
 }
 
 /// Header and body are nobody's message as long as the control file is on its way.
 SStringList Unfinished(const MessageQueued& change) {
     if (EntryExists(change.control)) return {};
-    const SStringList control = Pending(change.control);
+    const SStringList control = PendingFor(change.control);
     SStringList files;
     for (const SString& path : change.text) {
-        files.Push(Pending(path));
+        files.Push(PendingFor(path));
         if (!control.IsEmpty() && EntryExists(path)) files.Push(path);
     }
     files.Push(control);  // last: it tells that the others are nobody's

@@ -51,6 +51,21 @@ TEST(PendingFile, HasItsNameOnlyWhenPublished) {
     EXPECT_EQ(ReadDir(folder / "").Count(), 1U);
 }
 
+TEST(PendingFile, IsToldByItsName) {
+    const TemporaryFolder folder;
+    const PendingFile file(folder / "a.b.7");
+    const SStringList entries = ReadDir(folder / "");
+    ASSERT_EQ(entries.Count(), 1U);
+    const auto pending = PendingFrom(entries[0]);
+    ASSERT_TRUE(pending);
+    EXPECT_EQ(pending->path, folder / "a.b.7");
+    EXPECT_EQ(pending->process, getpid());
+    for (const char* other :
+         {"/x/.name.1", "/x/name.1.2", "/x/.name.1.", "/x/.name.1.2\n", "/x/.1.2", "/x.y/n.1.2"}) {
+        EXPECT_FALSE(PendingFrom(other)) << other;
+    }
+}
+
 TEST(PendingFile, IsGoneWhenItIsNotPublished) {
     const TemporaryFolder folder;
     { EXPECT_TRUE(PendingFile(folder / "file").Write("one\n")); }

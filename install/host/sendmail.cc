@@ -38,9 +38,11 @@ bool Signal(const SStringList& processes, int signal) {
 }
 
 void Kill(const SStringList& found) {
-    const SStringList recorded = StillRunning(found);  // the administrator may have taken long to answer
-    RecordSignal(recorded, SIGTERM);
-    const SStringList processes = StillRunning(recorded);  // and the disk to take the record
+    SStringList processes = StillRunning(found);  // the administrator may have taken long to answer
+    if (IsRecording()) {
+        RecordSignal(processes, SIGTERM);
+        processes = StillRunning(processes);  // and the disk to take the record
+    }
     if (Signal(processes, SIGTERM)) {
         // The mail port is free only when they have ended. Signal 0 only asks.
         Await([&] { return !Signal(processes, 0); });

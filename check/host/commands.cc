@@ -8,6 +8,12 @@
 #include "support/process/command.h"
 #include "support/system/identity.h"
 
+namespace {
+
+constexpr std::chrono::seconds kPatience{20};
+
+}  // namespace
+
 bool HasCommand(const SString& name) {
     const SStringList folders = {"/usr/sbin/", "/usr/bin/", "/sbin/", "/bin/"};
     return std::ranges::any_of(
@@ -16,7 +22,7 @@ bool HasCommand(const SString& name) {
 
 SStringList LinesOf(const SString& command) {
     const AsRoot root;
-    SStringList lines = ReadCommand("timeout --signal=KILL 20 " + command);
+    SStringList lines = ReadCommand(WithTimeLimit(command, kPatience));
     for (SString& line : lines) line.ChopLineEnd();
     return lines;
 }

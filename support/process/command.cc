@@ -65,6 +65,10 @@ SStringList ReadCommand(const SString& command) {
     return pieces;
 }
 
+SString WithTimeLimit(const SString& command, std::chrono::seconds limit) {
+    return "timeout --signal=KILL " + SString(limit.count()) + " " + command;
+}
+
 SStringList ReadMailq() {
     return ReadCommand("/usr/lib/sendmail -bp");
 }

@@ -7,13 +7,14 @@
 
 namespace {
 
-constexpr char kTimedOut[] = "137";  // as timeout exits
+constexpr std::chrono::seconds kPatience{20};
+constexpr char kTimedOut[] = "137";
 
 /// A start may never end; systemd goes on with it when systemctl is gone. Not ResultWithin, which a signal
 /// ends at once: here it waits for the change at hand.
 SString FirstLine(const SString& command) {
     const AsRoot root;
-    return ReadCommand("timeout --signal=KILL 20 " + command).Get(0).ChopLineEnd();
+    return ReadCommand(WithTimeLimit(command, kPatience)).Get(0).ChopLineEnd();
 }
 
 SString Systemctl(const SString& verb, const SString& unit) {

@@ -88,7 +88,7 @@ Measurement MeasureRows(const ThrowAwaySite& site) {
 }
 
 /// Ends the program where the measured work failed.
-const Measurement& Done(const Measurement& measurement) {
+Measurement Done(Measurement measurement) {
     if (measurement.is_done) return measurement;
     std::cerr << "a measurement failed\n";
     exit(1);

@@ -2,28 +2,41 @@
 #pragma once
 
 #include <map>
+#include <vector>
 
 #include "undo/records.h"
 
+struct Entry;
 struct Undone;
+
+/// A new version of a module database as a later run found it: once that is taken back, this is what is
+/// there.
+struct FoundVersion {
+    change::DatabasePrepared prepared;
+    SString kept;  // the folder of copies beside that run's record
+};
 
 class LaterRuns {
   public:
-    /// Those after this run that are not taken back; of one that is in part, the changes that are not.
     LaterRuns(const Records& records, const SString& run);
 
+    /// Those after this run that are not taken back.
     const SStringList& Names() const { return names_; }
     /// Those of which nothing is known: "RUN: why its record is refused".
     const SStringList& Refused() const { return refused_; }
     /// What is said of a change of the same path, database, table or setting, and of a start of the mail
     /// system; empty if none of them has changed or started that again. Signalled processes, accounts,
-    /// messages, homes and maildrops are told apart by their own ways back.
+    /// messages, homes and maildrops are told apart by their own ways back. Of a run that is taken back in
+    /// part only the changes count that are not.
     SString ChangedAgain(const Change& change) const;
+    /// Of all runs after this one, taken back or not.
+    const std::vector<FoundVersion>& FoundVersions() const { return found_; }
 
   private:
-    void Read(const Records& records, const SString& name, const Undone& undone);
+    void Take(const Entry& entry, const SString& name, const Undone& undone);
 
     SStringList names_;
     SStringList refused_;
     std::map<SString, SString> last_;  // by what was changed: the last run
+    std::vector<FoundVersion> found_;
 };

@@ -118,6 +118,7 @@ struct FileId {
     void Fields(Io& io) {
         io("inode", inode), io("born", born);
     }
+    bool operator==(const FileId&) const = default;
 };
 
 /// The new version of a module database, FILE.install, gets the site's settings, to be exchanged for FILE.

@@ -12,8 +12,7 @@ std::optional<change::FileId> FileIdOf(const SString& path) {
 }
 
 bool IsThatFile(const SString& path, const change::FileId& id) {
-    const auto found = FileIdOf(path);
-    return found && found->inode == id.inode && found->born == id.born;
+    return FileIdOf(path) == id;
 }
 
 bool IsSecondName(const SString& path, const SString& other) {

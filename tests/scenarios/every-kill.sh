@@ -140,6 +140,36 @@ install_is_killed() {
     few_points
 }
 
+# undo_all: the runs that have a record, the last one first.
+undo_all() {
+    local run
+    for run in $(records); do
+        "$BUILD/Undo" --yes --accounts "$run" || echo "Undo: status $?"
+    done >/tmp/undone 2>&1
+}
+
+# install_is_finished: killed before each of its calls, it is run again; then both runs are taken back.
+install_is_finished() {
+    local call number
+    start_servers
+    host_state before
+    kill_points "$BUILD/tests/run_steps" "${steps[@]}" <"$SCENARIO/answers" >/tmp/points
+    await_ends
+    undo
+    compare "undisturbed"
+    some </tmp/points >/tmp/points.taken
+    while read -r call number <&8; do
+        killed "$call" "$number" "$BUILD/tests/run_steps" "${steps[@]}" <"$SCENARIO/answers"
+        await_ends
+        strace -qq "${follow[@]}" -o /tmp/trace -e trace=kill \
+            "$BUILD/tests/run_steps" "${steps[@]}" <"$SCENARIO/answers" >/tmp/screen 2>&1
+        await_ends
+        undo_all
+        compare "Install killed at $call, number $number, and run again"
+    done 8</tmp/points.taken
+    few_points
+}
+
 # undo_is_killed: before each of its calls; then another.
 undo_is_killed() {
     local call number

@@ -86,7 +86,7 @@ bool HasMoreToTakeBack(const DatabaseExchanged& change, const UndoneRun& run) {
 bool HasCopyOfNewVersion(const DatabaseExchanged& change, const UndoneRun& run) {
     bool has_copy = false;
     EachOf<change::DatabasePrepared>(run, [&](const auto& prepared) {
-        has_copy |= prepared.file == change.file && KeptBytes(prepared.new_version, run).has_value();
+        has_copy |= prepared.file == change.file && KeptBytes(prepared.new_version, run.kept).has_value();
     });
     return has_copy;
 }

@@ -33,10 +33,10 @@ Descriptor NewFile(const SString& path) {
 
 }  // namespace
 
-std::optional<SString> KeptBytes(const change::KeptFile& kept, const UndoneRun& run) {
+std::optional<SString> KeptBytes(const change::KeptFile& kept, const SString& folder) {
     if (kept.kept.IsEmpty() || kept.kept.Index('/') >= 0) return std::nullopt;
     const AsRoot root;
-    const RegularFile file = OpenRegularFile(run.kept + kept.kept, O_RDONLY, Links::NotAtEnd);
+    const RegularFile file = OpenRegularFile(folder + kept.kept, O_RDONLY, Links::NotAtEnd);
     return file && file.status.st_uid == kRoot ? file.descriptor.ReadAll() : std::nullopt;
 }
 

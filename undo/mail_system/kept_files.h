@@ -5,8 +5,8 @@
 
 #include "undo/way_back.h"
 
-/// The copy's bytes, read as root. Nothing if there is none, or it is not root's.
-std::optional<SString> KeptBytes(const change::KeptFile& kept, const UndoneRun& run);
+/// The copy's bytes, in the folder of its run, read as root. Nothing if there is none, or it is not root's.
+std::optional<SString> KeptBytes(const change::KeptFile& kept, const SString& folder);
 
 /// The file's bytes, read as the effective user and not through a link. Nothing if there is none.
 std::optional<SString> BytesOf(const SString& path);

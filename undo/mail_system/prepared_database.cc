@@ -5,6 +5,8 @@
 // What is there instead is replaced only if it is what the run made of it: this very file, with no other
 // settings than were delivered or carried over (a newer version may have been copied into it since), or a
 // second name or copy of the database in use, which a killed exchange leaves.
+#include <algorithm>
+
 #include "install/mail_system/settings_digest.h"
 #include "install/record/file_id.h"
 #include "support/database/sdbfile.h"
@@ -13,6 +15,7 @@
 #include "support/system/file.h"
 #include "support/system/identity.h"
 #include "support/text/printable.h"
+#include "undo/later_runs.h"
 #include "undo/mail_system/kept_files.h"
 #include "undo/mail_system/module_database.h"
 #include "undo/mail_system/site_database.h"
@@ -44,15 +47,31 @@ Part PartOfMissing(const DatabasePrepared& change, const UndoneRun& run, bool is
     return is_kept ? Part::ToDo : Part::Lost;
 }
 
+bool IsFound(const FoundVersion& found, const DatabasePrepared& change, const SString& bytes) {
+    return found.prepared.file == change.file && found.prepared.id == change.id &&
+           bytes == KeptBytes(found.prepared.new_version, found.kept);
+}
+
+/// The file that the run worked on, also where a later run has found it, and an Undo of that has made it
+/// anew.
+bool IsRunsFile(const DatabasePrepared& change, const UndoneRun& run) {
+    const SString path = NewVersion(change.file);
+    if (IsThatFile(path, change.id)) return true;
+    const auto bytes = run.later == nullptr ? std::nullopt : BytesOf(path);
+    return bytes && std::ranges::any_of(run.later->FoundVersions(), [&](const FoundVersion& found) {
+               return IsFound(found, change, *bytes);
+           });
+}
+
 /// Of a half-written one, taking back tells when that is worked off.
 Part PartOfNewVersion(const DatabasePrepared& change, const UndoneRun& run) {
     const SString path = NewVersion(change.file);
-    const auto kept = KeptBytes(change.new_version, run);
+    const auto kept = KeptBytes(change.new_version, run.kept);
     if (!EntryExists(path)) return PartOfMissing(change, run, kept.has_value());
-    const bool is_that_file = IsThatFile(path, change.id);
-    const bool has_journal = is_that_file && EntryExists(path + "-journal");
+    const bool is_runs_file = IsRunsFile(change, run);
+    const bool has_journal = is_runs_file && EntryExists(path + "-journal");
     if (kept && BytesOf(path) == *kept) return has_journal ? Part::ToDo : Part::AsBefore;
-    if (!is_that_file) return Part::Others;
+    if (!is_runs_file) return Part::Others;
     if (!kept) return Part::Lost;
     return IsHalfWritten(path) || IsWhatTheRunWrote(change, run, *kept) ? Part::ToDo : Part::Others;
 }
@@ -66,7 +85,7 @@ std::optional<SString> BackupBytes(const DatabasePrepared& change) {
 /// As it will be, too, once an exchange has been taken back.
 Part PartOfMissingBackup(const DatabasePrepared& change, const UndoneRun& run) {
     if (!change.older_backup.was_there) return Part::AsBefore;
-    return KeptBytes(change.older_backup, run) ? Part::ToDo : Part::Lost;
+    return KeptBytes(change.older_backup, run.kept) ? Part::ToDo : Part::Lost;
 }
 
 /// A second name or a copy of the database from before, which a killed exchange leaves.
@@ -80,7 +99,7 @@ bool IsOfDatabaseBefore(const SString& backup, const DatabasePrepared& change, c
 Part PartOfBackup(const DatabasePrepared& change, const UndoneRun& run) {
     if (!ExchangeOf(change.file, run)) return Part::AsBefore;
     const change::KeptFile& older = change.older_backup;
-    const auto kept = KeptBytes(older, run);
+    const auto kept = KeptBytes(older, run.kept);
     const Part to_do = older.was_there && !kept ? Part::Lost : Part::ToDo;
     if (!EntryExists(Backup(change.file))) return PartOfMissingBackup(change, run);
     const auto bytes = BackupBytes(change);
@@ -109,7 +128,8 @@ bool IsStillExchanged(const DatabasePrepared& change, const UndoneRun& run) {
 
 /// The copy is all that is left of what was there.
 SString CopyOf(const change::KeptFile& kept, const UndoneRun& run) {
-    return KeptBytes(kept, run) ? "; the one from before is " + Printable(run.kept + kept.kept) : SString();
+    return KeptBytes(kept, run.kept) ? "; the one from before is " + Printable(run.kept + kept.kept)
+                                     : SString();
 }
 
 SStringList LeftAlone(const DatabasePrepared& change, const UndoneRun& run, Part new_version, Part backup) {
@@ -134,7 +154,7 @@ SStringList LeftAlone(const DatabasePrepared& change, const UndoneRun& run, Part
 bool MakeNewVersion(const DatabasePrepared& change, const UndoneRun& run) {
     const SString path = NewVersion(change.file);
     for (const char* ending : {"-journal", "-wal", "-shm"}) RemoveFile(path + ending);
-    const auto bytes = KeptBytes(change.new_version, run);
+    const auto bytes = KeptBytes(change.new_version, run.kept);
     if (bytes && EntryExists(path) && BytesOf(path) == *bytes) return true;
     return bytes && MakeAnew(path, *bytes, change.new_version.access);
 }
@@ -142,7 +162,7 @@ bool MakeNewVersion(const DatabasePrepared& change, const UndoneRun& run) {
 bool MakeBackup(const DatabasePrepared& change, const UndoneRun& run) {
     const SString path = Backup(change.file);
     if (!change.older_backup.was_there) return RemoveFile(path) && SyncParent(path);
-    const auto bytes = KeptBytes(change.older_backup, run);
+    const auto bytes = KeptBytes(change.older_backup, run.kept);
     return bytes && MakeAnew(path, *bytes, change.older_backup.access);
 }
 

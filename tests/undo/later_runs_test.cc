@@ -84,6 +84,19 @@ TEST_F(LaterRunsTest, CountAsFarAsTheyAreNotTakenBack) {
     EXPECT_TRUE(LaterRuns(records, kFirst).Names().IsEmpty());
 }
 
+TEST_F(LaterRunsTest, TellWhatNewVersionsTheyFoundAlsoWhenTheyAreTakenBack) {
+    Record(kFirst, {});
+    Record(kSecond, {kMode, change::DatabasePrepared{"/config/Dispatch", {}, {4711, 12}, {}}});
+    const Records records = Read();
+    UndoneRecord undone(records, kSecond);
+    undone.Begin({});
+    undone.Finish({}, false);
+    const LaterRuns later(records, kFirst);
+    ASSERT_EQ(later.FoundVersions().size(), 1U);
+    EXPECT_EQ(later.FoundVersions()[0].prepared.id, (change::FileId{4711, 12}));
+    EXPECT_EQ(later.FoundVersions()[0].kept, records.KeptOf(kSecond));
+}
+
 TEST_F(LaterRunsTest, AreToldWhereTheirRecordIsRefused) {
     Record(kFirst, {});
     folder_.Write(kSecond, FormatLine() + "{}\n", 0600);

@@ -18,6 +18,7 @@
 #include "undo/mail_system/kept_files.h"
 #include "undo/mail_system/module_database.h"
 #include "undo/mail_system/site_database.h"
+#include "undo/mail_system/stored.h"
 #include "undo/ways.h"
 
 namespace {
@@ -54,8 +55,9 @@ Standing StandingOfNewVersion(const DatabaseExchanged& change) {
     if (IsHalfWritten(change.file)) return Standing::AsLeft;
     const auto digest = Digest(change.file);
     if (!digest) return Standing::Unknown;
-    const bool is_as_left = digest == change.after && Digest(Backup(change.file)) == change.before;
-    return is_as_left ? Standing::AsLeft : Standing::Changed;
+    // A link would be put into service itself, with what it leads to elsewhere.
+    const bool has_backup = FileIdOf(Backup(change.file)) && Digest(Backup(change.file)) == change.before;
+    return digest == change.after && has_backup ? Standing::AsLeft : Standing::Changed;
 }
 
 Standing StandingNow(const DatabaseExchanged& change) {
@@ -63,23 +65,9 @@ Standing StandingNow(const DatabaseExchanged& change) {
     return IsNewVersion(change.file, change) ? StandingOfNewVersion(change) : StandingOfOther(change);
 }
 
-/// The database in which a setting was stored, or a table made; empty for other changes.
-SString StoredIn(const Entry& entry) {
-    const auto* change = std::get_if<Change>(&entry.change);
-    if (change == nullptr) return "";
-    if (const auto* setting = std::get_if<change::SettingChanged>(change))
-        return SiteDatabase(setting->database);
-    const auto* made = std::get_if<change::DatabaseMade>(change);
-    return made == nullptr ? SString() : SiteDatabase(made->file);
-}
-
-/// What the run changed later in the same database is taken back before this.
+/// Settings and tables that are not back yet, of which only this run knows.
 bool HasMoreToTakeBack(const DatabaseExchanged& change, const UndoneRun& run) {
-    if (run.entries == nullptr) return false;
-    const SString name = SiteDatabase(change.file);
-    return std::ranges::any_of(*run.entries, [&](const Entry& entry) {
-        return StoredIn(entry) == name && LookAt(entry, run).standing == Standing::AsLeft;
-    });
+    return IsMoreStoredIn(SiteDatabase(change.file), Stored::SettingsAndTables, run);
 }
 
 /// From which FILE.install is made anew.
@@ -140,6 +128,11 @@ bool IsStillAsLeft(const Sdbfile& held, const DatabaseExchanged& change) {
     return bytes && SettingsDigest(*bytes) == change.after && IsNewVersion(change.file, change);
 }
 
+TakenBack NotAsLeft(const DatabaseExchanged& change, const UndoneRun& run) {
+    if (!IsMoreStoredIn(SiteDatabase(change.file), Stored::Settings, run)) return {true, LeftAlone(change)};
+    return {false, Printable(change.file) + " is put back once the settings in it are"};
+}
+
 }  // namespace
 
 Standing StandingOf(const DatabaseExchanged& change, const UndoneRun& run) {
@@ -171,8 +164,8 @@ TakenBack TakeBack(const DatabaseExchanged& change, const UndoneRun& run) {
     if (finding.standing == Standing::AsBefore) return {};
     if (finding.standing != Standing::AsLeft) return {true, finding.text};
     if (IsHalfWritten(change.file)) return in_use;
-    // Later changes of the run are back by now, or will not come back.
-    if (StandingNow(change) != Standing::AsLeft) return {true, LeftAlone(change)};
+    // Later changes of the run are back by now, unless they could not be taken back.
+    if (StandingNow(change) != Standing::AsLeft) return NotAsLeft(change, run);
     Sdbfile held(database, 0);
     if (!held.Hold()) return in_use;
     if (!IsStillAsLeft(held, change)) return {true, LeftAlone(change)};

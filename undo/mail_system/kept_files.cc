@@ -12,6 +12,7 @@
 namespace {
 
 constexpr uid_t kRoot = 0;
+constexpr off_t kMostBytes = off_t{256} << 20;  // of holes, its owner may make it as long as they like
 constexpr mode_t kPermissions = 0777;  // the directory's owner may have written the file: no set-user-ID
 
 /// To the file that was just made, whoever has its name by now.
@@ -42,7 +43,8 @@ std::optional<SString> KeptBytes(const change::KeptFile& kept, const SString& fo
 
 std::optional<SString> BytesOf(const SString& path) {
     const RegularFile file = OpenRegularFile(path, O_RDONLY, Links::NotAtEnd);
-    return file ? file.descriptor.ReadAll() : std::nullopt;
+    if (!file || file.status.st_size > kMostBytes) return std::nullopt;
+    return file.descriptor.ReadAll(static_cast<size_t>(kMostBytes));
 }
 
 bool MakeAnew(const SString& path, const SString& bytes, const change::Access& access) {

@@ -8,7 +8,8 @@
 /// The copy's bytes, in the folder of its run, read as root. Nothing if there is none, or it is not root's.
 std::optional<SString> KeptBytes(const change::KeptFile& kept, const SString& folder);
 
-/// The file's bytes, read as the effective user and not through a link. Nothing if there is none.
+/// The file's bytes, read as the effective user and not through a link. Nothing if there is none, or more
+/// than 256 MiB.
 std::optional<SString> BytesOf(const SString& path);
 
 /// Makes the file whole or not at all, in place of one that is there: by root in a directory that the

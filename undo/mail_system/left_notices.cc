@@ -1,5 +1,7 @@
 // Notices in the homes of many: removed where they are as the run left them.
+#include <algorithm>
 #include <limits>
+#include <set>
 
 #include "install/accounts/login_index.h"
 #include "support/system/clock.h"
@@ -40,10 +42,12 @@ class Removal {
     TakenBack Run();
 
   private:
+    void NoteBack(const std::vector<UsersOutcome>& outcomes);
     void Note(const change::Home& home, UsersOutcome outcome);
 
     NoticeOfRun notice_;
     std::vector<VisitedHome> homes_;
+    std::set<SString> back_;  // homes
     SStringList strangers_;
     SStringList changed_;
     SStringList failed_;
@@ -61,8 +65,15 @@ Removal::Removal(const NoticesLeft& change, const UndoneRun& run) : notice_(Noti
     }
 }
 
+/// Of one home of several logins, the notice is as left for one of them only, who owns it.
+void Removal::NoteBack(const std::vector<UsersOutcome>& outcomes) {
+    for (size_t i = 0; i < homes_.size(); ++i) {
+        if (outcomes[i] == UsersOutcome::Back) back_.insert(homes_[i].home->path);
+    }
+}
+
 void Removal::Note(const change::Home& home, UsersOutcome outcome) {
-    if (outcome == UsersOutcome::Changed) changed_.Push(NoticeIn(home));
+    if (outcome == UsersOutcome::Changed && !back_.contains(home.path)) changed_.Push(NoticeIn(home));
     if (outcome == UsersOutcome::Failed) failed_.Push(NoticeIn(home));
 }
 
@@ -70,6 +81,7 @@ TakenBack Removal::Run() {
     const Visited visited = VisitAll(homes_.size(), [this](size_t i) {
         return ToRemoveNotice(homes_[i].home->path, homes_[i].user, notice_);
     });
+    if (std::ranges::count(visited.outcomes, UsersOutcome::Changed) > 0) NoteBack(visited.outcomes);
     for (size_t i = 0; i < homes_.size(); ++i) Note(*homes_[i].home, visited.outcomes[i]);
     TakenBack taken = {failed_.IsEmpty() && visited.IsWhole(), {}, visited.is_interrupted};
     if (!changed_.IsEmpty()) taken.left.Push("No longer as Install left it, so kept: " + FirstOf(changed_));

@@ -6,13 +6,12 @@
 #include "support/text/printable.h"
 #include "undo/mail_system/changes_of.h"
 #include "undo/mail_system/site_database.h"
+#include "undo/mail_system/stored.h"
 #include "undo/ways.h"
 
 namespace {
 
 using change::DatabaseMade;
-
-const SString kAccounts = "MTA-Accounts";
 
 SString What(const DatabaseMade& change) {
     const SString file = Printable(change.file);
@@ -27,7 +26,14 @@ bool IsThere(const DatabaseMade& change, const SString& database) {
 
 bool WillHaveAccounts(const DatabaseMade& change, const SString& database, const UndoneRun& run) {
     const bool will_go = run.options.accounts && !run.key.IsEmpty();
-    return change.table.IsEmpty() && database == kAccounts && !will_go && !IsEmptyDatabase(database);
+    return change.table.IsEmpty() && database == kAccountsDatabase && !will_go && !IsEmptyDatabase(database);
+}
+
+/// Of what the run stored there, what could not be taken back is not somebody's.
+TakenBack NotEmpty(const DatabaseMade& change, const SString& database, const UndoneRun& run) {
+    if (!IsMoreStoredIn(database, Stored::Settings, run))
+        return {true, What(change) + " holds more by now, and stays"};
+    return {false, What(change) + " is removed once what Install stored there is taken back"};
 }
 
 }  // namespace
@@ -42,12 +48,12 @@ Finding LookAt(const DatabaseMade& change, const UndoneRun& run) {
     return {Standing::AsLeft, "Remove " + What(change) + ", if nothing else is stored there"};
 }
 
-TakenBack TakeBack(const DatabaseMade& change, const UndoneRun& /*run*/) {
+TakenBack TakeBack(const DatabaseMade& change, const UndoneRun& run) {
     const SString database = SiteDatabase(change.file);
     if (database.IsEmpty()) return {true, OfAnotherSite(change.file)};
     const Removal removal =
         change.table.IsEmpty() ? RemoveEmptyDatabase(database) : RemoveEmptyTable(database, change.table);
     if (removal == Removal::Removed) return {};
-    if (removal == Removal::NotEmpty) return {true, What(change) + " holds more by now, and stays"};
+    if (removal == Removal::NotEmpty) return NotEmpty(change, database, run);
     return {false, What(change) + " could not be removed: it is in use, or may not be written"};
 }

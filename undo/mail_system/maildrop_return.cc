@@ -21,6 +21,7 @@ using change::MaildropGiven;
 
 constexpr uid_t kRoot = 0;
 constexpr mode_t kGivenMode = 0660;
+constexpr mode_t kUngivenMode = 0600;
 constexpr mode_t kRights = 0777;
 constexpr mode_t kRunsAsOwner = S_ISUID | S_ISGID;
 /// The sticky bit means nothing on a file (Linux): it tells that Undo is at it; only the owner has rights.
@@ -97,12 +98,20 @@ void RemovePending(const MaildropGiven& given) {
     }
 }
 
+/// A run that was killed may not have given it to its user, who has no other.
+UsersOutcome FinishReplaced(const RegularFile& file, const change::Access& now, const MaildropGiven& given) {
+    const bool is_given = now.owner != kRoot || now.mode.bits != kUngivenMode;
+    const bool is_done = is_given || (fchown(file.descriptor.Get(), given.user, given.mail_group) == 0 &&
+                                      fchmod(file.descriptor.Get(), kGivenMode) == 0);
+    return is_done ? UsersOutcome::Replaced : UsersOutcome::Failed;
+}
+
 UsersOutcome Return(const RegularFile& file, const MaildropGiven& given) {
     const auto now = AccessOf(file.descriptor, file.status);
     if (!now) return UsersOutcome::Failed;
     if (*now == given.before) return UsersOutcome::Nothing;  // or a run was killed before it changed it
     if (IsBackWithoutSetId(*now, given.before)) return UsersOutcome::BackWithoutSetId;
-    if (given.is_replaced) return UsersOutcome::Replaced;
+    if (given.is_replaced) return FinishReplaced(file, *now, given);
     if (!IsAsLeft(*now, given) && !IsUnderWay(*now, given)) return UsersOutcome::Changed;
     if (!MayGoBack(given)) return UsersOutcome::ThirdLogins;
     return SetAccess(file.descriptor, *now, given.before) ? Back(given.before) : UsersOutcome::Failed;

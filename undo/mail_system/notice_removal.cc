@@ -48,6 +48,12 @@ UsersOutcome Judge(const Descriptor& home, const struct stat& seen, const Identi
                                                                   : UsersOutcome::Nothing;
 }
 
+/// Nor was it one for Install, which records homes before it looks at them. Other failures may pass, as those
+/// of a server do.
+bool IsNoHome() {
+    return errno == ENOENT || errno == ENOTDIR || errno == EACCES || errno == ELOOP;
+}
+
 }  // namespace
 
 UsersOutcome RemoveNotice(const SString& path, const Identity& user, const NoticeOfRun& notice,
@@ -59,7 +65,7 @@ UsersOutcome RemoveNotice(const SString& path, const Identity& user, const Notic
     const Descriptor home = OpenDirectory(path);
     struct stat seen {};
     if (!home || fstatat(home.Get(), kName.CString(), &seen, AT_SYMLINK_NOFOLLOW) != 0)
-        return UsersOutcome::Nothing;
+        return IsNoHome() ? UsersOutcome::Nothing : UsersOutcome::Failed;
     const UsersOutcome outcome = Judge(home, seen, user, notice);
     if (outcome != UsersOutcome::Back) return outcome;
     return unlinkat(home.Get(), kName.CString(), 0) == 0 || errno == ENOENT ? outcome : UsersOutcome::Failed;

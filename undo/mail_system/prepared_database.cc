@@ -182,6 +182,14 @@ Finding OfStillExchanged(const DatabasePrepared& change, const UndoneRun& run) {
                                    " is not made anew, as what Install put into service is gone" + copy};
 }
 
+/// What can go back should be back by now, but could not be taken back. Otherwise it is told with the
+/// exchange.
+TakenBack NotYet(const DatabasePrepared& change, const UndoneRun& run) {
+    if (StandingOfExchange(change, run) != Standing::AsLeft) return {};
+    const SString file = Printable(change.file);
+    return {false, file + ".install is made anew once " + file + " is put back"};
+}
+
 }  // namespace
 
 Finding LookAt(const DatabasePrepared& change, const UndoneRun& run) {
@@ -202,7 +210,8 @@ Finding LookAt(const DatabasePrepared& change, const UndoneRun& run) {
 }
 
 TakenBack TakeBack(const DatabasePrepared& change, const UndoneRun& run) {
-    if (IsStillExchanged(change, run) || SiteDatabase(change.file).IsEmpty()) return {};
+    if (SiteDatabase(change.file).IsEmpty()) return {};
+    if (IsStillExchanged(change, run)) return NotYet(change, run);
     if (!IsSettled(change)) return {false, Printable(NewVersion(change.file)) + " is in use"};
     const Part new_version = PartOfNewVersion(change, run);
     const Part backup = PartOfBackup(change, run);

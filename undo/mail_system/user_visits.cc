@@ -125,6 +125,10 @@ void Round::SendAgain(const Visitor* visitor) {
 
 }  // namespace
 
+bool Visited::IsWhole() const {
+    return silent.IsEmpty() && !is_interrupted && std::ranges::count(outcomes, UsersOutcome::NotVisited) == 0;
+}
+
 Visited VisitAll(size_t count, const std::function<VisitRequest(size_t)>& request) {
     static Visitors visitors;
     visitors.StartFor(count);

@@ -9,10 +9,10 @@
 
 struct Visited {
     std::vector<UsersOutcome> outcomes;  // one for each request, in their order
-    SStringList silent;                  // what did not answer, a line each
+    SStringList silent;                  // what did not answer and was not told before, a line each
     bool is_interrupted = false;         // by a signal: some were not visited
 
-    bool IsWhole() const { return silent.IsEmpty() && !is_interrupted; }
+    bool IsWhole() const;
 };
 
 /// Many requests are under way at once; those for the same place keep their order. They are made when they

@@ -128,6 +128,17 @@ TEST_F(MaildropReturn, CleansUpWhereAThirdLoginsWasReplaced) {
     EXPECT_FALSE(EntryExists(folder_ / ".anna.4711.12"));
 }
 
+TEST_F(MaildropReturn, GivesAReplacedOneToItsUserWhereTheRunWasKilledBefore) {
+    change::MaildropGiven given = Given({33, kMail, {0660}, ""});
+    given.is_replaced = true;
+    Make({0, 0, {0600}, ""}, "");
+    EXPECT_EQ(GiveBack(given), UsersOutcome::Replaced);
+    EXPECT_EQ(Now(), kGiven);
+    Make({0, 0, {0640}, ""}, "");  // somebody's doing
+    EXPECT_EQ(GiveBack(given), UsersOutcome::Replaced);
+    EXPECT_EQ(Now(), (change::Access{0, 0, {0640}, ""}));
+}
+
 TEST_F(MaildropReturn, TouchesNothingButAPlainFile) {
     const change::MaildropGiven given = Given({0, 8, {0666}, ""});
     EXPECT_EQ(GiveBack(given), UsersOutcome::Nothing);

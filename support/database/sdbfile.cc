@@ -123,14 +123,48 @@ bool Sdbfile::Read(const SString& key, SStringList* values) const {
            ReadValues(*database.connection, state_->table, key, values);
 }
 
+namespace {
+
+/// Null if there is none or it cannot be written; none is made.
+std::unique_ptr<sqlite::Connection> OpenToStore(const SString& path) {
+    return EntryExists(path) ? OpenForWriting(path, kModuleFormat).connection : nullptr;
+}
+
+// While the lock was waited for, its holder may have replaced the file.
+bool IsInService(const sqlite::Transaction& transaction, const sqlite::Connection& connection) {
+    return transaction.IsOpen() && !connection.HasMoved();
+}
+
 // The table is made, too: the file may be another one than that which was opened first.
+bool ReplaceValues(sqlite::Connection& connection, const SString& table, const SString& key,
+                   const SStringList& values) {
+    return MakeTable(connection, table) && RemoveValues(connection, table, key) &&
+           AddValues(connection, table, key, values);
+}
+
+}  // namespace
+
 int Sdbfile::Set(const SString& key, const SStringList& values) {
-    const SString path = DatabasePath(state_->name);
-    if (!state_->is_open || !state_->writable || !EntryExists(path)) return 0;
-    const OpenedDatabase database = OpenForWriting(path, kModuleFormat);
-    if (database.state != DatabaseState::Ready) return 0;
-    sqlite::Transaction transaction(*database.connection);
-    return transaction.IsOpen() && MakeTable(*database.connection, state_->table) &&
-           RemoveValues(*database.connection, state_->table, key) &&
-           AddValues(*database.connection, state_->table, key, values) && transaction.Commit();
+    if (!state_->is_open || !state_->writable) return 0;
+    const auto connection = OpenToStore(DatabasePath(state_->name));
+    if (!connection) return 0;
+    sqlite::Transaction transaction(*connection);
+    return IsInService(transaction, *connection) && ReplaceValues(*connection, state_->table, key, values) &&
+           transaction.Commit();
+}
+
+// Looks only when it has the write lock: a reader does not see what another process has yet to commit.
+Sdbfile::Outcome Sdbfile::SetIf(const SString& key, const SStringList& expected, const SStringList& values,
+                                SStringList* found) {
+    found->Reset();
+    if (!state_->is_open || !state_->writable) return Outcome::Failed;
+    const auto connection = OpenToStore(DatabasePath(state_->name));
+    if (!connection) return Outcome::Failed;
+    sqlite::Transaction transaction(*connection);
+    const bool is_read =
+        IsInService(transaction, *connection) && ReadValues(*connection, state_->table, key, found);
+    if (!is_read) return Outcome::Failed;
+    if (*found != expected) return Outcome::Differs;
+    const bool is_set = ReplaceValues(*connection, state_->table, key, values) && transaction.Commit();
+    return is_set ? Outcome::Set : Outcome::Failed;
 }

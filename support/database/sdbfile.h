@@ -33,6 +33,11 @@ class Sdbfile {
     bool Read(const SString& key, SStringList* values) const;
     /// Stores the values, durably; nonzero on success.
     int Set(const SString& key, const SStringList& values);
+    enum class Outcome { Set, Differs, Failed };
+    /// The same, but only if the expected values are under the key when it has the lock for writing. Those
+    /// that it found instead are there with Differs; nothing is stored then.
+    Outcome SetIf(const SString& key, const SStringList& expected, const SStringList& values,
+                  SStringList* found);
     void CloseDB();
 
     /// Keeps other processes from writing the database until CloseDB or the end of the handle; nothing waits

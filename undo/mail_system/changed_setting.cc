@@ -28,10 +28,25 @@ std::optional<SStringList> Now(const SettingChanged& change) {
     return file.Read(change.key, &values) ? std::optional(values) : std::nullopt;
 }
 
-bool Store(const SettingChanged& change) {
+Finding Compare(const SettingChanged& change, const SStringList& now) {
+    if (now == change.before) return {};
+    if (now == change.after) {
+        return {Standing::AsLeft, "Set " + What(change) + " back to " + Shown(change.before)};
+    }
+    return {Standing::Changed,
+            What(change) + " is " + Shown(now) + " by now; before Install it was " + Shown(change.before)};
+}
+
+/// Another process may be about to store something else there: `found`, with Differs.
+Sdbfile::Outcome SetBack(const SettingChanged& change, SStringList* found) {
     Sdbfile file(SiteDatabase(change.database), 0);
-    return file.Open(change.table, 0) != 0 && file.Open(change.table, 1) != 0 &&
-           file.Set(change.key, change.before) != 0;
+    if (file.Open(change.table, 0) == 0 || file.Open(change.table, 1) == 0) return Sdbfile::Outcome::Failed;
+    return file.SetIf(change.key, change.after, change.before, found);
+}
+
+/// It was as the run left it when Undo said that it would be set back.
+TakenBack NotSetBack(const Finding& finding) {
+    return finding.standing == Standing::AsBefore ? TakenBack() : TakenBack{false, finding.text};
 }
 
 }  // namespace
@@ -40,18 +55,15 @@ Finding LookAt(const SettingChanged& change, const UndoneRun& /*run*/) {
     if (SiteDatabase(change.database).IsEmpty()) return {Standing::Unknown, OfAnotherSite(change.database)};
     const auto now = Now(change);
     if (!now) return {Standing::Unknown, Printable(change.database) + " cannot be read"};
-    if (*now == change.before) return {};
-    if (*now == change.after) {
-        return {Standing::AsLeft, "Set " + What(change) + " back to " + Shown(change.before)};
-    }
-    return {Standing::Changed,
-            What(change) + " is " + Shown(*now) + " by now; before Install it was " + Shown(change.before)};
+    return Compare(change, *now);
 }
 
 TakenBack TakeBack(const SettingChanged& change, const UndoneRun& run) {
     const Finding finding = LookAt(change, run);
-    if (finding.standing == Standing::AsBefore) return {};
-    if (finding.standing != Standing::AsLeft) return {finding.standing != Standing::Unknown, finding.text};
-    if (Store(change)) return {};
+    if (finding.standing != Standing::AsLeft) return NotSetBack(finding);
+    SStringList found;
+    const Sdbfile::Outcome outcome = SetBack(change, &found);
+    if (outcome == Sdbfile::Outcome::Set) return {};
+    if (outcome == Sdbfile::Outcome::Differs) return NotSetBack(Compare(change, found));
     return {false, What(change) + " could not be set back to " + Shown(change.before)};
 }

@@ -4,7 +4,10 @@
 #include <sys/resource.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <csignal>
+#include <filesystem>
+#include <thread>
 
 #include "support/database/sqlite.h"
 #include "support/process/command.h"
@@ -128,6 +131,125 @@ TEST_F(SdbfileTest, WaitsForALockAndGivesUp) {
     EXPECT_FALSE(database.IsMissing());
     ASSERT_TRUE(other->Execute("ROLLBACK"));
     EXPECT_TRUE(database.Open("/Config", 0));
+}
+
+TEST_F(SdbfileTest, SetsOnlyWhereTheExpectedValuesAre) {
+    const struct {
+        const char* what;
+        SStringList now;
+        SStringList expected;
+        Sdbfile::Outcome outcome;
+    } cases[] = {
+        {"as expected", {"80", "81"}, {"80", "81"}, Sdbfile::Outcome::Set},
+        {"nothing, as expected", {}, {}, Sdbfile::Outcome::Set},
+        {"another value", "82", "80", Sdbfile::Outcome::Differs},
+        {"another order", {"81", "80"}, {"80", "81"}, Sdbfile::Outcome::Differs},
+        {"more values", {"80", "81"}, "80", Sdbfile::Outcome::Differs},
+        {"nothing", {}, "80", Sdbfile::Outcome::Differs},
+        {"something", "80", {}, Sdbfile::Outcome::Differs},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        Sdbfile database("Module", 0);
+        SStringList found("left over");
+        ASSERT_TRUE(database.Open("/Config", 1) && database.Set("Key", c.now));
+        EXPECT_EQ(database.SetIf("Key", c.expected, "new", &found), c.outcome);
+        EXPECT_EQ(found, c.now);
+        EXPECT_EQ(Load("/Config", "Key"), c.outcome == Sdbfile::Outcome::Set ? SStringList("new") : c.now);
+    }
+}
+
+TEST_F(SdbfileTest, SetsNothingWhereItIsNotOpenForWriting) {
+    ASSERT_TRUE(Store("/Config", "Key", "value"));
+    Sdbfile database("Module", 0);
+    SStringList found("left over");
+    EXPECT_EQ(database.SetIf("Key", "value", "not open", &found), Sdbfile::Outcome::Failed);
+    EXPECT_TRUE(found.IsEmpty());
+    ASSERT_TRUE(database.Open("/Config", 0));
+    EXPECT_EQ(database.SetIf("Key", "value", "for reading only", &found), Sdbfile::Outcome::Failed);
+    EXPECT_EQ(Load("/Config", "Key"), SStringList("value"));
+    ASSERT_TRUE(database.Open("/Config", 1));
+    ASSERT_TRUE(RemoveFile(data_.Config("Module")));
+    EXPECT_EQ(database.SetIf("Key", {}, "no file", &found), Sdbfile::Outcome::Failed);
+    EXPECT_EQ(data_.Listing(), "");
+}
+
+/// A handle that stores while another connection has changed "value" to "theirs", but not committed that.
+class StoreMeanwhile : public SdbfileTest {
+  protected:
+    StoreMeanwhile() {
+        EXPECT_TRUE(Store("/Config", "Key", "value"));
+        EXPECT_TRUE(handle_.Open("/Config", 1));
+        other_ = sqlite::Connection::Open(data_.Config("Module"), sqlite::Mode::Shared);
+        EXPECT_TRUE(other_->Execute("BEGIN IMMEDIATE; UPDATE settings SET value = 'theirs'"));
+    }
+
+    /// Once the handle has the file open, and waits for the lock or is about to; or has given up.
+    template <typename Act>
+    std::jthread Meanwhile(Act act) const {
+        return std::jthread([this, act, before = OpenFiles()](const std::stop_token& end) {
+            while (!end.stop_requested() && OpenFiles() == before) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+            act();
+        });
+    }
+    Sdbfile::Outcome SetIf() { return handle_.SetIf("Key", "value", "ours", &found_); }
+
+    Sdbfile handle_{"Module", 0};
+    std::unique_ptr<sqlite::Connection> other_;
+    SStringList found_;
+
+  private:
+    bool IsOpenAs(const std::filesystem::path& descriptor) const {
+        std::error_code gone;
+        return std::filesystem::read_symlink(descriptor, gone) == data_.Config("Module").Bytes();
+    }
+    std::ptrdiff_t OpenFiles() const {
+        const std::filesystem::directory_iterator descriptors("/proc/self/fd");
+        return std::count_if(begin(descriptors), end(descriptors),
+                             [this](const auto& descriptor) { return IsOpenAs(descriptor.path()); });
+    }
+};
+
+TEST_F(StoreMeanwhile, DoesNotOverwriteWhatIsCommittedThen) {
+    const std::jthread other = Meanwhile([this] { EXPECT_TRUE(other_->Execute("COMMIT")); });
+    EXPECT_EQ(SetIf(), Sdbfile::Outcome::Differs);
+    EXPECT_EQ(found_, SStringList("theirs"));
+    EXPECT_EQ(Load("/Config", "Key"), SStringList("theirs"));
+}
+
+TEST_F(StoreMeanwhile, GoesOnWhereTheOtherRollsBack) {
+    const std::jthread other = Meanwhile([this] { EXPECT_TRUE(other_->Execute("ROLLBACK")); });
+    EXPECT_EQ(SetIf(), Sdbfile::Outcome::Set);
+    EXPECT_EQ(Load("/Config", "Key"), SStringList("ours"));
+}
+
+TEST_F(StoreMeanwhile, FailsWhereTheLockIsNotHad) {
+    EXPECT_EQ(SetIf(), Sdbfile::Outcome::Failed);
+    ASSERT_TRUE(other_->Execute("ROLLBACK"));
+    EXPECT_EQ(Load("/Config", "Key"), SStringList("value"));
+}
+
+// What is stored in the file that was in service before would be lost, or change a backup.
+TEST_F(StoreMeanwhile, FailsWhereTheFileIsReplaced) {
+    const SString file = data_.Config("Module");
+    const auto replace = [&] {
+        EXPECT_TRUE(Rename(file, data_.Config("Module.backup")));
+        EXPECT_TRUE(other_->Execute("ROLLBACK"));
+    };
+    for (const bool is_conditional : {true, false}) {
+        {
+            const std::jthread other = Meanwhile(replace);
+            const bool is_set =
+                is_conditional ? SetIf() != Sdbfile::Outcome::Failed : handle_.Set("Key", "ours") != 0;
+            EXPECT_FALSE(is_set);
+        }
+        ASSERT_TRUE(Rename(data_.Config("Module.backup"), file));
+        EXPECT_EQ(Load("/Config", "Key"), SStringList("value"));
+        ASSERT_TRUE(other_->Execute("BEGIN IMMEDIATE"));
+    }
 }
 
 // A file-size limit makes writes fail as a full disk does.

@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <thread>
+
 #include "support/database/sdbfile.h"
+#include "support/database/sqlite.h"
 #include "tests/data_directory.h"
 #include "undo/ways.h"
 
@@ -64,6 +67,52 @@ TEST_F(ChangedSetting, OfADamagedDatabaseIsUnknown) {
     data_.WriteConfig("WWW-Server", SString('x', 4096));
     EXPECT_EQ(LookAt(change_, run_).standing, Standing::Unknown);
     EXPECT_FALSE(TakeBack(change_, run_).is_whole);
+}
+
+/// Another process has the value changed, but commits that only when Undo has read the run's.
+class SettingMeanwhile : public ChangedSetting {
+  protected:
+    /// Takes the setting back, and ends the other's transaction while the lock is waited for.
+    TakenBack TakeBackWhile(const char* change, const char* end) {
+        const auto other = sqlite::Connection::Open(data_.Config("WWW-Server"), sqlite::Mode::Shared);
+        EXPECT_TRUE(other->Execute("BEGIN IMMEDIATE") && other->Execute(change));
+        EXPECT_EQ(LookAt(change_, run_).standing, Standing::AsLeft);
+        const std::jthread ending([&] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(500));
+            EXPECT_TRUE(other->Execute(end));
+        });
+        return TakeBack(change_, run_);
+    }
+};
+
+TEST_F(SettingMeanwhile, IsNotOverwritten) {
+    const TakenBack taken = TakeBackWhile("UPDATE settings SET value = '8081'", "COMMIT");
+    EXPECT_FALSE(taken.is_whole);
+    EXPECT_EQ(taken.left,
+              "\"Socket\" of /Config in WWW-Server is \"8081\" by now; before Install it was \"8080\"");
+    EXPECT_EQ(Now(), "8081");
+    EXPECT_EQ(LookAt(change_, run_).text, taken.left[0]);
+}
+
+TEST_F(SettingMeanwhile, StaysRemoved) {
+    const TakenBack taken = TakeBackWhile("DELETE FROM settings", "COMMIT");
+    EXPECT_EQ(taken.left,
+              "\"Socket\" of /Config in WWW-Server is nothing by now; before Install it was \"8080\"");
+    EXPECT_TRUE(Now().IsEmpty());
+}
+
+TEST_F(SettingMeanwhile, MayBeSetBackByTheOther) {
+    const TakenBack taken = TakeBackWhile("UPDATE settings SET value = '8080'", "COMMIT");
+    EXPECT_TRUE(taken.is_whole);
+    EXPECT_TRUE(taken.left.IsEmpty());
+    EXPECT_EQ(Now(), "8080");
+}
+
+TEST_F(SettingMeanwhile, IsSetBackWhereTheOtherRollsBack) {
+    const TakenBack taken = TakeBackWhile("UPDATE settings SET value = '8081'", "ROLLBACK");
+    EXPECT_TRUE(taken.is_whole);
+    EXPECT_TRUE(taken.left.IsEmpty());
+    EXPECT_EQ(Now(), "8080");
 }
 
 }  // namespace

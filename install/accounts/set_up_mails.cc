@@ -28,20 +28,24 @@ SString MessageId(const char* tag, const SString& host) {
 }
 
 /// Before any of its files is made.
-void Record(const SControl& control, const SStringList& text) {
+void Record(const SControl& control, const SStringList& text_paths, const SStringList& texts) {
     const auto bytes = IsRecording() ? FieldText(control, "\n") : std::nullopt;
-    if (bytes) RecordChange(change::MessageQueued{control.Path(), text, KeyedChecksum(RecordKey(), *bytes)});
+    if (!bytes) return;
+    SStringList files = *bytes;
+    files.Push(texts);
+    const SString digest = KeyedChecksum(RecordKey(), MessageBytes(files));
+    RecordChange(change::MessageQueued{control.Path(), text_paths, digest});
 }
 
 void QueueRequest(const SString& stem, SControl* control) {
     control->PutFilename(stem);
-    Record(*control, {});
+    Record(*control, {}, {});
     static_cast<void>(control->Write(stem));
 }
 
 bool WriteMail(const SString& stem, const SString& header, const SString& body, SControl* control) {
     control->PutFilename(stem);
-    Record(*control, {control->HeaderPath(), control->BodyPath()});
+    Record(*control, {control->HeaderPath(), control->BodyPath()}, {header, body});
     if (!control->Prepare(stem)) return false;
     PendingFile header_file(control->HeaderPath());
     PendingFile body_file(control->BodyPath());

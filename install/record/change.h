@@ -215,7 +215,7 @@ struct MessageQueued {
     static constexpr const char* kKind = "message";
     SString control;   // paths
     SStringList text;  // header and body, of a mail
-    SString digest;    // of the control file's bytes, keyed as an account's
+    SString digest;    // of the bytes of all its files (MessageBytes), keyed as an account's
 
     template <typename Io>
     void Fields(Io& io) {

@@ -100,6 +100,12 @@ void SField::Discard() {
     pending_.reset();
 }
 
+SString MessageBytes(const SStringList& files) {
+    std::string all;
+    for (const SString& file : files) all += std::to_string(file.Length()) + ":" + file.Bytes();
+    return SString(std::move(all));
+}
+
 SControl::SControl()
     : SField("\n"),
       module_(GetEnv("ModuleName")),
@@ -148,11 +154,23 @@ void SControl::RemoveMessage() {
     RemoveFile(BodyPath());
 }
 
+std::optional<SString> SControl::ReadMessage() const {
+    const auto control = RegularContents(Path());
+    if (!control) return std::nullopt;
+    SStringList files = *control;
+    for (const SString& path : {HeaderPath(), BodyPath()}) {
+        const auto text = RegularContents(path);
+        if (!text && EntryExists(path)) return std::nullopt;
+        if (text) files.Push(*text);
+    }
+    return MessageBytes(files);
+}
+
 bool SControl::RemoveMessageIf(const std::function<bool(const SString&)>& is_meant) {
     Discard();
     if (GetFilename().IsEmpty()) return false;
     DirectoryLock lock(control_directory_, LOCK_EX);
-    const auto bytes = lock.IsHeld() ? RegularContents(Path()) : std::nullopt;
+    const auto bytes = lock.IsHeld() ? ReadMessage() : std::nullopt;
     if (!bytes || !is_meant(*bytes)) return false;
     const SString withdrawn = HiddenBeside(Path(), "." + ProcessIdString() + ".0");
     if (!Rename(Path(), withdrawn)) return false;

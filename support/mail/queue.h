@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "support/text/named_list.h"
 
@@ -36,6 +37,10 @@ class SField : public SNamedStringList {
     std::unique_ptr<PendingFile> pending_;
 };
 
+/// A message as one text, for comparison: the bytes of its files, control, header and body, as far as it has
+/// them, each with its length before it, so that no two messages look the same.
+SString MessageBytes(const SStringList& files);
+
 class SControl : public SField {
   public:
     SControl();  // reads the directories from the environment
@@ -55,7 +60,10 @@ class SControl : public SField {
     SString BodyPath() const;
     /// Withdraws the message: its control, header and body files.
     void RemoveMessage();
-    /// The same if the control file's bytes are as meant, under the lock. False if they are not, or the lock
+    /// MessageBytes of the files that are there; without the lock. Nothing where there is no control file, or
+    /// one of the three cannot be read.
+    std::optional<SString> ReadMessage() const;
+    /// Withdraws the message if it (ReadMessage) is as meant, under the lock. False if it is not, or the lock
     /// could not be had: nothing is removed then. A control file that a kill leaves as ".NAME.PROCESS-ID.0"
     /// tells that the header and body beside it are nobody's.
     bool RemoveMessageIf(const std::function<bool(const SString&)>& is_meant);

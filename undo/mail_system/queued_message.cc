@@ -5,12 +5,15 @@
 #include "support/system/file.h"
 #include "support/system/pending_file.h"
 #include "support/text/printable.h"
-#include "undo/mail_system/kept_files.h"
 #include "undo/ways.h"
 
 namespace {
 
 using change::MessageQueued;
+
+struct Control : SControl {
+    explicit Control(const MessageQueued& change) { PutFilename(change.control); }
+};
 
 SString Stem(const MessageQueued& change) {
     return BaseName(change.control, "-Control");
@@ -60,6 +63,25 @@ bool IsAsLeft(const MessageQueued& change, const UndoneRun& run, const SString& 
     return KeyedChecksum(run.key, bytes) == change.digest;
 }
 
+/// The files by which an administrator finds what is no longer as it was; which of them it is, one digest
+/// over all does not tell.
+SString WhatChanged(const MessageQueued& change) {
+    const SString control = Printable(change.control);
+    if (change.text.IsEmpty()) return control + " was changed since, and stays";
+    for (const SString& path : change.text) {
+        if (!EntryExists(path)) return control + " stays, as its text is gone: " + Printable(path);
+    }
+    const SString directory = Printable(change.text.Get(0).S("[^/]+$", ""));
+    return control + " or its text in " + directory + " was changed since, and stays";
+}
+
+/// Nobody has, where the mail system was taking the message away meanwhile, the control file first.
+Finding LookAtChanged(const MessageQueued& change, const UndoneRun& run) {
+    const SString text = WhatChanged(change);
+    if (!EntryExists(change.control)) return LookAtTaken(change, run);
+    return {Standing::Changed, text};
+}
+
 Finding LookAtQueued(const MessageQueued& change, const UndoneRun& run) {
     const SString message = "the message " + Printable(Stem(change));
     if (!run.options.accounts) {
@@ -69,10 +91,8 @@ Finding LookAtQueued(const MessageQueued& change, const UndoneRun& run) {
         return {Standing::Unknown,
                 "Whether " + message + " changed since cannot be told, as the record's key is lost: kept"};
     }
-    const auto bytes = BytesOf(change.control);
-    if (!bytes || !IsAsLeft(change, run, *bytes)) {
-        return {Standing::Changed, Printable(change.control) + " was changed since, and stays"};
-    }
+    const auto bytes = Control(change).ReadMessage();
+    if (!bytes || !IsAsLeft(change, run, *bytes)) return LookAtChanged(change, run);
     return {Standing::AsLeft, "Withdraw " + message};
 }
 
@@ -87,12 +107,13 @@ Finding LookAt(const MessageQueued& change, const UndoneRun& run) {
 
 TakenBack TakeBack(const MessageQueued& change, const UndoneRun& run) {
     for (const SString& file : Unfinished(change)) RemoveFile(file);
-    const Finding finding = LookAt(change, run);
+    const auto is_meant = [&](const SString& bytes) { return IsAsLeft(change, run, bytes); };
+    Finding finding = LookAt(change, run);
+    if (finding.standing == Standing::AsLeft) {
+        if (Control(change).RemoveMessageIf(is_meant)) return {};
+        finding = LookAt(change, run);  // it was taken or changed meanwhile, or the lock could not be had
+    }
     if (finding.standing == Standing::AsBefore) return {};
     if (finding.standing != Standing::AsLeft) return {true, finding.text};
-    SControl control;
-    control.PutFilename(change.control);
-    if (control.RemoveMessageIf([&](const SString& bytes) { return IsAsLeft(change, run, bytes); }))
-        return {};
     return {false, Printable(change.control) + " could not be withdrawn: the queue is in use"};
 }

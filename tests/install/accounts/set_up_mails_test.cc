@@ -5,6 +5,7 @@
 
 #include "install/accounts/results_mail.h"
 #include "install/visits/forward_notice.h"
+#include "support/mail/queue.h"
 #include "support/system/environment.h"
 #include "support/system/file.h"
 #include "tests/install/accounts/sample_results.h"
@@ -188,7 +189,9 @@ TEST_F(SetUpMails, AreRecordedWithTheirBytes) {
     ASSERT_EQ(changes.size(), 3U);
     for (const Change& change : changes) {
         const auto& queued = std::get<change::MessageQueued>(change);
-        EXPECT_EQ(queued.digest, KeyedChecksum(RecordKey(), MapFileRead(queued.control)));
+        SStringList files = MapFileRead(queued.control);
+        for (const SString& path : queued.text) files.Push(MapFileRead(path));
+        EXPECT_EQ(queued.digest, KeyedChecksum(RecordKey(), MessageBytes(files)));
         EXPECT_EQ(queued.text.Count(), queued.control.Matches("NewAccounts") ? 0U : 2U);
         for (const SString& path : queued.text) EXPECT_TRUE(FileExists(path)) << path;
     }

@@ -184,9 +184,33 @@ TEST_F(Queue, RemovesAMessageThatIsAsMeant) {
         ASSERT_EQ(flock(other.Get(), LOCK_EX), 0);
         EXPECT_FALSE(control.RemoveMessageIf([](const SString&) { return true; }));
     }
-    EXPECT_TRUE(control.RemoveMessageIf([](const SString& bytes) { return bytes == "Function: x\n"; }));
+    EXPECT_TRUE(
+        control.RemoveMessageIf([](const SString& bytes) { return bytes == "12:Function: x\n2:x\n"; }));
     EXPECT_TRUE(AllFiles().IsEmpty());
     EXPECT_FALSE(control.RemoveMessageIf([](const SString&) { return true; }));
+}
+
+TEST(MessageBytes, TellMessagesApart) {
+    EXPECT_EQ(MessageBytes({"ab", "", std::string("c\0", 2)}), std::string("2:ab0:2:c\0", 10));
+    EXPECT_NE(MessageBytes({"a", "b"}), MessageBytes("a1:b"));
+    EXPECT_NE(MessageBytes({"a", "bc"}), MessageBytes({"ab", "c"}));
+}
+
+TEST_F(Queue, ReadsTheFilesThatAMessageHas) {
+    SControl control;
+    control.PutFilename("A");
+    folder_.Write("data/messages/A-Body", "b\n");
+    EXPECT_FALSE(control.ReadMessage());
+    control["Function:"] = "x";
+    EXPECT_TRUE(control.Write());
+    folder_.Write("data/messages/A-Header", "h\n");
+    EXPECT_EQ(control.ReadMessage(), MessageBytes({"Function: x\n", "h\n", "b\n"}));
+    RemoveFile(folder_ / "data/messages/A-Header");
+    EXPECT_EQ(control.ReadMessage(), MessageBytes({"Function: x\n", "b\n"}));
+    RemoveFile(folder_ / "data/messages/A-Body");
+    EXPECT_EQ(control.ReadMessage(), MessageBytes("Function: x\n"));
+    ASSERT_EQ(mkfifo((folder_ / "data/messages/A-Body").CString(), 0600), 0);
+    EXPECT_FALSE(control.ReadMessage());
 }
 
 TEST_F(Queue, WaitsForAnotherProcessesLock) {

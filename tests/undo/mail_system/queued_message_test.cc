@@ -1,11 +1,20 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
+
+#include <chrono>
+#include <thread>
 
 #include "install/record/checksum.h"
 #include "support/mail/queue.h"
+#include "support/system/descriptor.h"
 #include "tests/install/account_database.h"
 #include "undo/ways.h"
 
 namespace {
+
+const SString kHeader = "messages/2026.AB4711.Notify-Header";
+const SString kBody = "messages/2026.AB4711.Notify-Body";
 
 class QueuedMessage : public testing::Test {
   protected:
@@ -13,15 +22,20 @@ class QueuedMessage : public testing::Test {
         SControl control;
         control["Function:"] = "Account-Handler";
         EXPECT_TRUE(control.Prepare("2026.AB4711.Notify"));
-        site_.Folder().Write("messages/2026.AB4711.Notify-Header", "Date: x\r\n");
-        site_.Folder().Write("messages/2026.AB4711.Notify-Body", "text\r\n");
+        site_.Folder().Write(kHeader, "Date: x\r\n");
+        site_.Folder().Write(kBody, "text\r\n");
         EXPECT_TRUE(control.Publish());
+        const SString bytes = MessageBytes({"Function: Account-Handler\n", "Date: x\r\n", "text\r\n"});
         change_ = {Path("control/2026.AB4711.Notify-Control"),
-                   {control.HeaderPath(), control.BodyPath()},
-                   KeyedChecksum(run_.key, MapFileRead(Path("control/2026.AB4711.Notify-Control")))};
+                   {Path(kHeader), Path(kBody)},
+                   KeyedChecksum(run_.key, bytes)};
         run_.options.accounts = true;
     }
     SString Path(const SString& name) const { return site_.Folder() / name; }
+    void ExpectToStay(const SString& left) {
+        EXPECT_EQ(LookAt(change_, run_).standing, Standing::Changed);
+        EXPECT_EQ(TakeBack(change_, run_).left, left);
+    }
     size_t Files() const { return ReadDir(Path("control")).Count() + ReadDir(Path("messages")).Count(); }
 
     AccountDatabase site_;
@@ -47,8 +61,90 @@ TEST_F(QueuedMessage, IsWithdrawn) {
 
 TEST_F(QueuedMessage, ThatSomebodyChangedStays) {
     site_.Folder().Write("control/2026.AB4711.Notify-Control", "Function: Other\n");
-    EXPECT_EQ(LookAt(change_, run_).standing, Standing::Changed);
-    EXPECT_EQ(TakeBack(change_, run_).left, change_.control + " was changed since, and stays");
+    ExpectToStay(change_.control + " or its text in " + Path("messages/") + " was changed since, and stays");
+    EXPECT_EQ(Files(), 3U);
+}
+
+TEST_F(QueuedMessage, WhoseTextSomebodyChangedStays) {
+    const SString left =
+        change_.control + " or its text in " + Path("messages/") + " was changed since, and stays";
+    site_.Folder().Write(kBody, "other\r\n");
+    ExpectToStay(left);
+    site_.Folder().Write(kBody, "text\r\n");
+    site_.Folder().Write(kHeader, "Date: y\r\n");
+    ExpectToStay(left);
+    site_.Folder().Write(kHeader, "Date: x\r\nte");
+    site_.Folder().Write(kBody, "xt\r\n");
+    ExpectToStay(left);
+    EXPECT_EQ(Files(), 3U);
+}
+
+TEST_F(QueuedMessage, WhoseTextCannotBeReadStays) {
+    RemoveFile(Path(kBody));
+    ASSERT_TRUE(MakeDir(Path(kBody), 0700));
+    ExpectToStay(change_.control + " or its text in " + Path("messages/") + " was changed since, and stays");
+    EXPECT_EQ(Files(), 3U);
+}
+
+TEST_F(QueuedMessage, WhoseTextIsGoneStays) {
+    RemoveFile(Path(kBody));
+    ExpectToStay(change_.control + " stays, as its text is gone: " + Path(kBody));
+    EXPECT_EQ(Files(), 2U);
+}
+
+TEST_F(QueuedMessage, OfWhichARecordKnowsOnlyTheControlFileStays) {
+    change_.digest = KeyedChecksum(run_.key, MapFileRead(change_.control));
+    ExpectToStay(change_.control + " or its text in " + Path("messages/") + " was changed since, and stays");
+    EXPECT_EQ(Files(), 3U);
+}
+
+TEST_F(QueuedMessage, WithoutATextIsItsControlFileAlone) {
+    RemoveFile(Path(kHeader));
+    RemoveFile(Path(kBody));
+    change_.text = {};
+    change_.digest = KeyedChecksum(run_.key, MessageBytes("Function: Account-Handler\n"));
+    site_.Folder().Write(kBody, "mine\r\n");
+    ExpectToStay(change_.control + " was changed since, and stays");
+    RemoveFile(Path(kBody));
+    EXPECT_EQ(LookAt(change_, run_).standing, Standing::AsLeft);
+    EXPECT_TRUE(TakeBack(change_, run_).left.IsEmpty());
+    EXPECT_EQ(Files(), 0U);
+}
+
+TEST_F(QueuedMessage, ThatTheMailSystemHasLockedStays) {
+    const Descriptor other = Descriptor::Open(Path("control"), O_RDONLY);
+    ASSERT_EQ(flock(other.Get(), LOCK_EX), 0);
+    EXPECT_FALSE(TakeBack(change_, run_).is_whole);
+    EXPECT_EQ(Files(), 3U);
+}
+
+/// The control file first, and while Undo waits for the lock.
+TEST_F(QueuedMessage, ThatTheMailSystemTakesMeanwhileIsLeftToIt) {
+    Descriptor other = Descriptor::Open(Path("control"), O_RDONLY);
+    ASSERT_EQ(flock(other.Get(), LOCK_EX), 0);
+    std::jthread take([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        RemoveFile(change_.control);
+        other.Close();
+    });
+    const TakenBack taken = TakeBack(change_, run_);
+    EXPECT_TRUE(taken.is_whole);
+    EXPECT_TRUE(taken.left.IsEmpty());
+    EXPECT_EQ(Files(), 2U);
+}
+
+TEST_F(QueuedMessage, ThatSomebodyChangesMeanwhileStays) {
+    Descriptor other = Descriptor::Open(Path("control"), O_RDONLY);
+    ASSERT_EQ(flock(other.Get(), LOCK_EX), 0);
+    std::jthread change([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        site_.Folder().Write(kBody, "other\r\n");
+        other.Close();
+    });
+    const TakenBack taken = TakeBack(change_, run_);
+    EXPECT_TRUE(taken.is_whole);
+    EXPECT_EQ(taken.left,
+              change_.control + " or its text in " + Path("messages/") + " was changed since, and stays");
     EXPECT_EQ(Files(), 3U);
 }
 

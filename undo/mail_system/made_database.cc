@@ -13,6 +13,8 @@ namespace {
 
 using change::DatabaseMade;
 
+const SString kAccounts = "MTA-Accounts";
+
 SString What(const DatabaseMade& change) {
     const SString file = Printable(change.file);
     return change.table.IsEmpty() ? file : "the table " + Printable(change.table) + " of " + file;
@@ -26,7 +28,7 @@ bool IsThere(const DatabaseMade& change, const SString& database) {
 
 bool WillHaveAccounts(const DatabaseMade& change, const SString& database, const UndoneRun& run) {
     const bool will_go = run.options.accounts && !run.key.IsEmpty();
-    return change.table.IsEmpty() && database == kAccountsDatabase && !will_go && !IsEmptyDatabase(database);
+    return change.table.IsEmpty() && database == kAccounts && !will_go && !IsEmptyDatabase(database);
 }
 
 /// Of what the run stored there, what could not be taken back is not somebody's.

@@ -3,8 +3,6 @@
 
 #include "support/text/sstring.h"
 
-inline const SString kAccountsDatabase = "MTA-Accounts";
-
 /// The name under which Sdbfile finds it, of a path or a name; empty for one of another data directory.
 SString SiteDatabase(const SString& file);
 

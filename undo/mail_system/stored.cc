@@ -11,7 +11,6 @@ namespace {
 SString StoredIn(const Change& change, Stored what) {
     if (const auto* setting = std::get_if<change::SettingChanged>(&change))
         return SiteDatabase(setting->database);
-    if (std::holds_alternative<change::AccountsMade>(change)) return kAccountsDatabase;
     const auto* made = std::get_if<change::DatabaseMade>(&change);
     const bool is_table = made != nullptr && !made->table.IsEmpty();
     return is_table && what == Stored::SettingsAndTables ? SiteDatabase(made->file) : SString();

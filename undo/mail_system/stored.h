@@ -6,6 +6,6 @@
 
 enum class Stored { Settings, SettingsAndTables };
 
-/// Whether settings, or the accounts, are still to be taken back, as it is not their turn yet or they could
-/// not be. With tables also whether one is there that the run made.
+/// Whether settings are still to be taken back, as it is not their turn yet or they could not be. With tables
+/// also whether one is there that the run made.
 bool IsMoreStoredIn(const SString& database, Stored what, const UndoneRun& run);

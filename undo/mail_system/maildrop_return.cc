@@ -92,7 +92,8 @@ bool IsEmptyMaildrop(const SString& path) {
 }
 
 void RemovePending(const MaildropGiven& given) {
-    for (const auto& [entry, pending] : PendingIn(given.path.S("[^/]+$", ""))) {
+    const SString directory = given.path.S("[^/]+$", "");
+    for (const auto& [entry, pending] : PendingIn(directory)) {
         const bool is_of_run = pending.path == given.path && pending.process == given.process;
         if (is_of_run && IsEmptyMaildrop(entry)) RemoveFile(entry);
     }

@@ -121,36 +121,20 @@ compare() {
 # some: of the points that it reads, all, or where it is to be quick, every eighth.
 some() { awk -v stride="${TERN_QUICK:+8}" 'NR % (stride ? stride : 1) == 0'; }
 
-# install_is_killed: before each of its calls; then Undo.
-install_is_killed() {
-    local call number
-    start_servers
-    host_state before
-    kill_points "$BUILD/tests/run_steps" "${steps[@]}" <"$SCENARIO/answers" >/tmp/points
-    await_ends
-    undo
-    compare "undisturbed"
-    some </tmp/points >/tmp/points.taken
-    while read -r call number <&8; do
-        killed "$call" "$number" "$BUILD/tests/run_steps" "${steps[@]}" <"$SCENARIO/answers"
-        await_ends
-        undo
-        compare "Install killed at $call, number $number"
-    done 8</tmp/points.taken
-    few_points
-}
-
-# undo_all: the runs that have a record, the last one first.
-undo_all() {
+# finish_and_undo: what the killed Install began is finished by another; then both runs are taken back, the last one first.
+finish_and_undo() {
     local run
+    strace -qq "${follow[@]}" -o /tmp/trace -e trace=kill \
+        "$BUILD/tests/run_steps" "${steps[@]}" <"$SCENARIO/answers" >/tmp/screen 2>&1
+    await_ends
     for run in $(records); do
         "$BUILD/Undo" --yes --accounts "$run" || echo "Undo: status $?"
     done >/tmp/undone 2>&1
 }
 
-# install_is_finished: killed before each of its calls, it is run again; then both runs are taken back.
-install_is_finished() {
-    local call number
+# install_is_killed [AFTERWARDS]: before each of its calls; then AFTERWARDS takes back what was done, "undo" by default.
+install_is_killed() {
+    local call number afterwards=${1:-undo}
     start_servers
     host_state before
     kill_points "$BUILD/tests/run_steps" "${steps[@]}" <"$SCENARIO/answers" >/tmp/points
@@ -161,11 +145,8 @@ install_is_finished() {
     while read -r call number <&8; do
         killed "$call" "$number" "$BUILD/tests/run_steps" "${steps[@]}" <"$SCENARIO/answers"
         await_ends
-        strace -qq "${follow[@]}" -o /tmp/trace -e trace=kill \
-            "$BUILD/tests/run_steps" "${steps[@]}" <"$SCENARIO/answers" >/tmp/screen 2>&1
-        await_ends
-        undo_all
-        compare "Install killed at $call, number $number, and run again"
+        "$afterwards"
+        compare "Install killed at $call, number $number"
     done 8</tmp/points.taken
     few_points
 }

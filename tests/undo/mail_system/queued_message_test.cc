@@ -3,6 +3,7 @@
 #include <sys/file.h>
 
 #include <chrono>
+#include <functional>
 #include <thread>
 
 #include "install/record/checksum.h"
@@ -35,6 +36,17 @@ class QueuedMessage : public testing::Test {
     void ExpectToStay(const SString& left) {
         EXPECT_EQ(LookAt(change_, run_).standing, Standing::Changed);
         EXPECT_EQ(TakeBack(change_, run_).left, left);
+    }
+    /// Somebody who has the queue's lock does the work while Undo waits for that.
+    TakenBack TakeBackDuring(const std::function<void()>& work) {
+        Descriptor other = Descriptor::Open(Path("control"), O_RDONLY);
+        EXPECT_EQ(flock(other.Get(), LOCK_EX), 0);
+        const std::jthread worker([&] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+            work();
+            other.Close();
+        });
+        return TakeBack(change_, run_);
     }
     size_t Files() const { return ReadDir(Path("control")).Count() + ReadDir(Path("messages")).Count(); }
 
@@ -120,28 +132,14 @@ TEST_F(QueuedMessage, ThatTheMailSystemHasLockedStays) {
 
 /// The control file first, and while Undo waits for the lock.
 TEST_F(QueuedMessage, ThatTheMailSystemTakesMeanwhileIsLeftToIt) {
-    Descriptor other = Descriptor::Open(Path("control"), O_RDONLY);
-    ASSERT_EQ(flock(other.Get(), LOCK_EX), 0);
-    std::jthread take([&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
-        RemoveFile(change_.control);
-        other.Close();
-    });
-    const TakenBack taken = TakeBack(change_, run_);
+    const TakenBack taken = TakeBackDuring([&] { RemoveFile(change_.control); });
     EXPECT_TRUE(taken.is_whole);
     EXPECT_TRUE(taken.left.IsEmpty());
     EXPECT_EQ(Files(), 2U);
 }
 
 TEST_F(QueuedMessage, ThatSomebodyChangesMeanwhileStays) {
-    Descriptor other = Descriptor::Open(Path("control"), O_RDONLY);
-    ASSERT_EQ(flock(other.Get(), LOCK_EX), 0);
-    std::jthread change([&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
-        site_.Folder().Write(kBody, "other\r\n");
-        other.Close();
-    });
-    const TakenBack taken = TakeBack(change_, run_);
+    const TakenBack taken = TakeBackDuring([&] { site_.Folder().Write(kBody, "other\r\n"); });
     EXPECT_TRUE(taken.is_whole);
     EXPECT_EQ(taken.left,
               change_.control + " or its text in " + Path("messages/") + " was changed since, and stays");

@@ -44,24 +44,27 @@ const char* Done(const Change& change) {
 
 LaterRuns::LaterRuns(const Records& records, const SString& run) {
     for (const SString& name : records.After(run)) {
-        const Undone undone = ReadUndone(records, name);
         const RecordedRun later = records.Read(name);
-        const bool is_taken_back = !undone.finished.IsEmpty();
-        if (!is_taken_back) names_.Push(name);
-        if (!is_taken_back && !later.fault.IsEmpty()) refused_.Push(name + ": " + later.fault);
-        for (const Entry& entry : EntriesOf(later.changes)) Take(entry, name, undone);
-        for (const TimedChange& timed : later.changes) {
-            const auto* prepared = std::get_if<change::DatabasePrepared>(&timed.change);
-            if (prepared != nullptr) found_.push_back({*prepared, records.KeptOf(name)});
-        }
+        for (const TimedChange& timed : later.changes) Remember(timed.change, records.KeptOf(name));
+        const Undone undone = ReadUndone(records, name);
+        if (!undone.IsFinished()) Take(later, undone);
     }
 }
 
-void LaterRuns::Take(const Entry& entry, const SString& name, const Undone& undone) {
-    const auto* change = std::get_if<Change>(&entry.change);
-    if (change == nullptr || !undone.finished.IsEmpty() || undone.taken_back.contains(entry.line)) return;
-    const SStringList subjects = SubjectsOf(*change);
-    if (!subjects.IsEmpty()) last_[subjects.Get(0)] = name;
+void LaterRuns::Remember(const Change& change, const SString& kept) {
+    const auto* prepared = std::get_if<change::DatabasePrepared>(&change);
+    if (prepared != nullptr) found_.push_back({*prepared, kept});
+}
+
+void LaterRuns::Take(const RecordedRun& run, const Undone& undone) {
+    names_.Push(run.name);
+    if (!run.fault.IsEmpty()) refused_.Push(run.name + ": " + run.fault);
+    for (const Entry& entry : EntriesOf(run.changes)) {
+        const auto* change = std::get_if<Change>(&entry.change);
+        if (change == nullptr || undone.taken_back.contains(entry.line)) continue;
+        const SStringList subjects = SubjectsOf(*change);
+        if (!subjects.IsEmpty()) last_[subjects.Get(0)] = run.name;
+    }
 }
 
 SString LaterRuns::ChangedAgain(const Change& change) const {

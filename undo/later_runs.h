@@ -6,7 +6,6 @@
 
 #include "undo/records.h"
 
-struct Entry;
 struct Undone;
 
 /// A new version of a module database as a later run found it: once that is taken back, this is what is
@@ -33,7 +32,8 @@ class LaterRuns {
     const std::vector<FoundVersion>& FoundVersions() const { return found_; }
 
   private:
-    void Take(const Entry& entry, const SString& name, const Undone& undone);
+    void Remember(const Change& change, const SString& kept);
+    void Take(const RecordedRun& run, const Undone& undone);
 
     SStringList names_;
     SStringList refused_;

@@ -66,7 +66,7 @@ int ReportNothing(const std::vector<Planned>& plan, const Undone& undone, const 
     // What nobody has taken back may be somebody's only for now.
     const bool is_finished = plan.empty() || (undone.is_begun && IsFinal(plan));
     const bool has_left = LeavesAnything(plan);
-    if (is_finished && (undone.is_open || !IsDone(undone, options) || undone.has_left != has_left)) {
+    if (is_finished && (!IsDone(undone, options) || undone.has_left != has_left)) {
         record->Begin(options);
         record->Finish(options, has_left);
     }

@@ -71,7 +71,7 @@ Undone ReadUndone(const Records& records, const SString& run) {
 bool IsDone(const Undone& undone, const UndoOptions& wanted) {
     const bool wants_more =
         (wanted.accounts && !undone.options.accounts) || (wanted.units && !undone.options.units);
-    return !undone.finished.IsEmpty() && !wants_more;
+    return undone.IsFinished() && !wants_more;
 }
 
 void UndoneRecord::Begin(const UndoOptions& options) {

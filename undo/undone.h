@@ -20,11 +20,13 @@ struct Undone {
     UndoOptions options;          // with all that finished
     bool has_left = false;        // the one that finished last has named something
     std::set<size_t> taken_back;  // changes, by their lines, of which nothing was left
+
+    bool IsFinished() const { return !finished.IsEmpty() && !is_open; }
 };
 
 Undone ReadUndone(const Records& records, const SString& run);
 
-/// Whether all that is wanted now was finished once.
+/// Whether all that is wanted now was finished, and none that began later is still open.
 bool IsDone(const Undone& undone, const UndoOptions& wanted);
 
 /// The word for a change that was taken back.

@@ -82,6 +82,9 @@ TEST_F(LaterRunsTest, CountAsFarAsTheyAreNotTakenBack) {
     undone.Finish({}, false);
     EXPECT_EQ(ChangedAgain(kLink), "");
     EXPECT_TRUE(LaterRuns(records, kFirst).Names().IsEmpty());
+    UndoneRecord(records, kSecond).Begin({});  // once more, and killed
+    EXPECT_EQ(ChangedAgain(kMode), "");
+    EXPECT_NE(ChangedAgain(kLink), "");
 }
 
 TEST_F(LaterRunsTest, TellWhatNewVersionsTheyFoundAlsoWhenTheyAreTakenBack) {

@@ -159,7 +159,9 @@ TEST(UndoneRecord, TellsWhatWasFinished) {
     record.Finish({}, false);
     EXPECT_FALSE(ReadUndone(records, kName).has_left);
     EXPECT_FALSE(ReadUndone(records, kName).is_open);
+    EXPECT_TRUE(IsDone(ReadUndone(records, kName), {}));
     record.Begin({true, false});
+    EXPECT_FALSE(IsDone(ReadUndone(records, kName), {}));
     EXPECT_TRUE(ReadUndone(records, kName).is_open);
     EXPECT_NE(ReadUndone(records, kName).finished, "");
 }

@@ -1,5 +1,7 @@
 #include "undo/entries.h"
 
+#include <cstdint>
+
 #include "support/text/printable.h"
 #include "undo/later_runs.h"
 
@@ -39,23 +41,25 @@ class Logins {
         if (const auto* notices = std::get_if<change::NoticesLeft>(&change)) return Put(*notices, &notices_);
         if (const auto* accounts = std::get_if<change::AccountsMade>(&change))
             return Put(*accounts, &accounts_);
-        maildrops_ = notices_ = accounts_ = std::nullopt;
+        maildrops_ = notices_ = accounts_ = kNone;
         return false;
     }
 
   private:
+    static constexpr size_t kNone = SIZE_MAX;
+
     /// Otherwise it will be the next entry.
     template <typename Kind>
-    bool Put(const Kind& change, std::optional<size_t>* place) {
-        if (*place && Join(change, &(*entries_)[**place])) return true;
+    bool Put(const Kind& change, size_t* place) {
+        if (*place != kNone && Join(change, &(*entries_)[*place])) return true;
         *place = entries_->size();
         return false;
     }
 
     std::vector<Entry>* entries_;
-    std::optional<size_t> maildrops_;  // their entries
-    std::optional<size_t> notices_;
-    std::optional<size_t> accounts_;
+    size_t maildrops_ = kNone;  // their entries
+    size_t notices_ = kNone;
+    size_t accounts_ = kNone;
 };
 
 std::variant<Change, MaildropsGiven> EntryOf(const Change& change) {

@@ -5,15 +5,17 @@
 
 namespace {
 
-unsigned Byte(std::string_view text, size_t at) {
-    return at < text.size() ? static_cast<unsigned char>(text[at]) : 0;
+/// The controls of ASCII and ISO 8859, Unicode's line and paragraph separators, and its embeddings, overrides
+/// and isolates, with which a text can look like another. Marks of direction stay: names need them.
+bool IsControl(char32_t character) {
+    return character < 0x20 || (character >= 0x7F && character < 0xA0) ||
+           (character >= 0x2028 && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
 }
 
 /// Length 0: not valid UTF-8, which a terminal may read as ISO 8859.
 bool IsControl(std::string_view text, size_t at, size_t length) {
-    const unsigned first = Byte(text, at);
-    if (length == 0) return first < 0xA0;
-    return first < 0x20 || first == 0x7F || (first == 0xC2 && Byte(text, at + 1) < 0xA0);
+    return IsControl(length == 0 ? static_cast<unsigned char>(text[at])
+                                 : Utf8Character(text.substr(at, length)));
 }
 
 }  // namespace

@@ -36,6 +36,9 @@ TEST(Printable, ShowsNoControlCharacter) {
         {"\xE2\x82", "\xE2?"},
         {"\xC3", "\xC3"},
         {"\xC3\n", "\xC3?"},
+        {"\xE2\x80\xA8\xE2\x80\xAE\xE2\x81\xA6\xE2\x81\xA9", "????"},  // U+2028, U+202E, U+2066, U+2069
+        {"\xE2\x80\x8C\xE2\x80\x8F\xE2\x80\xAF\xE2\x81\xA5\xE2\x81\xAA",
+         "\xE2\x80\x8C\xE2\x80\x8F\xE2\x80\xAF\xE2\x81\xA5\xE2\x81\xAA"},  // the ones beside, and marks
     };
     for (const auto& c : cases) EXPECT_EQ(Printable(c.text), c.shown) << c.text;
 }

@@ -58,7 +58,11 @@ void LaterRuns::Remember(const Change& change, const SString& kept) {
 
 void LaterRuns::Take(const RecordedRun& run, const Undone& undone) {
     names_.Push(run.name);
-    if (!run.fault.IsEmpty()) refused_.Push(run.name + ": " + run.fault);
+    if (!run.fault.IsEmpty())
+        refused_.Push("What this later run changed again is not known, as its record is refused: " +
+                      run.name + ": " + run.fault);
+    if (!undone.fault.IsEmpty())
+        refused_.Push("Whether this later run was taken back is not known: " + undone.fault);
     for (const Entry& entry : EntriesOf(run.changes)) {
         const auto* change = std::get_if<Change>(&entry.change);
         if (change == nullptr || undone.taken_back.contains(entry.line)) continue;

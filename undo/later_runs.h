@@ -21,7 +21,8 @@ class LaterRuns {
 
     /// Those after this run that are not taken back.
     const SStringList& Names() const { return names_; }
-    /// Those of which nothing is known: "RUN: why its record is refused".
+    /// Those whose record, or that of taking them back, is refused: what is not known therefore, and why. The
+    /// latter count as not taken back.
     const SStringList& Refused() const { return refused_; }
     /// What is said of a change of the same path, database, table or setting, and of a start of the mail
     /// system; empty if none of them has changed or started that again. Signalled processes, accounts,

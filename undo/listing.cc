@@ -1,6 +1,8 @@
 #include "undo/listing.h"
 
 #include "install/console.h"
+#include "install/settings.h"
+#include "support/system/run_lock.h"
 #include "support/text/counted.h"
 #include "support/text/printable.h"
 #include "undo/entries.h"
@@ -19,10 +21,21 @@ SString Plain(const SString& time) {
 }
 
 SString Fate(const Undone& undone) {
+    if (!undone.fault.IsEmpty()) return "whether it was taken back is not known: " + undone.fault;
     if (!undone.is_begun) return "not taken back";
     if (undone.is_open) return "taken back in part";
     const SString fate = "taken back " + Plain(undone.finished);
     return undone.has_left ? fate + ", but something was left" : fate;
+}
+
+/// Install, which the run's name tells, has the lock then. Only for a list, without which Undo has it itself.
+bool IsGoingOn(const RecordedRun& run) {
+    const auto holder = run.status ? std::nullopt : RunLock::Holder(gstr_LockFile);
+    return holder && run.name.EndsWith(("-" + SString(*holder)).Bytes());
+}
+
+SString DescribedNow(const RecordedRun& run) {
+    return IsGoingOn(run) ? PlainTimeOf(run.name) + ", still going on" : Described(run);
 }
 
 bool ListRun(const Records& records, const RecordedRun& run) {
@@ -30,9 +43,10 @@ bool ListRun(const Records& records, const RecordedRun& run) {
         Print(run.name + ": refused: " + Printable(run.fault) + "\n");
         return false;
     }
-    Print(run.name + ": " + Described(run) + ", " + Counted(EntriesOf(run.changes).size(), "change") + ", " +
-          Printable(Fate(ReadUndone(records, run.name))) + "\n");
-    return true;
+    const Undone undone = ReadUndone(records, run.name);
+    Print(run.name + ": " + DescribedNow(run) + ", " + Counted(EntriesOf(run.changes).size(), "change") +
+          ", " + Printable(Fate(undone)) + "\n");
+    return undone.fault.IsEmpty();
 }
 
 }  // namespace

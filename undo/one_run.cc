@@ -40,6 +40,13 @@ void HangUpMailSystem() {
     }
 }
 
+/// The changes go back nevertheless: that they have gone back is forgotten, and they are looked at again.
+void TellUnrecorded(const Records& records) {
+    const AsRoot root;
+    const SString fault = records.WriteFault();
+    if (!fault.IsEmpty()) Tell("What is done cannot be recorded in " + gstr_Runs + ": " + fault + ".");
+}
+
 int Report(const Outcome& outcome, const UndoneRecord& record) {
     Print("\n");
     if (outcome.is_interrupted) {
@@ -116,6 +123,7 @@ int TakeBackRun(const Records& records, const RecordedRun& read, const Undone& u
     const std::vector<Planned> plan = PlanFor(entries, run);
     ShowPlan(plan);
     if (!HasWork(plan)) return ReportNothing(plan, undone, options.undo, &record);
+    TellUnrecorded(records);
     if (!options.yes && !IsAgreed()) return Refuse("Nothing was changed.");
     return Report(GoBack(entries, run, &record), record);
 }

@@ -1,6 +1,7 @@
 #include "undo/records.h"
 
 #include <fcntl.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -131,6 +132,14 @@ Descriptor Records::Open(const SString& file, int flags, SString* fault) const {
     Descriptor opened = Descriptor::OpenAt(opened_.Get(), file, flags | O_NOFOLLOW | O_NONBLOCK, kOwnerOnly);
     *fault = FileFault(opened);
     return fault->IsEmpty() ? std::move(opened) : Descriptor();
+}
+
+bool Records::Has(const SString& file) const {
+    return faccessat(opened_.Get(), file.CString(), F_OK, AT_SYMLINK_NOFOLLOW) == 0 || errno != ENOENT;
+}
+
+SString Records::WriteFault() const {
+    return faccessat(opened_.Get(), ".", W_OK, AT_EACCESS) == 0 ? "" : strerror(errno);
 }
 
 SString TimeOf(const SString& run) {

@@ -18,8 +18,11 @@ class Records {
   public:
     explicit Records(const SString& directory);
 
-    /// Why no record can be read; empty where they can, or none is there.
+    /// Why no record can be read; empty where they can, or there is no such directory.
     const SString& Fault() const { return fault_; }
+    bool IsThere() const { return static_cast<bool>(opened_); }
+    /// Why nothing can be written there, by errno: a file system that is read-only, say; empty where it can.
+    SString WriteFault() const;
     /// The runs, the oldest first.
     SStringList Names() const;
     /// Those that began after this one.
@@ -32,6 +35,8 @@ class Records {
 
     /// A file in the directory, made with O_CREAT. If it is not root's alone: none, and `fault` says why.
     Descriptor Open(const SString& file, int flags, SString* fault) const;
+    /// Whether there is such a file, or what could not be opened.
+    bool Has(const SString& file) const;
 
   private:
     SString directory_;

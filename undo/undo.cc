@@ -33,10 +33,22 @@ int RefuseUnknown(const SString& name) {
     return Refuse("There is no record of a run " + name + " in " + gstr_Runs + ".");
 }
 
+/// Or it would be taken back twice, and somebody's work with it.
+int RefuseUndone(const Undone& undone) {
+    return Refuse("What has been taken back already is not known: " + undone.fault + ".");
+}
+
+/// Install records nothing where the directory is missing, which it may be since a clean-up.
+void TellNoRun(const Records& records, const SString& consequence) {
+    PrintParagraph((records.IsThere() ? "No run is recorded in " + gstr_Runs
+                                      : "There is no " + gstr_Runs + ", so that Install records nothing") +
+                   consequence);
+}
+
 int List(const Records& records, const SString& name) {
     if (!name.IsEmpty() && !records.Names().Contains(name)) return RefuseUnknown(name);
     if (records.Names().IsEmpty()) {
-        PrintParagraph("No run is recorded in " + gstr_Runs + ".");
+        TellNoRun(records, ".");
         return kNothingLeft;
     }
     const bool is_listed = name.IsEmpty() ? ListRuns(records) : ListChanges(records, name);
@@ -45,10 +57,7 @@ int List(const Records& records, const SString& name) {
 
 void TellLaterRuns(const LaterRuns& later) {
     if (!later.Names().IsEmpty()) Tell("Later runs are not taken back: " + later.Names().Join(", ") + ".");
-    for (const SString& refused : later.Refused()) {
-        Tell("What this later run changed again is not known, as its record is refused: " +
-             Printable(refused) + ".");
-    }
+    for (const SString& refused : later.Refused()) Tell(Printable(refused) + ".");
 }
 
 /// What goes back needs neither the host's name nor its address.
@@ -77,6 +86,7 @@ int GoBackFrom(const Records& records, const Options& options) {
     if (!names.Contains(name)) return RefuseUnknown(name);
     // A script that runs Undo twice must not go back two runs.
     const Undone undone = ReadUndone(records, name);
+    if (!undone.fault.IsEmpty()) return RefuseUndone(undone);
     if (options.run.IsEmpty() && IsDone(undone, options.undo)) return TellTakenBack(name, undone);
     const RecordedRun run = records.Read(name);
     if (!run.fault.IsEmpty())
@@ -103,7 +113,7 @@ int Start(const Options& options) {
     if (other) return Refuse(*other);
     SetupSignalHandler();
     if (records.Names().IsEmpty() && options.run.IsEmpty()) {
-        PrintParagraph("No run is recorded in " + gstr_Runs + ": there is nothing to take back.");
+        TellNoRun(records, ": there is nothing to take back.");
         return kNothingLeft;
     }
     return GoBackFrom(records, options);

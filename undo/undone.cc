@@ -4,6 +4,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <cstring>
+
 #include <nlohmann/json.hpp>
 
 #include "support/system/clock.h"
@@ -59,12 +62,14 @@ void TakeLine(const Json& line, Undone* undone) {
 
 Undone ReadUndone(const Records& records, const SString& run) {
     Undone undone;
+    if (!records.Has(FileOf(run))) return undone;
     SString fault;
-    const Descriptor file = records.Open(FileOf(run), O_RDONLY, &fault);
-    if (!file) return undone;
-    for (const SString& line : Lines(file.ReadAll().value_or(""))) {
-        TakeLine(Json::parse(line.Bytes(), nullptr, false), &undone);
+    const std::optional<SString> text = records.Open(FileOf(run), O_RDONLY, &fault).ReadAll();
+    if (!text) {
+        undone.fault = FileOf(run) + ": " + (fault.IsEmpty() ? SString(strerror(errno)) : fault);
+        return undone;
     }
+    for (const SString& line : Lines(*text)) TakeLine(Json::parse(line.Bytes(), nullptr, false), &undone);
     return undone;
 }
 

@@ -14,6 +14,7 @@
 
 /// What is recorded of taking a run back.
 struct Undone {
+    SString fault;  // why it is not known: "RUN.undone: others can write it"; empty if it is
     bool is_begun = false;
     bool is_open = false;         // the last one that began has not finished
     SString finished;             // when the last one finished; empty if none has
@@ -24,6 +25,7 @@ struct Undone {
     bool IsFinished() const { return !finished.IsEmpty() && !is_open; }
 };
 
+/// Of a run that nobody has begun to take back, there is nothing to read.
 Undone ReadUndone(const Records& records, const SString& run);
 
 /// Whether all that is wanted now was finished, and none that began later is still open.

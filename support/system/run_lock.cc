@@ -19,6 +19,13 @@ Descriptor OpenOwn(const SString& path) {
     return is_own ? std::move(file) : Descriptor();
 }
 
+struct flock OfWholeFile() {
+    struct flock lock = {};
+    lock.l_type = F_WRLCK;
+    lock.l_whence = SEEK_SET;
+    return lock;
+}
+
 bool IsHeldElsewhere(int error) {
     return error == EAGAIN || error == EACCES;
 }
@@ -27,9 +34,7 @@ bool IsHeldElsewhere(int error) {
 
 RunLock::RunLock(const SString& path) : file_(OpenOwn(path)) {
     while (file_) {
-        struct flock lock = {};
-        lock.l_type = F_WRLCK;
-        lock.l_whence = SEEK_SET;  // with length 0: the whole file
+        struct flock lock = OfWholeFile();
         if (fcntl(file_.Get(), F_SETLK, &lock) == 0 || !IsHeldElsewhere(errno)) return;
         if (fcntl(file_.Get(), F_GETLK, &lock) != 0) return;
         // The holder may have ended in between; the lock is free then.
@@ -38,4 +43,11 @@ RunLock::RunLock(const SString& path) : file_(OpenOwn(path)) {
             return;
         }
     }
+}
+
+std::optional<pid_t> RunLock::Holder(const SString& path) {
+    const Descriptor file = Descriptor::Open(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+    struct flock lock = OfWholeFile();
+    if (!file || fcntl(file.Get(), F_GETLK, &lock) != 0 || lock.l_type == F_UNLCK) return std::nullopt;
+    return lock.l_pid;
 }

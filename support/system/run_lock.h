@@ -20,6 +20,10 @@ class RunLock {
     /// The process that has the lock already; 0 for one in a container, whose id has no meaning here.
     std::optional<pid_t> Other() const { return other_; }
 
+    /// The process that has the lock, from outside: nothing is taken or made. Not to be called by a process
+    /// that may have it itself.
+    static std::optional<pid_t> Holder(const SString& path);
+
   private:
     Descriptor file_;
     std::optional<pid_t> other_;

@@ -104,7 +104,20 @@ TEST_F(LaterRunsTest, AreToldWhereTheirRecordIsRefused) {
     Record(kFirst, {});
     folder_.Write(kSecond, FormatLine() + "{}\n", 0600);
     const LaterRuns later(Read(), kFirst);
-    EXPECT_EQ(later.Refused(), SStringList(SString(kSecond) + ": line 2 cannot be understood"));
+    EXPECT_EQ(later.Refused(),
+              SStringList("What this later run changed again is not known, as its record is refused: " +
+                          SString(kSecond) + ": line 2 cannot be understood"));
+}
+
+TEST_F(LaterRunsTest, CountWhereItIsNotKnownWhetherTheyAreTakenBack) {
+    Record(kFirst, {});
+    Record(kSecond, {kMode});
+    const SString undone = SString(kSecond) + ".undone";
+    folder_.Write(undone, "", 0620);
+    EXPECT_NE(ChangedAgain(kMode), "");
+    EXPECT_EQ(LaterRuns(Read(), kFirst).Refused(),
+              SStringList("Whether this later run was taken back is not known: " + undone +
+                          ": others can write it"));
 }
 
 TEST_F(LaterRunsTest, KeepAChangeFromBeingTakenBack) {

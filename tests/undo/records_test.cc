@@ -137,6 +137,21 @@ TEST(TimeOf, IsInTheName) {
     EXPECT_EQ(PlainTimeOf(kName), "2026-11-22 17:04:05 UTC");
 }
 
+TEST(ReadUndone, KnowsNothingWhereOthersHadAHandInIt) {
+    const TemporaryFolder folder;
+    const Records records(folder / ".");
+    EXPECT_EQ(ReadUndone(records, kName).fault, "");
+    EXPECT_FALSE(ReadUndone(records, kName).is_begun);
+    UndoneRecord(records, kName).Begin({});
+    EXPECT_TRUE(ReadUndone(records, kName).is_begun);
+    const SString file = SString(kName) + ".undone";
+    chmod((folder / file).CString(), 0620);
+    EXPECT_EQ(ReadUndone(records, kName).fault, file + ": others can write it");
+    unlink((folder / file).CString());
+    ASSERT_EQ(symlink("nowhere", (folder / file).CString()), 0);
+    EXPECT_EQ(ReadUndone(records, kName).fault, file + ": Too many levels of symbolic links");
+}
+
 TEST(UndoneRecord, TellsWhatWasFinished) {
     const TemporaryFolder folder;
     const Records records(folder / ".");

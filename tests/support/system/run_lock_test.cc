@@ -14,13 +14,14 @@
 
 namespace {
 
-/// Whom another process takes for the holder; -1 where it gets the lock itself.
-pid_t HolderSeenByAnother(const SString& path) {
+/// What a look in another process gives.
+template <typename Look>
+pid_t SeenByAnother(const Look& look) {
     std::array<int, 2> ends{};
     if (pipe(ends.data()) != 0) return -2;
     const pid_t child = fork();
     if (child == 0) {
-        const pid_t seen = RunLock(path).Other().value_or(-1);
+        const pid_t seen = look();
         _exit(write(ends[1], &seen, sizeof seen) == sizeof seen ? 0 : 1);
     }
     pid_t seen = -2;
@@ -29,6 +30,11 @@ pid_t HolderSeenByAnother(const SString& path) {
     close(ends[0]);
     close(ends[1]);
     return seen;
+}
+
+/// Whom another process takes for the holder; -1 where it gets the lock itself.
+pid_t HolderSeenByAnother(const SString& path) {
+    return SeenByAnother([&] { return RunLock(path).Other().value_or(-1); });
 }
 
 TEST(RunLock, IsHeldByOneProcessAndNamesIt) {
@@ -40,6 +46,15 @@ TEST(RunLock, IsHeldByOneProcessAndNamesIt) {
         EXPECT_EQ(HolderSeenByAnother(folder / "lock"), getpid());
     }
     EXPECT_EQ(HolderSeenByAnother(folder / "lock"), -1);
+}
+
+TEST(RunLock, TellsItsHolderToWhoeverOnlyLooks) {
+    const TemporaryFolder folder;
+    EXPECT_FALSE(RunLock::Holder(folder / "lock"));
+    EXPECT_FALSE(EntryExists(folder / "lock"));
+    const RunLock lock(folder / "lock");
+    EXPECT_EQ(SeenByAnother([&] { return RunLock::Holder(folder / "lock").value_or(-1); }), getpid());
+    EXPECT_EQ(HolderSeenByAnother(folder / "lock"), getpid());
 }
 
 TEST(RunLock, IsOnAFileThatNobodyElseCanOpen) {

@@ -119,7 +119,7 @@ std::vector<Entry> EntriesOf(const std::vector<TimedChange>& changes) {
 Finding LookAt(const Entry& entry, const UndoneRun& run) {
     Finding finding = UnlessLater(With(entry, Look{run}), entry, run);
     finding.text = Printable(finding.text);
-    finding.by_hand = Printable(finding.by_hand);
+    for (SString& line : finding.by_hand) line = Printable(line);
     return finding;
 }
 

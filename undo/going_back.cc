@@ -25,15 +25,6 @@ const char* WordFor(Standing standing) {
     return "unknown";
 }
 
-/// Another time it may stand otherwise, though nobody has touched it.
-bool MayChange(Standing standing) {
-    return standing == Standing::Later || standing == Standing::Unknown;
-}
-
-bool IsLeft(Standing standing) {
-    return standing == Standing::ByHand || standing == Standing::Changed || MayChange(standing);
-}
-
 /// How an attempt ended; that it succeeded is said in other words on the screen and in the record.
 const char* EndOf(const TakenBack& taken, const char* success) {
     if (taken.is_interrupted) return "interrupted";
@@ -54,7 +45,7 @@ void GoBackOver(const Entry& entry, bool is_last, const UndoneRun& run, UndoneRe
     const Finding finding = LookAt(entry, run);
     TakenBack taken;
     if (finding.standing == Standing::AsLeft) taken = Take(entry, run, finding);
-    if (IsLeft(finding.standing)) taken.left.Push(finding.text);
+    taken.left.Push(LeftOf(finding));
     record->Add(entry.line, EndOf(taken, WordFor(finding.standing)), taken.left);
     outcome->is_whole = outcome->is_whole && taken.is_whole;
     outcome->is_known = outcome->is_known && !MayChange(finding.standing);

@@ -20,11 +20,11 @@ struct Text {
     SString text;
 };
 
-/// What is to be said of an entry under one of these standings; empty where that is nothing.
+/// What is to be said of an entry under one of these standings.
 template <Standing... standings>
-SString TextOf(const Finding& finding) {
-    if (((finding.standing == standings) || ...)) return finding.text;
-    return ((standings == Standing::ByHand) || ...) ? finding.by_hand : SString();
+SStringList LinesOf(const Finding& finding) {
+    if (((standings == Standing::ByHand) || ...)) return finding.by_hand;
+    return ((finding.standing == standings) || ...) ? finding.text : SStringList();
 }
 
 /// Of each kind the first ones, and right after them how many more there are.
@@ -46,8 +46,8 @@ template <Standing... standings>
 SStringList TextsOf(const std::vector<Planned>& plan) {
     std::vector<Text> texts;
     for (const Planned& planned : plan) {
-        const SString text = TextOf<standings...>(planned.finding);
-        if (!text.IsEmpty()) texts.push_back({KindOf(*planned.entry), text});
+        for (const SString& line : LinesOf<standings...>(planned.finding))
+            texts.push_back({KindOf(*planned.entry), line});
     }
     return Shortened(texts);
 }

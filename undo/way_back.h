@@ -31,19 +31,33 @@ enum class Standing {
     AsBefore,  // nothing to take back: the change was not made, or is back
     AsLeft,    // will be taken back
     Kept,      // stays by design, or as it was not asked for
-    ByHand,    // left to the administrator; the text tells what to do
+    ByHand,    // left to the administrator
     Changed,   // somebody's work by now: left alone; the text tells both versions' paths
     Later,     // a later run changed the same again: left alone until that is taken back
     Unknown,   // cannot be told; the text tells why
 };
 
-/// Text in plain words, one line, other people's bytes made printable; empty with AsBefore. With AsLeft it
-/// tells what Undo would do ("Put /etc/inetd.conf back from /etc/inetd.conf.bak, and hang up inetd").
+/// Text in plain words, one line, other people's bytes made printable; empty with AsBefore and ByHand. With
+/// AsLeft it tells what Undo would do ("Put /etc/inetd.conf back from /etc/inetd.conf.bak, and hang up
+/// inetd").
 struct Finding {
     Standing standing = Standing::AsBefore;
     SString text = {};
-    SString by_hand = {};  // what of an AsLeft is left to the administrator nevertheless
+    SStringList by_hand =
+        {};  // what is to be done, a line each; of an AsLeft, what is left of it nevertheless
 };
+
+/// Another time it may stand otherwise, though nobody has touched it.
+inline bool MayChange(Standing standing) {
+    return standing == Standing::Later || standing == Standing::Unknown;
+}
+
+/// What is left alone or to the administrator, a line each. Of an AsLeft nothing: taking it back tells.
+inline SStringList LeftOf(const Finding& finding) {
+    if (finding.standing == Standing::ByHand) return finding.by_hand;
+    const bool is_alone = finding.standing == Standing::Changed || MayChange(finding.standing);
+    return is_alone ? finding.text : SStringList();
+}
 
 /// What came of it: the text tells what was left alone or failed; empty if nothing was.
 struct TakenBack {

@@ -30,12 +30,12 @@ TEST(ShowPlan, TellsOfWhatThereAreMoreRightAfterIt) {
 TEST(ShowPlan, TellsWhatIsLeftOfWhatWillBeDone) {
     const Entry signal{2, "", change::ProcessesSignalled()};
     const std::vector<Planned> plan{
-        {&signal, {Standing::AsLeft, "Start a.service", "qpopper is to be started"}}};
+        {&signal, {Standing::AsLeft, "Start a.service", {"qpopper is to be started", "so is exim4"}}}};
     EXPECT_TRUE(HasWork(plan));
     EXPECT_TRUE(LeavesAnything(plan));
     EXPECT_EQ(Shown(plan),
               "This will be done, in this order:\n    Start a.service\n\n"
-              "This is left to you:\n    qpopper is to be started\n\n");
+              "This is left to you:\n    qpopper is to be started\n    so is exim4\n\n");
 }
 
 }  // namespace

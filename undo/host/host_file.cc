@@ -18,8 +18,17 @@ namespace {
 
 using State = RewrittenFile::State;
 
-bool IsInetdConf(const SString& path) {
-    return path == gstr_InetdConf;
+constexpr char kInetd[] = "inetd";
+constexpr char kOtherInetd[] = "inetutils-inetd";  // reads the same file; Install does not signal it
+
+/// Whether the file is inetd's, and one of that name runs.
+bool IsReadBy(const char* inetd, const SString& path) {
+    return path == gstr_InetdConf && !ProcessesNamed(RunningProcesses(), inetd).IsEmpty();
+}
+
+SStringList ByHand(const SString& path) {
+    if (!IsReadBy(kOtherInetd, path)) return {};
+    return kOtherInetd + (" is to read " + path) + " again: pkill -HUP -x " + kOtherInetd;
 }
 
 Finding Found(const change::HostFileRewritten& change, const RewrittenFile& file) {
@@ -31,7 +40,8 @@ Finding Found(const change::HostFileRewritten& change, const RewrittenFile& file
         case State::LeftOvers:
             return {Standing::AsLeft, "Remove what was left beside " + change.path + ", which is as before"};
         case State::AsLeft:
-            return {Standing::AsLeft, putting + (IsInetdConf(change.path) ? ", and hang up inetd" : "")};
+            return {Standing::AsLeft, putting + (IsReadBy(kInetd, change.path) ? ", and hang up inetd" : ""),
+                    ByHand(change.path)};
         case State::Edited:
             return {Standing::Changed, change.path + " was edited since; its old text is " + change.backup};
         case State::Gone:
@@ -90,8 +100,9 @@ bool IsPutBack(const RewrittenFile& file) {
 }
 
 void HangUpInetd(const SString& path, TakenBack* taken) {
-    if (!IsInetdConf(path) || ProcessesNamed(RunningProcesses(), "inetd").IsEmpty()) return;
-    if (!KillProgram("inetd", SIGHUP)) taken->left.Push("inetd could not be hung up: pkill -HUP -x inetd");
+    if (IsReadBy(kInetd, path) && !KillProgram(kInetd, SIGHUP))
+        taken->left.Push("inetd could not be hung up: pkill -HUP -x inetd");
+    taken->left.Push(ByHand(path));
 }
 
 void RemoveLeftOvers(const change::HostFileRewritten& change, const RewrittenFile& file, TakenBack* taken) {

@@ -54,11 +54,11 @@ SStringList LeftOf(const SString& unit) {
 Finding LookAt(const change::ProcessesSignalled& change, const UndoneRun& run) {
     const StoppedServers stopped = StoppedNow(change);
     if (run.options.units && !stopped.units.IsEmpty()) {
-        return {Standing::AsLeft, "Start " + stopped.units.Join(", "), stopped.by_hand.Join("; ")};
+        return {Standing::AsLeft, "Start " + stopped.units.Join(", "), stopped.by_hand};
     }
     SStringList by_hand = Commands(stopped.units);
     by_hand.Push(stopped.by_hand);
-    return by_hand.IsEmpty() ? Finding() : Finding{Standing::ByHand, by_hand.Join("; ")};
+    return by_hand.IsEmpty() ? Finding() : Finding{Standing::ByHand, "", by_hand};
 }
 
 TakenBack TakeBack(const change::ProcessesSignalled& change, const UndoneRun& /*run*/) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "install/record/escapes.h"
 #include "undo/host/units.h"
 
 namespace {
@@ -10,9 +11,14 @@ void PushOnce(const SString& item, SStringList* list) {
     if (!list->Contains(item)) list->Push(item);
 }
 
+/// In quotes, which it cannot end, and with nothing hidden: it may look like Undo's own advice.
+SString Quoted(const SStringList& command) {
+    return '"' + Escaped(command.Join(" ")).S("\"", "\\\"", "g") + '"';
+}
+
 SString CommandLine(const change::Process& process) {
-    if (process.command.IsEmpty()) return process.name + " is to be started again by hand";
-    return process.name + " is to be started again by hand; it called itself: " + process.command.Join(" ");
+    const SString text = process.name + " is to be started again by hand";
+    return process.command.IsEmpty() ? text : text + "; it called itself " + Quoted(process.command);
 }
 
 bool IsSignalled(int64_t id, const change::ProcessesSignalled& change) {

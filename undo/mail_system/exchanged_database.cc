@@ -150,7 +150,7 @@ Finding LookAt(const DatabaseExchanged& change, const UndoneRun& run) {
     if (standing == Standing::AsBefore) return {};
     if (standing == Standing::Unknown) return {standing, file + " cannot be read"};
     if (standing == Standing::Changed) return {standing, LeftAlone(change)};
-    if (standing == Standing::ByHand) return {standing, LeftToYou(change)};
+    if (standing == Standing::ByHand) return {standing, "", LeftToYou(change)};
     return {standing, "Put " + file + " back from " + file + ".backup"};
 }
 
@@ -161,8 +161,7 @@ TakenBack TakeBack(const DatabaseExchanged& change, const UndoneRun& run) {
     const bool is_ours = !database.IsEmpty() && IsNewVersion(change.file, change);
     if (is_ours && !SettleDatabase(database)) return in_use;
     const Finding finding = LookAt(change, run);
-    if (finding.standing == Standing::AsBefore) return {};
-    if (finding.standing != Standing::AsLeft) return {true, finding.text};
+    if (finding.standing != Standing::AsLeft) return {true, LeftOf(finding)};
     if (IsHalfWritten(change.file)) return in_use;
     // Later changes of the run are back by now, unless they could not be taken back.
     if (StandingNow(change) != Standing::AsLeft) return NotAsLeft(change, run);

@@ -198,7 +198,7 @@ Finding LookAt(const DatabasePrepared& change, const UndoneRun& run) {
     if (SiteDatabase(change.file).IsEmpty()) return {Standing::Unknown, OfAnotherSite(change.file)};
     const Part part = PartOfNewVersion(change, run);
     const Part backup = goes_back ? PartOfMissingBackup(change, run) : PartOfBackup(change, run);
-    const SString left = LeftAlone(change, run, part, backup).Join("; ");
+    const SStringList left = LeftAlone(change, run, part, backup);
     if (part == Part::ToDo) {
         const SString new_version = Printable(NewVersion(change.file));
         return {Standing::AsLeft, "Make " + new_version + " anew, as it was delivered", left};
@@ -206,7 +206,7 @@ Finding LookAt(const DatabasePrepared& change, const UndoneRun& run) {
     if (backup == Part::ToDo || EntryExists(UnfinishedBackup(change))) {
         return {Standing::AsLeft, "Put " + Printable(Backup(change.file)) + " back as it was", left};
     }
-    return left.IsEmpty() ? Finding() : Finding{Standing::Changed, left};
+    return left.IsEmpty() ? Finding() : Finding{Standing::Changed, left.Join("; ")};
 }
 
 TakenBack TakeBack(const DatabasePrepared& change, const UndoneRun& run) {

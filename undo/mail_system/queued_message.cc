@@ -114,6 +114,6 @@ TakenBack TakeBack(const MessageQueued& change, const UndoneRun& run) {
         finding = LookAt(change, run);  // it was taken or changed meanwhile, or the lock could not be had
     }
     if (finding.standing == Standing::AsBefore) return {};
-    if (finding.standing != Standing::AsLeft) return {true, finding.text};
+    if (finding.standing != Standing::AsLeft) return {true, LeftOf(finding)};
     return {false, Printable(change.control) + " could not be withdrawn: the queue is in use"};
 }

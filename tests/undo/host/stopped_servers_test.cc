@@ -24,9 +24,10 @@ SStringList ByHandWith(const std::vector<Runner>& running) {
 TEST(StoppedServersOf, TellsEachOnce) {
     const StoppedServers stopped = StoppedServersOf(Signalled("TERM"), {{1, "sh", 0}}, IsExim);
     EXPECT_EQ(stopped.units, SStringList("qpopper.service"));
-    EXPECT_EQ(stopped.by_hand,
-              SStringList({"sendmail is to be started again by hand; it called itself: sendmail: accepting",
-                           "fingerd is to be started again by hand"}));
+    EXPECT_EQ(
+        stopped.by_hand,
+        SStringList({"sendmail is to be started again by hand; it called itself \"sendmail: accepting\"",
+                     "fingerd is to be started again by hand"}));
 }
 
 TEST(StoppedServersOf, LeavesOutWhatRuns) {

@@ -209,7 +209,7 @@ TEST_F(ModuleDatabase, WhoseNewVersionWouldBeLostStays) {
     const Listing after = Site();
     RemoveFile(beside_ / "Web.install");
     EXPECT_EQ(OfExchange(), Standing::ByHand);
-    EXPECT_EQ(TakeExchangeBack(), LookAt(exchanged_, run_).text);
+    EXPECT_EQ(TakeExchangeBack(), LookAt(exchanged_, run_).by_hand);
     EXPECT_EQ(Site(), after);
 }
 

@@ -61,7 +61,7 @@ TEST_F(PreparedDatabase, IsLeftWhereANewerOneCameAfterTheExchange) {
         EXPECT_EQ(plan.standing, has_older_backup ? Standing::AsLeft : Standing::Changed);
         EXPECT_EQ(plan.text,
                   has_older_backup ? "Put " + data_.Config("Web.backup") + " back as it was" : AnotherOne());
-        EXPECT_EQ(plan.by_hand, has_older_backup ? AnotherOne() : SString());
+        EXPECT_EQ(plan.by_hand, has_older_backup ? SStringList(AnotherOne()) : SStringList());
         EXPECT_EQ(TakeAllBack(), AnotherOne());
         EXPECT_EQ(Socket("Web"), "8080");
         EXPECT_EQ(EntryExists(data_.Config("Web.backup")), has_older_backup);

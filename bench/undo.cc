@@ -18,7 +18,9 @@
 #include "support/database/account.h"
 #include "support/system/file.h"
 #include "support/system/identity.h"
-#include "undo/going_back.h"
+#include "undo/later_runs.h"
+#include "undo/one_run.h"
+#include "undo/undone.h"
 
 namespace {
 
@@ -49,21 +51,17 @@ bool Run() {
     return is_done;
 }
 
-/// As undo/one_run.cc does it, from reading the record.
+/// From reading the record to the report.
 bool Undo(const ThrowAwaySite& site, const UndoOptions& options) {
-    std::optional<AsRoot> root(std::in_place);
+    const AsRoot root;
     const Records records(Runs(site));
     const RecordedRun run = records.Read(records.Names().Get(0));
-    const SString key = records.KeyOf(run.name);
-    root.reset();
-    std::vector<Change> changes;
-    for (const TimedChange& timed : run.changes) changes.push_back(timed.change);
-    const UndoneRun undone = {records.KeptOf(run.name), key, TimeOf(run.name), "", options, &changes};
-    const std::vector<Entry> entries = EntriesOf(run.changes);
-    PlanFor(entries, undone);
-    UndoneRecord record(records, run.name);
-    const Outcome outcome = GoBack(entries, undone, &record);
-    return outcome.is_whole && outcome.left.IsEmpty();
+    const Undone undone = ReadUndone(records, run.name);
+    const LaterRuns later(records, run.name);
+    Options all;
+    all.yes = true;
+    all.undo = options;
+    return TakeBackRun(records, run, undone, later, all) == 0;
 }
 
 /// A later process sees what was taken back.

@@ -77,7 +77,9 @@ std::map<SString, SString> MainProcesses(const Processes& processes) {
 }
 
 /// What was started by hand from within another service, as cron's, is not that service: its main process is
-/// none of those that are signalled.
+/// none of those that are signalled. A unit without a main process, as that of a script of /etc/init.d, or
+/// with one that is not known in time, is kept: it is where the server ran, and a server that nobody names
+/// would stay stopped.
 void ForgetOtherUnits(Processes* processes) {
     const auto main = MainProcesses(*processes);
     const auto is_signalled = [&](const SString& id) {
@@ -86,7 +88,7 @@ void ForgetOtherUnits(Processes* processes) {
     };
     for (change::Process& process : *processes) {
         const auto found = main.find(process.unit);
-        if (found == main.end() || found->second.ToNumber() == 0) continue;  // not known
+        if (found == main.end() || found->second.ToNumber() == 0) continue;
         if (!is_signalled(found->second)) process.unit = "";
     }
 }

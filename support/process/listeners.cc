@@ -78,8 +78,8 @@ std::vector<Listener> ListenersOn(const SString& port) {
 }
 
 SString UnitIn(SStringList cgroups) {
-    cgroups = cgroups.Grep("/^(0:|\\d+:name=systemd):/").Grep("!/\\/user\\.slice\\//");
-    return cgroups.Grep("s/^.*\\/([^\\/]+\\.(?:service|socket))(?:\\/.*)?$/$1/").Get(0);
+    cgroups = cgroups.Grep("s/^(?:0:|\\d+:name=systemd):\\/(?!user\\.slice\\/)//");
+    return cgroups.Grep("s/^(?:[^\\/]+\\.slice\\/)*([^\\/]+\\.(?:service|socket))(?:\\/.*)?$/$1/").Get(0);
 }
 
 SString ContainerIn(SStringList cgroups) {

@@ -48,7 +48,7 @@ void GoBackOver(const Entry& entry, bool is_last, const UndoneRun& run, UndoneRe
     taken.left.Push(LeftOf(finding));
     record->Add(entry.line, EndOf(taken, WordFor(finding.standing)), taken.left);
     outcome->is_whole = outcome->is_whole && taken.is_whole;
-    outcome->is_known = outcome->is_known && !MayChange(finding.standing);
+    outcome->is_known = outcome->is_known && taken.is_known && !MayChange(finding.standing);
     outcome->left.Push(taken.left);
     outcome->is_interrupted = taken.is_interrupted || (CriticalSection::WasInterrupted() && !is_last);
 }

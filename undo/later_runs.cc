@@ -64,11 +64,17 @@ void LaterRuns::Take(const RecordedRun& run, const Undone& undone) {
     if (!undone.fault.IsEmpty())
         refused_.Push("Whether this later run was taken back is not known: " + undone.fault);
     for (const Entry& entry : EntriesOf(run.changes)) {
-        const auto* change = std::get_if<Change>(&entry.change);
-        if (change == nullptr || undone.taken_back.contains(entry.line)) continue;
-        const SStringList subjects = SubjectsOf(*change);
-        if (!subjects.IsEmpty()) last_[subjects.Get(0)] = run.name;
+        if (!undone.taken_back.contains(entry.line)) Take(entry, run.name);
     }
+}
+
+void LaterRuns::Take(const Entry& entry, const SString& run) {
+    if (const auto* maildrops = std::get_if<MaildropsGiven>(&entry.change)) {
+        for (const change::MaildropGiven& given : *maildrops) maildrops_.insert(given.path);
+        return;
+    }
+    const SStringList subjects = SubjectsOf(std::get<Change>(entry.change));
+    if (!subjects.IsEmpty()) last_[subjects.Get(0)] = run;
 }
 
 SString LaterRuns::ChangedAgain(const Change& change) const {

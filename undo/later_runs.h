@@ -2,10 +2,12 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <vector>
 
 #include "undo/records.h"
 
+struct Entry;
 struct Undone;
 
 /// A new version of a module database as a later run found it: once that is taken back, this is what is
@@ -26,18 +28,22 @@ class LaterRuns {
     const SStringList& Refused() const { return refused_; }
     /// What is said of a change of the same path, database, table or setting, and of a start of the mail
     /// system; empty if none of them has changed or started that again. Signalled processes, accounts,
-    /// messages, homes and maildrops are told apart by their own ways back. Of a run that is taken back in
+    /// messages and homes are told apart by their own ways back. Of a run that is taken back in
     /// part only the changes count that are not.
     SString ChangedAgain(const Change& change) const;
+    /// Whether one of them has given that maildrop again.
+    bool HaveGivenAgain(const change::MaildropGiven& given) const { return maildrops_.contains(given.path); }
     /// Of all runs after this one, taken back or not.
     const std::vector<FoundVersion>& FoundVersions() const { return found_; }
 
   private:
     void Remember(const Change& change, const SString& kept);
     void Take(const RecordedRun& run, const Undone& undone);
+    void Take(const Entry& entry, const SString& run);
 
     SStringList names_;
     SStringList refused_;
     std::map<SString, SString> last_;  // by what was changed: the last run
+    std::set<SString> maildrops_;
     std::vector<FoundVersion> found_;
 };

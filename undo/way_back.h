@@ -64,6 +64,7 @@ struct TakenBack {
     bool is_whole = true;  // false: trying again may help
     SStringList left = {};
     bool is_interrupted = false;  // by a signal, where many go together; it is not whole then
+    bool is_known = true;         // false: some of many wait for a later run's way back
 };
 
 // Each kind has a pair LookAt and TakeBack (undo/ways.h declares all), in a file of its own: undo/host/

@@ -12,8 +12,6 @@
 
 namespace {
 
-constexpr mode_t kMode = 0660;
-constexpr mode_t kModeUntilGiven = 0600;
 constexpr uid_t kRoot = 0;
 
 struct Owner {
@@ -30,7 +28,7 @@ bool Give(const Descriptor& file, const Owner& owner) {
     if (fchown(file.Get(), owner.uid, owner.gid) != 0) return false;
     // Fails where there is no list, too.
     static_cast<void>(fremovexattr(file.Get(), kAccessListAttribute));
-    return fchmod(file.Get(), kMode) == 0;
+    return fchmod(file.Get(), kMaildropMode) == 0;
 }
 
 /// Of one that cannot be opened, the access list stays unknown.
@@ -65,7 +63,7 @@ bool ReplaceEmpty(const SString& path, const struct stat& seen, const Owner& own
     const RegularFile old = OpenPlain(path, seen);
     if (old) AwaitDelivery(old.descriptor);
     Record(path, old.descriptor, seen, owner, true);
-    PendingFile file(path, kModeUntilGiven);
+    PendingFile file(path, kMaildropModeUntilGiven);
     return file.Replace(seen) && Give(file.File(), owner);
 }
 
@@ -73,7 +71,7 @@ void Repair(const SString& path, const struct stat& seen, const Owner& owner) {
     if (IsAnothersMaildrop(seen, owner.uid) && seen.st_size == 0 && ReplaceEmpty(path, seen, owner)) return;
     const RegularFile file = OpenPlain(path, seen);
     if (!file) return;
-    const bool is_right = IsOwnedBy(file.status, owner) && (file.status.st_mode & 07777) == kMode;
+    const bool is_right = IsOwnedBy(file.status, owner) && (file.status.st_mode & 07777) == kMaildropMode;
     if (is_right) return;
     Record(path, file.descriptor, file.status, owner, false);
     Give(file.descriptor, owner);

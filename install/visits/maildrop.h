@@ -10,6 +10,10 @@
 
 #include "support/system/identity.h"
 
+/// What its user and the mail group may do, and what root alone may until a new one is its user's.
+inline constexpr mode_t kMaildropMode = 0660;
+inline constexpr mode_t kMaildropModeUntilGiven = 0600;
+
 enum class Maildrop {
     Fine,       // correct, missing, or (prescribed) left alone as it was exchanged or cannot be opened
     Suspicious  // a link, a hard link or a special file: left alone

@@ -1,8 +1,10 @@
 // Maildrops of many: given back the owners and modes that they had.
 #include <algorithm>
+#include <iterator>
 
 #include "support/text/counted.h"
 #include "support/text/printable.h"
+#include "undo/later_runs.h"
 #include "undo/mail_system/user_visits.h"
 #include "undo/octal.h"
 #include "undo/ways.h"
@@ -17,6 +19,7 @@ SString WithAccessBefore(const change::MaildropGiven& given) {
            (before.access_list.IsEmpty() ? ")" : ", with an access list)");
 }
 
+constexpr const char* kOfLaterRuns = "Given again by a later run: take that one back first: ";
 constexpr const char* kOfThirdLogins = "Not given back, as it belonged to neither root nor its user: ";
 
 struct Told {
@@ -50,9 +53,28 @@ bool HasWork(const change::MaildropGiven& given) {
     return MayGoBack(given) || given.is_replaced;
 }
 
-}  // namespace
+bool IsLater(const change::MaildropGiven& given, const UndoneRun& run) {
+    return run.later != nullptr && run.later->HaveGivenAgain(given);
+}
 
-Finding LookAt(const MaildropsGiven& change, const UndoneRun& /*run*/) {
+/// Those that a later run has given again: it found them otherwise than this run left them.
+SStringList OfLaterRuns(const MaildropsGiven& maildrops, const UndoneRun& run) {
+    SStringList paths;
+    for (const auto& given : maildrops) {
+        if (IsLater(given, run)) paths.Push(WithAccessBefore(given));
+    }
+    return paths.IsEmpty() ? paths : kOfLaterRuns + FirstOf(paths);
+}
+
+MaildropsGiven OfThisRun(const MaildropsGiven& maildrops, const UndoneRun& run) {
+    MaildropsGiven ours;
+    std::ranges::copy_if(maildrops, std::back_inserter(ours),
+                         [&](const auto& given) { return !IsLater(given, run); });
+    return ours;
+}
+
+/// What is known of them without a look, which would cost a visit each.
+Finding LookAt(const MaildropsGiven& change) {
     const auto count = static_cast<size_t>(std::ranges::count_if(change, HasWork));
     if (count > 0) {
         return {Standing::AsLeft,
@@ -63,7 +85,7 @@ Finding LookAt(const MaildropsGiven& change, const UndoneRun& /*run*/) {
     return paths.IsEmpty() ? Finding() : Finding{Standing::Kept, kOfThirdLogins + FirstOf(paths)};
 }
 
-TakenBack TakeBack(const MaildropsGiven& change, const UndoneRun& /*run*/) {
+TakenBack TakeBack(const MaildropsGiven& change) {
     const Visited visited =
         VisitAll(change.size(), [&change](size_t i) { return ToGiveBack(Backwards(change, i)); });
     const bool has_failed = std::ranges::count(visited.outcomes, UsersOutcome::Failed) > 0;
@@ -75,5 +97,25 @@ TakenBack TakeBack(const MaildropsGiven& change, const UndoneRun& /*run*/) {
     for (const SString& line : visited.silent) {
         taken.left.Push(Printable(line).S("^Maildrops were not repaired", "Maildrops were not given back"));
     }
+    return taken;
+}
+
+}  // namespace
+
+Finding LookAt(const MaildropsGiven& change, const UndoneRun& run) {
+    const SStringList later = OfLaterRuns(change, run);
+    if (later.IsEmpty()) return LookAt(change);
+    Finding finding = LookAt(OfThisRun(change, run));
+    if (finding.standing != Standing::AsLeft) return {Standing::Later, later.Get(0)};
+    finding.by_hand = later;
+    return finding;
+}
+
+TakenBack TakeBack(const MaildropsGiven& change, const UndoneRun& run) {
+    const SStringList later = OfLaterRuns(change, run);
+    if (later.IsEmpty()) return TakeBack(change);
+    TakenBack taken = TakeBack(OfThisRun(change, run));
+    taken.left.Push(later);
+    taken.is_known = false;
     return taken;
 }

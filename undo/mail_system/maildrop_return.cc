@@ -20,8 +20,6 @@ namespace {
 using change::MaildropGiven;
 
 constexpr uid_t kRoot = 0;
-constexpr mode_t kGivenMode = 0660;
-constexpr mode_t kUngivenMode = 0600;
 constexpr mode_t kRights = 0777;
 constexpr mode_t kRunsAsOwner = S_ISUID | S_ISGID;
 /// The sticky bit means nothing on a file (Linux): it tells that Undo is at it; only the owner has rights.
@@ -42,7 +40,7 @@ bool IsUnderWay(const change::Access& now, const MaildropGiven& given) {
 bool IsAsLeft(const change::Access& now, const MaildropGiven& given) {
     if (!IsOf(now, given.user, given.mail_group)) return false;
     const bool has_no_list = now.access_list.IsEmpty();
-    if (now.mode.bits == kGivenMode && has_no_list) return true;
+    if (now.mode.bits == kMaildropMode && has_no_list) return true;
     const bool has_old_mode = (now.mode.bits & kRights) == (given.before.mode.bits & kRights);
     return has_old_mode && (has_no_list || now.access_list == given.before.access_list);
 }
@@ -101,9 +99,9 @@ void RemovePending(const MaildropGiven& given) {
 
 /// A run that was killed may not have given it to its user, who has no other.
 UsersOutcome FinishReplaced(const RegularFile& file, const change::Access& now, const MaildropGiven& given) {
-    const bool is_given = now.owner != kRoot || now.mode.bits != kUngivenMode;
+    const bool is_given = now.owner != kRoot || now.mode.bits != kMaildropModeUntilGiven;
     const bool is_done = is_given || (fchown(file.descriptor.Get(), given.user, given.mail_group) == 0 &&
-                                      fchmod(file.descriptor.Get(), kGivenMode) == 0);
+                                      fchmod(file.descriptor.Get(), kMaildropMode) == 0);
     return is_done ? UsersOutcome::Replaced : UsersOutcome::Failed;
 }
 

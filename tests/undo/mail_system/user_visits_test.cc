@@ -10,6 +10,7 @@
 #include "install/visits/maildrop.h"
 #include "support/system/clock.h"
 #include "tests/install/accounts/home_of_login.h"
+#include "undo/later_runs.h"
 #include "undo/ways.h"
 
 namespace {
@@ -99,6 +100,27 @@ TEST_F(UserVisits, GiveMaildropsBack) {
     EXPECT_EQ(StatusOf("bruno").st_uid, 2001U);
     EXPECT_EQ(StatusOf("clara").st_mode, mode_t{S_IFREG | 0644});
     EXPECT_EQ(LookAt(MaildropsGiven{change[1]}, run_).standing, Standing::Kept);
+}
+
+TEST_F(UserVisits, LeaveMaildropsThatALaterRunGaveAgain) {
+    MaildropsGiven change = {Maildrop("anna", {0, 0, {0600}, ""}), Maildrop("bruno", {0, 0, {0600}, ""})};
+    const TemporaryFolder runs;
+    const SString text = LineOf({"2026-11-23T08:00:00Z", change[1]});
+    runs.Write("20261123T080000Z-12", FormatLine() + text, 0600);
+    const Records records(runs / ".");
+    const LaterRuns later(records, "20261122T080000Z-11");
+    UndoneRun run = run_;
+    run.later = &later;
+    const SString left = "Given again by a later run: take that one back first: " +
+                         folder_ / "bruno (before: owner 0, group 0, mode 600)";
+    EXPECT_EQ(LookAt(change, run).text, "Put owner and mode of 1 maildrop back as they were");
+    EXPECT_EQ(LookAt(change, run).by_hand, left);
+    const TakenBack taken = TakeBack(change, run);
+    EXPECT_EQ(taken.left, left);
+    EXPECT_FALSE(taken.is_known);
+    EXPECT_EQ(StatusOf("anna").st_uid, 0U);
+    EXPECT_EQ(StatusOf("bruno").st_uid, 2001U);
+    EXPECT_EQ(LookAt(MaildropsGiven{change[1]}, run).standing, Standing::Later);
 }
 
 TEST_F(UserVisits, AreManyAtOnce) {

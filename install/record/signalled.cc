@@ -1,14 +1,13 @@
 #include "install/record/signalled.h"
 
-#include <fcntl.h>
-
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <map>
 
 #include "install/record/record.h"
-#include "support/process/bounded.h"
 #include "support/process/listeners.h"
+#include "support/process/proc.h"
 #include "support/process/process.h"
 #include "support/process/units.h"
 #include "support/system/identity.h"
@@ -18,51 +17,25 @@ namespace {
 using Processes = std::vector<change::Process>;
 using Clock = std::chrono::steady_clock;
 
-constexpr size_t kMostText = 4096;  // its owner chooses the length, and how many there are
 constexpr std::chrono::milliseconds kForAll{1000};
-constexpr std::chrono::milliseconds kForOne{100};
-
-SString TextOf(int64_t id, const char* name) {
-    const auto file = Descriptor::Open("/proc/" + SString(id) + "/" + name, O_RDONLY);
-    return file ? file.ReadAll(kMostText).value_or("") : "";
-}
 
 uid_t UserOf(int64_t id) {
-    SStringList lines = Lines(TextOf(id, "status"));
+    SStringList lines = Lines(ProcText(id, "status"));
     return static_cast<uid_t>(lines.Grep("s/^Uid:\\s*(\\d+)\\s.*/$1/").Get(0).ToNumber());
 }
 
 /// None of a container's, which is another one than this host's of that name.
 SString UnitOf(int64_t id) {
-    SStringList cgroups = Lines(TextOf(id, "cgroup"));
+    SStringList cgroups = Lines(ProcText(id, "cgroup"));
     cgroups.Chop();
     return ContainerIn(cgroups).IsEmpty() ? UnitIn(cgroups) : SString();
 }
 
-/// Each argument ends with a NUL, unless the process has written something else there.
-SStringList ArgumentsIn(SString line) {
-    if (line[-1] == '\0') line.Chop();
-    return line.SplitExact(SString(std::string_view("\0", 1)));
-}
-
-SStringList CommandLines(const Processes& processes) {
-    SStringList lines;
-    for (const change::Process& process : processes) lines.Push(TextOf(process.id, "cmdline"));
-    return lines;
-}
-
-/// A process whose arguments lie on a file system of its owner's can keep whoever reads them waiting.
 void AddCommands(Processes* processes) {
-    if (const auto lines = ResultWithin(kForAll, [&] { return CommandLines(*processes); })) {
-        for (size_t i = 0; i < processes->size(); ++i)
-            (*processes)[i].command = ArgumentsIn(lines->Get(static_cast<int>(i)));
-        return;
-    }
-    const auto end = Clock::now() + kForAll;
-    for (auto process = processes->begin(); process != processes->end() && Clock::now() < end; ++process) {
-        const auto line = ResultWithin(kForOne, [&] { return CommandLines({*process}); });
-        if (line) process->command = ArgumentsIn(line->Get(0));
-    }
+    std::vector<int64_t> ids;
+    for (const change::Process& process : *processes) ids.push_back(process.id);
+    const std::vector<SStringList> commands = CommandLines(ids);
+    for (size_t i = 0; i < ids.size(); ++i) (*processes)[i].command = commands[i];
 }
 
 /// By their units, as far as systemd tells.

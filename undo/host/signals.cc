@@ -1,8 +1,10 @@
 // Servers that were stopped: systemd's units are started where that is asked for, the others are named. What
 // was told to read its configuration again is told once more with that configuration's own way back.
+#include <algorithm>
 #include <map>
 
 #include "install/reminders.h"
+#include "support/process/proc.h"
 #include "support/process/process.h"
 #include "support/system/identity.h"
 #include "undo/host/stopped_servers.h"
@@ -11,8 +13,20 @@
 
 namespace {
 
-/// What has ended between the two looks is nobody's.
-std::vector<Runner> Running() {
+bool HasNameOf(const change::ProcessesSignalled& change, const SString& name) {
+    return std::ranges::any_of(change.processes,
+                               [&](const change::Process& process) { return process.name == name; });
+}
+
+void AddCommands(std::vector<Runner>* running) {
+    std::vector<int64_t> ids;
+    for (const Runner& runner : *running) ids.push_back(runner.id);
+    const std::vector<SStringList> commands = CommandLines(ids);
+    for (size_t i = 0; i < ids.size(); ++i) (*running)[i].command = commands[i];
+}
+
+/// Those of the same names. What has ended between the two looks is nobody's.
+std::vector<Runner> RunningLike(const change::ProcessesSignalled& change) {
     const AsRoot root;
     std::vector<Runner> running;
     const SStringList processes = ReadProcessInfo();
@@ -21,13 +35,15 @@ std::vector<Runner> Running() {
         users[entry.ToNumber()] = static_cast<uid_t>(entry.S("^\\d+ ", "").ToNumber());
     for (const SString& entry : processes) {
         const auto user = users.find(entry.ToNumber());
-        if (user != users.end()) running.push_back({entry.ToNumber(), ProcessName(entry), user->second});
+        const bool is_like = user != users.end() && HasNameOf(change, ProcessName(entry));
+        if (is_like) running.push_back({entry.ToNumber(), ProcessName(entry), user->second});
     }
+    AddCommands(&running);
     return running;
 }
 
 StoppedServers StoppedNow(const change::ProcessesSignalled& change) {
-    return StoppedServersOf(change, Running(), IsUnitActive);
+    return StoppedServersOf(change, RunningLike(change), IsUnitActive);
 }
 
 SStringList Commands(const SStringList& units) {

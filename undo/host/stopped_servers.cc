@@ -26,12 +26,19 @@ bool IsSignalled(int64_t id, const change::ProcessesSignalled& change) {
                                [id](const change::Process& process) { return process.id == id; });
 }
 
+bool HasCommandOf(const SString& name, const Runner& runner, const change::ProcessesSignalled& change) {
+    return std::ranges::any_of(change.processes, [&](const change::Process& process) {
+        return process.name == name && (process.command.IsEmpty() || process.command == runner.command);
+    });
+}
+
 bool IsRunning(const change::Process& process, const change::ProcessesSignalled& change,
                const std::vector<Runner>& running) {
     return std::ranges::any_of(running, [&](const Runner& runner) {
-        const bool has_name =
-            runner.name == process.name && (runner.user == 0 || runner.user == process.user);
-        return has_name && (runner.id == process.id || !IsSignalled(runner.id, change));
+        if (runner.name != process.name) return false;
+        if (runner.id == process.id) return true;
+        const bool is_trusted = runner.user == 0 || runner.user == process.user;
+        return is_trusted && !IsSignalled(runner.id, change) && HasCommandOf(process.name, runner, change);
     });
 }
 

@@ -4,6 +4,8 @@
 
 namespace {
 
+const SStringList kSendmail = "sendmail: accepting";
+
 bool IsExim(const SString& unit) {
     return unit == "exim4.service";
 }
@@ -31,18 +33,29 @@ TEST(StoppedServersOf, TellsEachOnce) {
 }
 
 TEST(StoppedServersOf, LeavesOutWhatRuns) {
-    EXPECT_TRUE(ByHandWith({{5001, "fingerd", 0}, {5002, "sendmail", 25}}).IsEmpty());
-    EXPECT_TRUE(ByHandWith({{5003, "fingerd", 0}, {5004, "sendmail", 0}}).IsEmpty());
+    EXPECT_TRUE(ByHandWith({{5001, "fingerd", 0}, {5002, "sendmail", 25, kSendmail}}).IsEmpty());
+    EXPECT_TRUE(ByHandWith({{5003, "fingerd", 0}, {5004, "sendmail", 0, kSendmail}}).IsEmpty());
 }
 
 TEST(StoppedServersOf, TellsOfAProcessThatOthersOutlived) {
-    EXPECT_EQ(ByHandWith({{4715, "fingerd", 0}, {4714, "sendmail", 25}}).Count(), 1U);
-    EXPECT_TRUE(ByHandWith({{4715, "fingerd", 0}, {4713, "sendmail", 25}, {4714, "sendmail", 25}}).IsEmpty());
+    EXPECT_EQ(ByHandWith({{4715, "fingerd", 0}, {4714, "sendmail", 25, kSendmail}}).Count(), 1U);
+    EXPECT_TRUE(
+        ByHandWith(
+            {{4715, "fingerd", 0}, {4713, "sendmail", 25, kSendmail}, {4714, "sendmail", 25, kSendmail}})
+            .IsEmpty());
 }
 
 TEST(StoppedServersOf, CountsNobodyElsesProcess) {
-    EXPECT_EQ(ByHandWith({{5005, "fingerd", 1001}, {5006, "sendmail", 1001}}).Count(), 2U);
-    EXPECT_EQ(ByHandWith({{5007, "fingerd", 25}, {5008, "sendmail", 25}}).Count(), 1U);
+    EXPECT_EQ(ByHandWith({{5005, "fingerd", 1001}, {5006, "sendmail", 1001, kSendmail}}).Count(), 2U);
+    EXPECT_EQ(ByHandWith({{5007, "fingerd", 25}, {5008, "sendmail", 25, kSendmail}}).Count(), 1U);
+}
+
+TEST(StoppedServersOf, CountsNoOtherServerOfThatName) {
+    EXPECT_EQ(ByHandWith({{5005, "fingerd", 0, {"any"}}, {5006, "sendmail", 0, "sendmail: queue"}}).Count(),
+              1U);
+    EXPECT_TRUE(
+        ByHandWith({{4715, "fingerd", 0}, {4713, "sendmail", 25, "sendmail: queue"}, {4714, "sendmail", 25}})
+            .IsEmpty());
 }
 
 TEST(StoppedServersOf, KnowsThatAHangUpStopsNothing) {

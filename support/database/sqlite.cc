@@ -1,12 +1,24 @@
 #include "support/database/sqlite.h"
 
 #include <sqlite3.h>
+#include <sys/stat.h>
 
 #include <algorithm>
+#include <initializer_list>
 
 namespace sqlite {
 
 namespace {
+
+/// Whoever may write in the directory could put a pipe there, for whose other end SQLite would wait.
+bool HasPlainJournals(const SString& path) {
+    return std::ranges::all_of(std::initializer_list<const char*>{"-journal", "-wal", "-shm"},
+                               [&](const char* suffix) {
+                                   struct stat status {};
+                                   const bool is_there = lstat((path + suffix).CString(), &status) == 0;
+                                   return !is_there || S_ISREG(status.st_mode);
+                               });
+}
 
 // A truncated file that is mapped would end the program (SIGBUS). Temporary files would land where root's
 // environment says. A damaged page must not make SQLite read past it.
@@ -133,6 +145,7 @@ void Connection::Close::operator()(sqlite3* handle) const {
 
 std::unique_ptr<Connection> Connection::Open(const SString& path, Mode mode) {
     const bool immutable = mode == Mode::Immutable;
+    if (!immutable && !HasPlainJournals(path)) return nullptr;
     const SString uri = FileUri(path) + (immutable ? "?immutable=1" : "");
     const int flags =
         SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX | (immutable ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);

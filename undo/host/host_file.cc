@@ -26,8 +26,17 @@ bool IsReadBy(const char* inetd, const SString& path) {
     return path == gstr_InetdConf && !ProcessesNamed(RunningProcesses(), inetd).IsEmpty();
 }
 
+/// A link that led to it when the run began may lead elsewhere by now, or be a file.
+SStringList OtherOfThatName(const SString& path) {
+    for (const SString& known : {gstr_InetdConf, gstr_ServicesFile}) {
+        if (path != known && BaseName(path, "") == BaseName(known, ""))
+            return known + " is read instead of " + path + " by now, and is left as it is";
+    }
+    return {};
+}
+
 SStringList ByHand(const SString& path) {
-    if (!IsReadBy(kOtherInetd, path)) return {};
+    if (!IsReadBy(kOtherInetd, path)) return OtherOfThatName(path);
     return kOtherInetd + (" is to read " + path) + " again: pkill -HUP -x " + kOtherInetd;
 }
 

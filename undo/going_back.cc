@@ -8,7 +8,7 @@ namespace {
 const char* WordFor(Standing standing) {
     switch (standing) {
         case Standing::AsBefore:
-            return "as before";
+            return kAsBefore;
         case Standing::AsLeft:
             return kTakenBack;
         case Standing::Kept:

@@ -1,6 +1,7 @@
 #include "undo/one_run.h"
 
 #include <csignal>
+#include <set>
 
 #include "install/console.h"
 #include "install/settings.h"
@@ -65,9 +66,19 @@ int Report(const Outcome& outcome, const UndoneRecord& record) {
     return kNothingLeft;
 }
 
+/// The plan names the others.
+void RecordAsBefore(const std::vector<Entry>& entries, const std::vector<Planned>& plan,
+                    UndoneRecord* record) {
+    std::set<const Entry*> others;
+    for (const Planned& planned : plan) others.insert(planned.entry);
+    for (const Entry& entry : entries) {
+        if (!others.contains(&entry)) record->Add(entry.line, kAsBefore, {});
+    }
+}
+
 /// An Undo that ended right after its last change has told neither the mail system nor its own record.
-int ReportNothing(const std::vector<Planned>& plan, const Undone& undone, const UndoOptions& options,
-                  UndoneRecord* record) {
+int ReportNothing(const std::vector<Entry>& entries, const std::vector<Planned>& plan, const Undone& undone,
+                  const UndoOptions& options, UndoneRecord* record) {
     PrintParagraph("There is nothing to take back.");
     if (undone.is_open) HangUpMailSystem();
     // What nobody has taken back may be somebody's only for now.
@@ -75,16 +86,30 @@ int ReportNothing(const std::vector<Planned>& plan, const Undone& undone, const 
     const bool has_left = LeavesAnything(plan);
     if (is_finished && (!IsDone(undone, options) || undone.has_left != has_left)) {
         record->Begin(options);
+        RecordAsBefore(entries, plan, record);
         record->Finish(options, has_left);
     }
     if (!record->IsWhole()) PrintParagraph(kNotRecorded);
     return has_left ? kSomethingLeft : kNothingLeft;
 }
 
-/// What was taken back once is another run's if it is there again.
+/// Whether it is told with no other change, and stands by itself: what is as before once is back.
+bool IsOfHost(const Entry& entry) {
+    const auto* change = std::get_if<Change>(&entry.change);
+    return change != nullptr && (std::holds_alternative<change::DirectoryMade>(*change) ||
+                                 std::holds_alternative<change::ModeSet>(*change) ||
+                                 std::holds_alternative<change::HostFileRewritten>(*change) ||
+                                 std::holds_alternative<change::LinkMade>(*change) ||
+                                 std::holds_alternative<change::ServerStarted>(*change));
+}
+
+/// What was taken back once, by Undo or by hand, is another run's or somebody's if it is there again.
 std::vector<Entry> EntriesToTakeBack(const RecordedRun& run, const Undone& undone) {
     std::vector<Entry> entries = EntriesOf(run.changes);
-    std::erase_if(entries, [&](const Entry& entry) { return undone.taken_back.contains(entry.line); });
+    std::erase_if(entries, [&](const Entry& entry) {
+        return undone.taken_back.contains(entry.line) ||
+               (IsOfHost(entry) && undone.as_before.contains(entry.line));
+    });
     return entries;
 }
 
@@ -122,7 +147,7 @@ int TakeBackRun(const Records& records, const RecordedRun& read, const Undone& u
     if (!LowerPrivileges()) return Refuse("The rights of " + gstr_MailOwner + " could not be taken on.");
     const std::vector<Planned> plan = PlanFor(entries, run);
     ShowPlan(plan);
-    if (!HasWork(plan)) return ReportNothing(plan, undone, options.undo, &record);
+    if (!HasWork(plan)) return ReportNothing(entries, plan, undone, options.undo, &record);
     TellUnrecorded(records);
     if (!options.yes && !IsAgreed()) return Refuse("Nothing was changed.");
     return Report(GoBack(entries, run, &record), record);

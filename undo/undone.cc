@@ -36,21 +36,24 @@ bool Has(const Json& object, const char* name) {
     return found != object.end() && found->is_boolean() && found->get<bool>();
 }
 
-void TakeChange(const Json& line, Undone* undone) {
+void TakeChange(const Json& line, Undone* undone, std::set<size_t>* found) {
     const auto change = line.find("change");
     const auto outcome = line.find("outcome");
     const auto left = line.find("left");
     if (change == line.end() || outcome == line.end() || left == line.end()) return;
-    const bool is_whole = *outcome == kTakenBack && left->is_array() && left->empty();
-    if (is_whole && change->is_number_unsigned()) undone->taken_back.insert(change->get<size_t>());
+    if (!change->is_number_unsigned() || !left->is_array() || !left->empty()) return;
+    if (*outcome == kTakenBack) undone->taken_back.insert(change->get<size_t>());
+    if (*outcome == kAsBefore) found->insert(change->get<size_t>());
 }
 
-void TakeLine(const Json& line, Undone* undone) {
+/// `found`: the changes as before, until it is known that Undo finished.
+void TakeLine(const Json& line, Undone* undone, std::set<size_t>* found) {
     if (!line.is_object()) return;
     undone->is_begun = true;
     undone->is_open = !Has(line, "finished");
-    TakeChange(line, undone);
+    TakeChange(line, undone, found);
     if (undone->is_open) return;
+    undone->as_before.merge(*found);
     const auto time = line.find("time");
     undone->finished = time != line.end() && time->is_string() ? SString(time->get<std::string>()) : "once";
     undone->options.accounts |= Has(line, "accounts");
@@ -69,7 +72,9 @@ Undone ReadUndone(const Records& records, const SString& run) {
         undone.fault = FileOf(run) + ": " + (fault.IsEmpty() ? SString(strerror(errno)) : fault);
         return undone;
     }
-    for (const SString& line : Lines(*text)) TakeLine(Json::parse(line.Bytes(), nullptr, false), &undone);
+    std::set<size_t> found;
+    for (const SString& line : Lines(*text))
+        TakeLine(Json::parse(line.Bytes(), nullptr, false), &undone, &found);
     return undone;
 }
 

@@ -21,6 +21,7 @@ struct Undone {
     UndoOptions options;          // with all that finished
     bool has_left = false;        // the one that finished last has named something
     std::set<size_t> taken_back;  // changes, by their lines, of which nothing was left
+    std::set<size_t> as_before;   // those that one that finished found so
 
     bool IsFinished() const { return !finished.IsEmpty() && !is_open; }
 };
@@ -31,8 +32,9 @@ Undone ReadUndone(const Records& records, const SString& run);
 /// Whether all that is wanted now was finished, and none that began later is still open.
 bool IsDone(const Undone& undone, const UndoOptions& wanted);
 
-/// The word for a change that was taken back.
+/// The words for a change that was taken back, and for one that needed not be.
 inline constexpr char kTakenBack[] = "taken back";
+inline constexpr char kAsBefore[] = "as before";
 
 class UndoneRecord {
   public:

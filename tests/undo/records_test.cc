@@ -152,6 +152,19 @@ TEST(ReadUndone, KnowsNothingWhereOthersHadAHandInIt) {
     EXPECT_EQ(ReadUndone(records, kName).fault, file + ": Too many levels of symbolic links");
 }
 
+TEST(UndoneRecord, TellsWhatWasAsBeforeOnceItIsFinished) {
+    const TemporaryFolder folder;
+    const Records records(folder / ".");
+    UndoneRecord record(records, kName);
+    record.Begin({});
+    record.Add(2, kAsBefore, {});
+    record.Add(3, kTakenBack, {});
+    EXPECT_TRUE(ReadUndone(records, kName).as_before.empty());
+    record.Finish({}, false);
+    EXPECT_EQ(ReadUndone(records, kName).as_before, std::set<size_t>{2});
+    EXPECT_EQ(ReadUndone(records, kName).taken_back, std::set<size_t>{3});
+}
+
 TEST(UndoneRecord, TellsWhatWasFinished) {
     const TemporaryFolder folder;
     const Records records(folder / ".");

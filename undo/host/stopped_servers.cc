@@ -35,10 +35,10 @@ bool HasCommandOf(const SString& name, const Runner& runner, const change::Proce
 bool IsRunning(const change::Process& process, const change::ProcessesSignalled& change,
                const std::vector<Runner>& running) {
     return std::ranges::any_of(running, [&](const Runner& runner) {
-        if (runner.name != process.name) return false;
-        if (runner.id == process.id) return true;
-        const bool is_trusted = runner.user == 0 || runner.user == process.user;
-        return is_trusted && !IsSignalled(runner.id, change) && HasCommandOf(process.name, runner, change);
+        const bool has_name =
+            runner.name == process.name && (runner.user == 0 || runner.user == process.user);
+        const bool is_other = !IsSignalled(runner.id, change) && HasCommandOf(process.name, runner, change);
+        return has_name && (runner.id == process.id || is_other);
     });
 }
 

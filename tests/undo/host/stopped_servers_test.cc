@@ -47,6 +47,7 @@ TEST(StoppedServersOf, TellsOfAProcessThatOthersOutlived) {
 
 TEST(StoppedServersOf, CountsNobodyElsesProcess) {
     EXPECT_EQ(ByHandWith({{5005, "fingerd", 1001}, {5006, "sendmail", 1001, kSendmail}}).Count(), 2U);
+    EXPECT_EQ(ByHandWith({{4715, "fingerd", 1001}, {4713, "sendmail", 1001}}).Count(), 2U);  // ids again
     EXPECT_EQ(ByHandWith({{5007, "fingerd", 25}, {5008, "sendmail", 25, kSendmail}}).Count(), 1U);
 }
 

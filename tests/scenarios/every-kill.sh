@@ -84,8 +84,8 @@ await_ends() {
 
 # is_named SERVER: with its command line, but where the process was killed that reads them for Install.
 is_named() {
-    grep -qF "called itself: $(command_line "$1")" /tmp/left && return
-    [[ $moment == *" at sendto,"* ]] && grep -qE "(: |; )${1%% *} is to be started again by hand($|;)" /tmp/left
+    grep -qF "called itself \"$(command_line "$1")\"" /tmp/left && return
+    [[ $moment == *" at sendto,"* ]] && grep -qE "^left: ${1%% *} is to be started again by hand$" /tmp/left
 }
 
 compare_servers() {
@@ -151,6 +151,15 @@ install_is_killed() {
     few_points
 }
 
+# undo_again: another one, unless the first has ended and named what is left: killed was a process that read for it.
+undo_again() {
+    if grep -q '^Left alone' /tmp/screen; then
+        { cat /tmp/screen && echo "Undo: status 1"; } >/tmp/undone
+    else
+        undo
+    fi
+}
+
 # undo_is_killed: before each of its calls; then another.
 undo_is_killed() {
     local call number
@@ -167,7 +176,7 @@ undo_is_killed() {
     while read -r call number <&8; do
         install_steps >/tmp/screen 2>&1
         killed "$call" "$number" "$BUILD/Undo" --yes --accounts </dev/null
-        undo
+        undo_again
         compare "Undo killed at $call, number $number"
     done 8</tmp/points.taken
     few_points

@@ -21,9 +21,15 @@ using State = RewrittenFile::State;
 constexpr char kInetd[] = "inetd";
 constexpr char kOtherInetd[] = "inetutils-inetd";  // reads the same file; Install does not signal it
 
-/// Whether the file is inetd's, and one of that name runs.
-bool IsReadBy(const char* inetd, const SString& path) {
-    return path == gstr_InetdConf && !ProcessesNamed(RunningProcesses(), inetd).IsEmpty();
+/// Those that run and read the file, by their names.
+SStringList ReadersOf(const SString& path) {
+    if (path != gstr_InetdConf) return {};
+    const SStringList running = RunningProcesses();
+    SStringList readers;
+    for (const char* inetd : {kInetd, kOtherInetd}) {
+        if (!ProcessesNamed(running, inetd).IsEmpty()) readers.Push(inetd);
+    }
+    return readers;
 }
 
 /// A link that led to it when the run began may lead elsewhere by now, or be a file.
@@ -35,9 +41,15 @@ SStringList OtherOfThatName(const SString& path) {
     return {};
 }
 
-SStringList ByHand(const SString& path) {
-    if (!IsReadBy(kOtherInetd, path)) return OtherOfThatName(path);
+SStringList ByHand(const SString& path, const SStringList& readers) {
+    if (!readers.Contains(kOtherInetd)) return OtherOfThatName(path);
     return kOtherInetd + (" is to read " + path) + " again: pkill -HUP -x " + kOtherInetd;
+}
+
+Finding FoundAsLeft(const SString& path, const SString& putting) {
+    const SStringList readers = ReadersOf(path);
+    return {Standing::AsLeft, putting + (readers.Contains(kInetd) ? ", and hang up inetd" : ""),
+            ByHand(path, readers)};
 }
 
 Finding Found(const change::HostFileRewritten& change, const RewrittenFile& file) {
@@ -49,8 +61,7 @@ Finding Found(const change::HostFileRewritten& change, const RewrittenFile& file
         case State::LeftOvers:
             return {Standing::AsLeft, "Remove what was left beside " + change.path + ", which is as before"};
         case State::AsLeft:
-            return {Standing::AsLeft, putting + (IsReadBy(kInetd, change.path) ? ", and hang up inetd" : ""),
-                    ByHand(change.path)};
+            return FoundAsLeft(change.path, putting);
         case State::Edited:
             return {Standing::Changed, change.path + " was edited since; its old text is " + change.backup};
         case State::Gone:
@@ -109,9 +120,10 @@ bool IsPutBack(const RewrittenFile& file) {
 }
 
 void HangUpInetd(const SString& path, TakenBack* taken) {
-    if (IsReadBy(kInetd, path) && !KillProgram(kInetd, SIGHUP))
+    const SStringList readers = ReadersOf(path);
+    if (readers.Contains(kInetd) && !KillProgram(kInetd, SIGHUP))
         taken->left.Push("inetd could not be hung up: pkill -HUP -x inetd");
-    taken->left.Push(ByHand(path));
+    taken->left.Push(ByHand(path, readers));
 }
 
 void RemoveLeftOvers(const change::HostFileRewritten& change, const RewrittenFile& file, TakenBack* taken) {

@@ -31,13 +31,6 @@ SString UnitOf(int64_t id) {
     return ContainerIn(cgroups).IsEmpty() ? UnitIn(cgroups) : SString();
 }
 
-void AddCommands(Processes* processes) {
-    std::vector<int64_t> ids;
-    for (const change::Process& process : *processes) ids.push_back(process.id);
-    const std::vector<SStringList> commands = CommandLines(ids);
-    for (size_t i = 0; i < ids.size(); ++i) (*processes)[i].command = commands[i];
-}
-
 /// By their units, as far as systemd tells.
 std::map<SString, SString> MainProcesses(const Processes& processes) {
     std::map<SString, SString> main;
@@ -86,7 +79,7 @@ void RecordSignal(const SStringList& entries, int signal) {
             signalled.processes.push_back({*id, ProcessName(entry), UserOf(*id), {}, UnitOf(*id)});
     }
     if (signalled.processes.empty()) return;
-    AddCommands(&signalled.processes);
+    ReadCommandLines(&signalled.processes);
     ForgetOtherUnits(&signalled.processes);
     RecordChange(signalled);
 }

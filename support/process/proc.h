@@ -14,3 +14,12 @@ SString ProcText(int64_t id, const char* name);
 /// not be read in time: within a second for all or, where one takes longer, within a tenth of a second each,
 /// as far as another second lasts.
 std::vector<SStringList> CommandLines(const std::vector<int64_t>& ids);
+
+/// The same as the `command` of each, by its `id`.
+template <typename Process>
+void ReadCommandLines(std::vector<Process>* processes) {
+    std::vector<int64_t> ids;
+    for (const Process& process : *processes) ids.push_back(process.id);
+    const std::vector<SStringList> commands = CommandLines(ids);
+    for (size_t i = 0; i < ids.size(); ++i) (*processes)[i].command = commands[i];
+}

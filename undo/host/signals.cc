@@ -18,13 +18,6 @@ bool HasNameOf(const change::ProcessesSignalled& change, const SString& name) {
                                [&](const change::Process& process) { return process.name == name; });
 }
 
-void AddCommands(std::vector<Runner>* running) {
-    std::vector<int64_t> ids;
-    for (const Runner& runner : *running) ids.push_back(runner.id);
-    const std::vector<SStringList> commands = CommandLines(ids);
-    for (size_t i = 0; i < ids.size(); ++i) (*running)[i].command = commands[i];
-}
-
 /// Those of the same names. What has ended between the two looks is nobody's.
 std::vector<Runner> RunningLike(const change::ProcessesSignalled& change) {
     const AsRoot root;
@@ -38,7 +31,7 @@ std::vector<Runner> RunningLike(const change::ProcessesSignalled& change) {
         const bool is_like = user != users.end() && HasNameOf(change, ProcessName(entry));
         if (is_like) running.push_back({entry.ToNumber(), ProcessName(entry), user->second});
     }
-    AddCommands(&running);
+    ReadCommandLines(&running);
     return running;
 }
 

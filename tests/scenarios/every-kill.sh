@@ -151,9 +151,9 @@ install_is_killed() {
     few_points
 }
 
-# undo_again: another one, unless the first has ended and named what is left: killed was a process that read for it.
+# undo_again: another one, unless the first has finished and named what is left: killed was a process that read for it.
 undo_again() {
-    if grep -q '^Left alone' /tmp/screen; then
+    if grep -q '^Left alone' /tmp/screen && ! grep -q '^Not everything' /tmp/screen; then
         { cat /tmp/screen && echo "Undo: status 1"; } >/tmp/undone
     else
         undo

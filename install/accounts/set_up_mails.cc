@@ -27,14 +27,16 @@ SString MessageId(const char* tag, const SString& host) {
     return "Message-ID: <" + MessageIdDate() + tag + "@" + host + ">";
 }
 
-/// Before any of its files is made.
-void Record(const SControl& control, const SStringList& text_paths, const SStringList& texts) {
+/// Before any of its files is made. None of them is copied, as they grow with the logins.
+void Record(const SControl& control, const SStringList& text_paths,
+            const std::vector<std::string_view>& texts) {
     const auto bytes = IsRecording() ? FieldText(control, "\n") : std::nullopt;
     if (!bytes) return;
-    SStringList files = *bytes;
-    files.Push(texts);
-    const SString digest = KeyedChecksum(RecordKey(), MessageBytes(files));
-    RecordChange(change::MessageQueued{control.Path(), text_paths, digest});
+    std::vector<std::string_view> files = {bytes->Bytes()};
+    files.insert(files.end(), texts.begin(), texts.end());
+    KeyedSum digest(RecordKey());
+    TakeMessageBytes(files, [&](std::string_view piece) { digest.Add(piece); });
+    RecordChange(change::MessageQueued{control.Path(), text_paths, digest.Digits()});
 }
 
 void QueueRequest(const SString& stem, SControl* control) {
@@ -45,7 +47,7 @@ void QueueRequest(const SString& stem, SControl* control) {
 
 bool WriteMail(const SString& stem, const SString& header, const SString& body, SControl* control) {
     control->PutFilename(stem);
-    Record(*control, {control->HeaderPath(), control->BodyPath()}, {header, body});
+    Record(*control, {control->HeaderPath(), control->BodyPath()}, {header.Bytes(), body.Bytes()});
     if (!control->Prepare(stem)) return false;
     PendingFile header_file(control->HeaderPath());
     PendingFile body_file(control->BodyPath());

@@ -1,7 +1,5 @@
 #include "install/record/checksum.h"
 
-#include <sha2.h>
-
 #include <array>
 
 #include "support/system/file.h"
@@ -11,21 +9,6 @@ namespace {
 
 constexpr size_t kPiece = 1U << 20U;
 
-class Sum {
-  public:
-    Sum() { SHA256Init(&context_); }
-    void Add(const SString& bytes) {
-        SHA256Update(&context_, reinterpret_cast<const uint8_t*>(bytes.CString()), bytes.Length());
-    }
-    SString Digits() {
-        std::array<char, SHA256_DIGEST_STRING_LENGTH> digits{};
-        return SString(SHA256End(&context_, digits.data()));
-    }
-
-  private:
-    SHA2_CTX context_{};
-};
-
 }  // namespace
 
 SString Checksum(const SString& bytes) {
@@ -33,16 +16,29 @@ SString Checksum(const SString& bytes) {
 }
 
 SString KeyedChecksum(const SString& key, const SString& bytes) {
-    Sum sum;
-    sum.Add(key);
-    sum.Add(bytes);
+    KeyedSum sum(key);
+    sum.Add(bytes.Bytes());
     return sum.Digits();
 }
 
+KeyedSum::KeyedSum(const SString& key) {
+    SHA256Init(&context_);
+    Add(key.Bytes());
+}
+
+void KeyedSum::Add(std::string_view piece) {
+    SHA256Update(&context_, reinterpret_cast<const uint8_t*>(piece.data()), piece.size());
+}
+
+SString KeyedSum::Digits() {
+    std::array<char, SHA256_DIGEST_STRING_LENGTH> digits{};
+    return SString(SHA256End(&context_, digits.data()));
+}
+
 SString Checksum(const Descriptor& file) {
-    Sum sum;
+    KeyedSum sum("");
     auto piece = file.ReadAll(kPiece);
-    for (; piece && !piece->IsEmpty(); piece = file.ReadAll(kPiece)) sum.Add(*piece);
+    for (; piece && !piece->IsEmpty(); piece = file.ReadAll(kPiece)) sum.Add(piece->Bytes());
     return piece ? sum.Digits() : "";
 }
 

@@ -101,9 +101,19 @@ void SField::Discard() {
 }
 
 SString MessageBytes(const SStringList& files) {
+    std::vector<std::string_view> views;
+    for (const SString& file : files) views.emplace_back(file.Bytes());
     std::string all;
-    for (const SString& file : files) all += std::to_string(file.Length()) + ":" + file.Bytes();
+    TakeMessageBytes(views, [&](std::string_view piece) { all += piece; });
     return SString(std::move(all));
+}
+
+void TakeMessageBytes(const std::vector<std::string_view>& files,
+                      const std::function<void(std::string_view)>& take) {
+    for (const std::string_view file : files) {
+        take(std::to_string(file.size()) + ":");
+        take(file);
+    }
 }
 
 SControl::SControl()

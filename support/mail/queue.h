@@ -6,6 +6,8 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string_view>
+#include <vector>
 
 #include "support/text/named_list.h"
 
@@ -40,6 +42,9 @@ class SField : public SNamedStringList {
 /// A message as one text, for comparison: the bytes of its files, control, header and body, as far as it has
 /// them, each with its length before it, so that no two messages look the same.
 SString MessageBytes(const SStringList& files);
+/// The same in pieces, for messages of a size that should not be in memory twice.
+void TakeMessageBytes(const std::vector<std::string_view>& files,
+                      const std::function<void(std::string_view)>& take);
 
 class SControl : public SField {
   public:

@@ -18,6 +18,16 @@ TEST(KeyedChecksum, IsOfTheKeyAndTheText) {
     EXPECT_EQ(KeyedChecksum("a", "bc"), Checksum("abc"));
 }
 
+TEST(KeyedSum, IsOfTheKeyAndThePieces) {
+    const std::string with_null("c\0", 2);
+    KeyedSum sum("a");
+    for (const std::string_view piece :
+         {std::string_view("b"), std::string_view(), std::string_view(with_null)}) {
+        sum.Add(piece);
+    }
+    EXPECT_EQ(sum.Digits(), KeyedChecksum("a", "b" + with_null));
+}
+
 TEST(Checksum, IsOfAFileThatIsLargerThanAPiece) {
     const TemporaryFolder folder;
     const SString bytes('x', 3000000);

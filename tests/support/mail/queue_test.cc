@@ -196,6 +196,13 @@ TEST(MessageBytes, TellMessagesApart) {
     EXPECT_NE(MessageBytes({"a", "bc"}), MessageBytes({"ab", "c"}));
 }
 
+TEST(TakeMessageBytes, CopiesNoFile) {
+    const std::string file = "Function: x\n";
+    bool is_handed_over = false;
+    TakeMessageBytes({file}, [&](std::string_view piece) { is_handed_over |= piece.data() == file.data(); });
+    EXPECT_TRUE(is_handed_over);
+}
+
 TEST_F(Queue, ReadsTheFilesThatAMessageHas) {
     SControl control;
     control.PutFilename("A");

@@ -70,7 +70,7 @@ void LaterRuns::Take(const RecordedRun& run, const Undone& undone) {
 
 void LaterRuns::Take(const Entry& entry, const SString& run) {
     if (const auto* maildrops = std::get_if<MaildropsGiven>(&entry.change)) {
-        for (const change::MaildropGiven& given : *maildrops) last_[given.path] = run;
+        for (const change::MaildropGiven& given : *maildrops) maildrops_.insert(given.path);
         return;
     }
     const SStringList subjects = SubjectsOf(std::get<Change>(entry.change));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <vector>
 
 #include "undo/records.h"
@@ -31,7 +32,7 @@ class LaterRuns {
     /// part only the changes count that are not.
     SString ChangedAgain(const Change& change) const;
     /// Whether one of them has given that maildrop again.
-    bool HaveGivenAgain(const change::MaildropGiven& given) const { return last_.contains(given.path); }
+    bool HaveGivenAgain(const change::MaildropGiven& given) const { return maildrops_.contains(given.path); }
     /// Of all runs after this one, taken back or not.
     const std::vector<FoundVersion>& FoundVersions() const { return found_; }
 
@@ -43,5 +44,6 @@ class LaterRuns {
     SStringList names_;
     SStringList refused_;
     std::map<SString, SString> last_;  // by what was changed: the last run
+    std::set<SString> maildrops_;
     std::vector<FoundVersion> found_;
 };

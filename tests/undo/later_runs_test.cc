@@ -44,6 +44,18 @@ TEST_F(LaterRunsTest, AreToldByWhatTheyChanged) {
     EXPECT_EQ(LaterRuns(Read(), kSecond).ChangedAgain(kMode), "");
 }
 
+TEST_F(LaterRunsTest, HaveGivenAMaildropAgainOnlyWhereThatWasDone) {
+    change::MaildropGiven given;
+    given.path = "/var/mail/anna";
+    change::MaildropGiven other;
+    other.path = "/var/mail/berta";
+    Record(kFirst, {given, other});
+    Record(kSecond, {given, change::ModeSet{other.path, {0600}, {0660}}});
+    const LaterRuns later(Read(), kFirst);
+    EXPECT_TRUE(later.HaveGivenAgain(given));
+    EXPECT_FALSE(later.HaveGivenAgain(other));
+}
+
 TEST_F(LaterRunsTest, KeepTheMailSystemThatTheyStarted) {
     Record(kFirst, {change::ServerStarted{}});
     Record(kSecond, {change::ServerStarted{}});

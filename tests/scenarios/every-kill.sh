@@ -37,13 +37,14 @@ kill_points() {
         { print call, number[$1, call] }' /tmp/trace | sort -u
 }
 
-# killed CALL NUMBER COMMAND...
+# killed CALL NUMBER COMMAND...: its status is in $status.
 killed() {
     local call=$1 number=$2
     shift 2
     # What is not traced gets no fault.
     strace -qq "${follow[@]}" -o /tmp/trace -e "trace=$call,kill${fault:+,${fault%%:*}}" ${fault:+-e "inject=$fault"} \
         -e "inject=$call:signal=KILL:when=$number" "$@" >/tmp/screen 2>&1
+    status=$?
     ! grep -q 'killed by SIGKILL' /tmp/trace || kills=$((kills + 1))
 } 2>/dev/null    # the shell has its say about a killed process
 
@@ -82,21 +83,24 @@ await_ends() {
     for process in $(sed -nE 's/.*kill\(([0-9]+), SIGTERM\) += 0$/\1/p' /tmp/trace); do wait_for gone "$process"; done
 }
 
-# is_named SERVER: with its command line, but where the process was killed that reads them for Install.
-is_named() {
-    grep -qF "called itself \"$(command_line "$1")\"" /tmp/left && return
-    [[ $moment == *" at sendto,"* ]] && grep -qE "^left: ${1%% *} is to be started again by hand$" /tmp/left
+# name_of SERVER: the line that names it: with its command line, but where the process was killed that reads them for Install.
+name_of() {
+    local line="left: ${1%% *} is to be started again by hand"
+    if [[ $moment == *" at sendto,"* ]] && grep -qxF "$line" /tmp/left; then
+        echo "$line"
+    else
+        echo "$line; it called itself \"$(command_line "$1")\""
+    fi
 }
 
-compare_servers() {
+# What Undo names as left must be the servers that do not run.
+compare_left() {
     local server
+    left_by_undo /tmp/undone | sort -u >/tmp/left
     for server in "${servers[@]}"; do
-        if runs "$server"; then
-            ! is_named "$server" || wrong "$server runs, but is named"
-        else
-            is_named "$server" || wrong "$server was stopped, but is not named"
-        fi
-    done
+        runs "$server" || name_of "$server"
+    done | sort -u >/tmp/stopped
+    cmp -s /tmp/stopped /tmp/left || wrong "what is left is named wrong (< stopped, > named): $(diff /tmp/stopped /tmp/left)"
 }
 
 # Every run begins on the host that the last one has left, which is the same where all is well.
@@ -112,9 +116,7 @@ compare() {
     moment=$1
     compare_host
     forget_runs
-    left_by_undo /tmp/undone >/tmp/left
-    ! grep -v ' is to be started again by hand' /tmp/left || wrong "Undo names that as left"
-    compare_servers
+    compare_left
     start_servers
 }
 
@@ -154,7 +156,7 @@ install_is_killed() {
 # undo_again: another one, unless the first has finished and named what is left: killed was a process that read for it.
 undo_again() {
     if grep -q '^Left alone' /tmp/screen && ! grep -q '^Not everything' /tmp/screen; then
-        { cat /tmp/screen && echo "Undo: status 1"; } >/tmp/undone
+        { cat /tmp/screen && echo "Undo: status $status"; } >/tmp/undone
     else
         undo
     fi
